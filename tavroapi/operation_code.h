@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tavroapi {
+
+// Selects what `TAVROAPI_DoOperation` does. The numbers are the library's; gaps are numbers that
+// the program never uses.
+enum class OperationCode : std::uint32_t {
+    ReadIscsiPort = 2,
+    SetIscsiTcpIp = 3,
+    AddPortal = 4,
+    RemovePortal = 5,
+    ListPortals = 6,
+    ListTargets = 7,
+    ListActiveTargets = 8,
+    ReadTarget = 10,
+    LogInToTarget = 11,
+    LogOutOfTarget = 12,
+    RemoveTarget = 13,
+    ListLuns = 14,
+    ReadIscsiStatistics = 15,
+    ReadSession = 17,
+    PingFromIscsiPort = 18,
+    ReadIscsiDefaults = 19,
+    ReadIscsiBoot = 20,
+    WriteIscsiBoot = 21,
+    AddIsnsServer = 23,
+    RemoveIsnsServer = 24,
+    ListIsnsServers = 25,
+    ReadInitiator = 30,
+    SetInitiator = 31,
+    ReadFcoePort = 33,
+    ListFcoeTargets = 35,
+    ReadFcoeTarget = 36,
+    ListFcoeLuns = 37,
+    ReadFcoeStatistics = 38,
+    ListFcoeBindings = 39,
+    ReadDcbInfo = 40,
+    PingFromFcoePort = 41,
+    ResetFcoeStatistics = 42,
+    ReadFcoeBoot = 43,
+    WriteFcoeBoot = 44,
+    WriteDcbConfig = 45,
+    ReadDcbConfig = 46,
+    ReadFip = 47,
+    WriteFip = 48,
+    ListVirtualPorts = 49,
+    CreateVirtualPorts = 50,
+    DeleteVirtualPorts = 51,
+    ListVirtualPortTargets = 52,
+    ListVirtualPortLuns = 53,
+    ReadPartitions = 58,
+    WritePartitions = 59,
+    ReadPersonality = 60,
+    WritePersonality = 61,
+    ReadEthernetPort = 62,
+    ReadAdapterSettings = 63,
+    WriteAdapterSettings = 64,
+    ReadEthernetStatistics = 65,
+    ResetEthernetStatistics = 66,
+    ReadEthernetTcpIp = 67,
+    SetEthernetTcpIp = 68,
+    ExportAdapterSettings = 69,
+    ReadAdapterState = 70,
+};
+
+}  // namespace tavroapi
