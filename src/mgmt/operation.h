@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <type_traits>
+
+#include "mgmt/library.h"
+#include "tavroapi/operations.h"
+
+namespace tavro {
+
+// The status of the most recent library call, 0 for success. Written by every call of the library
+// except those that say otherwise.
+extern std::uint32_t LastStatus;
+
+// How a call of the library ended. Commands react differently to a missing entry point and to a
+// failure.
+enum class CallOutcome { NotResolved, Failed, Done };
+
+// What becomes of a call's status.
+enum class StatusUse { Store, Ignore };
+
+// Calls an entry point through its resolved address and stores its status in `LastStatus`. A null
+// address is `NotResolved` and stores nothing.
+template <class Function, class... Arguments>
+CallOutcome CallEntryPoint(Function* entry, Arguments... arguments) {
+    if (entry == nullptr) {
+        return CallOutcome::NotResolved;
+    }
+    LastStatus = entry(arguments...);
+    return LastStatus == 0 ? CallOutcome::Done : CallOutcome::Failed;
+}
+
+// Whether operations can be performed at all, for commands that print something between the look-up
+// of the entry point and the call.
+inline bool CanDoOperation() {
+    return ResolveEntryPoint<tavroapi::DoOperationEntry>() != nullptr;
+}
+
+namespace detail {
+
+CallOutcome DoOperation(tavroapi::OperationCode code, const std::string& request, void* input,
+                        void* output, StatusUse statusUse);
+
+// The contract passes inputs by plain address; the library only reads them, or writes its
+// completion code into a record that the caller made for that.
+template <class Record>
+void* InputAddress(Record& input) {
+    if constexpr (std::is_same_v<std::remove_const_t<Record>, std::string>) {
+        return const_cast<char*>(input.c_str());
+    } else {
+        return &input;
+    }
+}
+
+template <class Record>
+using InputType = std::conditional_t<std::is_same_v<Record, tavroapi::CharacterString>,
+                                     const std::string, Record>;
+
+template <tavroapi::OperationCode Code>
+inline constexpr bool TakesInput = !std::is_same_v<tavroapi::InputOf<Code>, tavroapi::NoRecord>;
+template <tavroapi::OperationCode Code>
+inline constexpr bool ReturnsOutput = !std::is_same_v<tavroapi::OutputOf<Code>, tavroapi::NoRecord>;
+
+}  // namespace detail
+
+// Performs an operation that takes no input. `request` names the port, or is empty for the host as
+// a whole; `output` is filled by the library.
+template <tavroapi::OperationCode Code>
+requires(!detail::TakesInput<Code> && detail::ReturnsOutput<Code>) CallOutcome
+    DoOperation(const std::string& request, tavroapi::OutputOf<Code>& output,
+                StatusUse statusUse = StatusUse::Store) {
+    return detail::DoOperation(Code, request, nullptr, &output, statusUse);
+}
+
+// Performs an operation that returns no record. The library may leave a completion code in `input`.
+template <tavroapi::OperationCode Code>
+requires(detail::TakesInput<Code> && !detail::ReturnsOutput<Code>) CallOutcome
+    DoOperation(const std::string& request, detail::InputType<tavroapi::InputOf<Code>>& input,
+                StatusUse statusUse = StatusUse::Store) {
+    return detail::DoOperation(Code, request, detail::InputAddress(input), nullptr, statusUse);
+}
+
+// Performs an operation that takes a record and fills another; both may be the same object.
+template <tavroapi::OperationCode Code>
+requires(detail::TakesInput<Code>&& detail::ReturnsOutput<Code>) CallOutcome
+    DoOperation(const std::string& request, detail::InputType<tavroapi::InputOf<Code>>& input,
+                tavroapi::OutputOf<Code>& output, StatusUse statusUse = StatusUse::Store) {
+    return detail::DoOperation(Code, request, detail::InputAddress(input), &output, statusUse);
+}
+
+}  // namespace tavro
