@@ -1,0 +1,46 @@
+#include "adapters/inventory.h"
+
+namespace tavro {
+
+std::string HostName;
+
+namespace {
+
+template <class Entry, class... Arguments>
+CallOutcome ResolveAndCall(typename Entry::Function*& cached, Arguments... arguments) {
+    cached = ResolveEntryPoint<Entry>();
+    return CallEntryPoint(cached, arguments...);
+}
+
+}  // namespace
+
+CallOutcome ReadHostName(EntryCache& cache) {
+    return ResolveAndCall<tavroapi::GetHostNameEntry>(cache.getHostName, &HostName);
+}
+
+CallOutcome ReadAdapters(EntryCache& cache, std::list<tavroapi::AdapterRecord>& adapters) {
+    adapters.clear();
+    return ResolveAndCall<tavroapi::GetDiscoveredAdaptersEntry>(cache.getDiscoveredAdapters,
+                                                                &adapters);
+}
+
+CallOutcome ReadPortFunctions(EntryCache& cache, const std::string& adapterName,
+                              const std::string& portName, std::list<PortFunction>& functions) {
+    functions.clear();
+    std::string adapterKey = adapterName;
+    std::string portKey = portName;
+    std::list<tavroapi::FunctionAddress> addresses;
+    std::list<tavroapi::FunctionIdentity> identities;
+    const CallOutcome outcome = ResolveAndCall<tavroapi::GetPortWWNsEntry>(
+        cache.getPortWWNs, &adapterKey, &portKey, &addresses, &identities);
+    auto identity = identities.begin();
+    for (auto& address : addresses) {
+        if (identity == identities.end()) {
+            break;
+        }
+        functions.push_back({std::move(address), std::move(*identity++)});
+    }
+    return outcome;
+}
+
+}  // namespace tavro

@@ -1,0 +1,106 @@
+#include "adapters/listing.h"
+
+#include "console/console.h"
+#include "mgmt/message.h"
+#include "mgmt/rules.h"
+#include "mgmt/text.h"
+
+namespace tavro {
+
+namespace {
+
+const char* ProtocolName(std::uint32_t functionType) {
+    switch (functionType) {
+        case tavroapi::EthernetFunction:
+            return "Ethernet";
+        case tavroapi::FcoeFunction:
+            return "FCoE";
+        default:
+            return "iSCSI";
+    }
+}
+
+void ReportFailure(MessageId message) {
+    ShowMessage(message);
+    ShowLastError();
+}
+
+void PrintFunction(const PortFunction& function) {
+    ShowMessage(MessageId::FunctionNumber, std::to_string(function.address.functionNumber),
+                Layout::Row);
+    ShowMessage(MessageId::FunctionAddress, function.address.addressText, Layout::Row);
+    ShowMessage(MessageId::FunctionProtocol, ProtocolName(function.identity.functionType),
+                Layout::Row);
+    ShowMessage(MessageId::FunctionSecondText, function.identity.secondText, Layout::Row);
+    ShowMessage(MessageId::FunctionKey, function.identity.keyText, Layout::Row);
+    console::Print(L"\t");
+    console::PrintLine(Rule78);
+}
+
+// A port's functions come out grouped by the parity of their numbers, even ones first.
+void PrintFunctions(const std::list<PortFunction>& functions) {
+    for (const std::uint32_t parity : {0U, 1U}) {
+        for (const PortFunction& function : functions) {
+            if ((function.address.functionNumber & 1U) == parity) {
+                PrintFunction(function);
+            }
+        }
+    }
+}
+
+// Lists one adapter; true when the functions of at least one of its ports were listed.
+bool ListAdapter(EntryCache& cache, tavroapi::AdapterRecord& adapter) {
+    ShowMessage(MessageId::AdapterName, adapter.name, Layout::Row);
+    adapter.portNames.unique();
+    bool anyListed = false;
+    for (const std::string& portName : adapter.portNames) {
+        std::list<PortFunction> functions;
+        const CallOutcome outcome = ReadPortFunctions(cache, adapter.name, portName, functions);
+        if (outcome == CallOutcome::NotResolved) {
+            break;
+        }
+        console::Print(L"\n\t[" + ToWide(portName) + L"]\n\n");
+        if (outcome == CallOutcome::Failed) {
+            ReportFailure(MessageId::PortFunctionsFailed);
+            continue;
+        }
+        PrintFunctions(functions);
+        anyListed = true;
+    }
+    return anyListed;
+}
+
+bool ListHost(EntryCache& cache) {
+    switch (ReadHostName(cache)) {
+        case CallOutcome::NotResolved:
+            ReportFailure(MessageId::HostNameUnavailable);
+            return false;
+        case CallOutcome::Failed:
+            ReportFailure(MessageId::HostNameFailed);
+            return false;
+        case CallOutcome::Done:
+            break;
+    }
+    ShowMessage(MessageId::AdapterListTitle, HostName, Layout::Title);
+
+    std::list<tavroapi::AdapterRecord> adapters;
+    if (ReadAdapters(cache, adapters) == CallOutcome::Failed) {
+        ReportFailure(MessageId::AdaptersFailed);
+        return false;
+    }
+    bool anyListed = false;
+    for (tavroapi::AdapterRecord& adapter : adapters) {
+        anyListed = ListAdapter(cache, adapter) || anyListed;
+    }
+    return anyListed;
+}
+
+}  // namespace
+
+void ListAdapters(EntryCache& cache) {
+    if (!ListHost(cache)) {
+        ReportFailure(MessageId::NoAdapterListed);
+    }
+}
+
+}  // namespace tavro

@@ -1,0 +1,54 @@
+#include "cli/startup.h"
+
+#include <fstream>
+#include <string_view>
+
+#include "mgmt/message.h"
+#include "mgmt/operation.h"
+#include "mgmt/text.h"
+#include "platform/locale.h"
+
+namespace tavro {
+
+namespace {
+
+std::wofstream DebugLog;
+
+constexpr std::size_t LocaleBufferLength = 30;
+
+}  // namespace
+
+bool EndsWithDebugSwitch(Arguments arguments) {
+    return !arguments.empty() && arguments.back() == std::string_view("-debug");
+}
+
+std::wstring LocaleText(const std::string& localeName) {
+    return ToWide(std::string_view(localeName).substr(0, LocaleBufferLength));
+}
+
+std::wstring GetLanguage() {
+    return LocaleText(platform::UserLocaleName());
+}
+
+void OpenDebugLog() {
+    if (!DebugLog.is_open()) {
+        DebugLog.open("tavrocli.log", std::ios::out | std::ios::app);
+    }
+}
+
+bool Initialize(std::uint8_t debugFlag) {
+    OpenDebugLog();
+    std::wstring localeText = GetLanguage();
+    const CallOutcome outcome = CallEntryPoint(ResolveEntryPoint<tavroapi::InitializeEntry>(),
+                                               std::uint32_t{debugFlag}, &localeText);
+    if (outcome == CallOutcome::Failed) {
+        ShowLastError();
+    }
+    return outcome == CallOutcome::Done;
+}
+
+void Uninitialize() {
+    CallEntryPoint(ResolveEntryPoint<tavroapi::UninitializeEntry>());
+}
+
+}  // namespace tavro

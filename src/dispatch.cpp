@@ -1,0 +1,109 @@
+#include "dispatch.h"
+
+#include <algorithm>
+
+#include "adapters/listing.h"
+#include "cli/command_line.h"
+#include "cli/usage.h"
+#include "mgmt/message.h"
+
+namespace tavro {
+
+namespace {
+
+// What a command's handler is given.
+template <void (*Handler)()>
+void Bare(const Invocation&) {
+    Handler();
+}
+
+template <void (*Handler)(EntryCache&)>
+void WithCache(const Invocation& invocation) {
+    Handler(invocation.cache);
+}
+
+constexpr auto NotBuilt = nullptr;
+
+template <MessageId Id>
+void Say(const Invocation&) {
+    ShowMessage(Id);
+}
+
+constexpr Command CommandTable[] = {
+    {CommandCode::NotRecognised, AccessClass::Runs, Say<MessageId::UnknownCommand>},
+    {CommandCode::TooFewArguments, AccessClass::Runs, Say<MessageId::TooFewArguments>},
+    {CommandCode::About, AccessClass::Runs, Bare<ShowAbout>},
+    {CommandCode::Help, AccessClass::Warns, Bare<ShowUsage>},
+    {CommandCode::Import, AccessClass::Runs, NotBuilt},
+    {CommandCode::ShowAdapter, AccessClass::Warns, WithCache<ListAdapters>},
+    {CommandCode::IscsiPortInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::IscsiPortStatistics, AccessClass::Runs, NotBuilt},
+    {CommandCode::IscsiDefaultParameters, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetInitiator, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetInitiator, AccessClass::Runs, NotBuilt},
+    {CommandCode::ListPortals, AccessClass::Runs, NotBuilt},
+    {CommandCode::AddPortal, AccessClass::Runs, NotBuilt},
+    {CommandCode::RemovePortal, AccessClass::Runs, NotBuilt},
+    {CommandCode::ListTargets, AccessClass::Runs, NotBuilt},
+    {CommandCode::ListActiveTargets, AccessClass::Runs, NotBuilt},
+    {CommandCode::TargetInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::TargetLogin, AccessClass::Runs, NotBuilt},
+    {CommandCode::SessionInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::RemoveTarget, AccessClass::Runs, NotBuilt},
+    {CommandCode::TargetLogout, AccessClass::Runs, NotBuilt},
+    {CommandCode::LunList, AccessClass::Runs, NotBuilt},
+    {CommandCode::IscsiTcpIpDhcp, AccessClass::Runs, NotBuilt},
+    {CommandCode::IscsiTcpIpStatic, AccessClass::Runs, NotBuilt},
+    {CommandCode::ListIsnsServers, AccessClass::Runs, NotBuilt},
+    {CommandCode::AddIsnsServer, AccessClass::Runs, NotBuilt},
+    {CommandCode::RemoveIsnsServer, AccessClass::Runs, NotBuilt},
+    {CommandCode::IscsiPing, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetIscsiBoot, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetIscsiBoot, AccessClass::Blocked, NotBuilt},
+    {CommandCode::FcoePortInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoeActiveTargets, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoeTargetInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoeBindings, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoePortStatistics, AccessClass::Runs, NotBuilt},
+    {CommandCode::ResetFcoeStatistics, AccessClass::Blocked, NotBuilt},
+    {CommandCode::FcoeLunList, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetDcbInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetDcbConfig, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetDcb, AccessClass::Blocked, NotBuilt},
+    {CommandCode::FcoePing, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetFcoeBoot, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetFcoeBoot, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetFip, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetFip, AccessClass::Blocked, NotBuilt},
+    {CommandCode::VirtualPortInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::CreateVirtualPort, AccessClass::Blocked, NotBuilt},
+    {CommandCode::DeleteVirtualPort, AccessClass::Blocked, NotBuilt},
+    {CommandCode::VirtualPortTargets, AccessClass::Runs, NotBuilt},
+    {CommandCode::VirtualPortLuns, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetPartitions, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetPartitions, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetPersonality, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetPersonality, AccessClass::Blocked, NotBuilt},
+    {CommandCode::EthernetPortInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetAdapterSettings, AccessClass::Runs, NotBuilt},
+    {CommandCode::EthernetPortStatistics, AccessClass::Runs, NotBuilt},
+    {CommandCode::ResetEthernetStatistics, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetTcpIp, AccessClass::Runs, NotBuilt},
+    {CommandCode::EthernetTcpIpDhcp, AccessClass::Blocked, NotBuilt},
+    {CommandCode::EthernetTcpIpStatic, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetEthernetXml, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetAdapterSettings, AccessClass::Blocked, NotBuilt},
+};
+
+}  // namespace
+
+std::span<const Command> Commands() {
+    return CommandTable;
+}
+
+const Command* FindCommand(CommandCode code) {
+    const auto found = std::ranges::find(CommandTable, code, &Command::code);
+    return found == std::end(CommandTable) ? nullptr : &*found;
+}
+
+}  // namespace tavro
