@@ -75,7 +75,6 @@ void Run(Arguments arguments) {
     EntryCache cache;
     const std::int32_t adapterState = DiscoverAdapters(cache);
     RunCommand({arguments, cache}, adapterState);
-    console::Flush();
 }
 
 }  // namespace
@@ -85,13 +84,20 @@ void Run(Arguments arguments) {
 // The exit code is always 0: outcomes are told as text.
 int main(int argc, char** argv) {
     tavro::platform::PrepareStandardStreams();
+    std::wstring failure;
     try {
         tavro::Run({argv, static_cast<std::size_t>(argc)});
-        tavro::console::Flush();
     } catch (const tavro::console::OutputClosed&) {
         // Nobody reads any more: there is nothing left to do and nobody to tell.
+        return 0;
     } catch (const std::exception& error) {
-        tavro::platform::WriteStandardError(L"tavrocli: " + tavro::ToWide(error.what()) + L"\n");
+        failure = L"tavrocli: " + tavro::ToWide(error.what()) + L"\n";
     }
+    try {
+        tavro::console::Flush();
+    } catch (const tavro::console::OutputClosed&) {
+        // What was pending is lost with its reader.
+    }
+    tavro::platform::WriteStandardError(failure);
     return 0;
 }

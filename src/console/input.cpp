@@ -1,0 +1,87 @@
+#include "console/console.h"
+#include "console/state.h"
+
+namespace tavro::console {
+namespace {
+
+// Makes sure that a byte is in the buffer; false at the end of input.
+bool Fill(State& state) {
+    if (state.position < state.filled) {
+        return true;
+    }
+    if (!state.atEnd) {
+        state.position = 0;
+        state.filled = state.device.readBytes(state.input.data(), state.input.size());
+        state.atEnd = state.filled == 0;
+    }
+    return !state.atEnd;
+}
+
+// The bytes up to a line end or the end of input, which stays unread.
+std::string ReadUpToLineEnd(State& state) {
+    std::string line;
+    for (int next = PeekByte(state); next != EndOfInput && next != '\n'; next = PeekByte(state)) {
+        line += static_cast<char>(TakeByte(state));
+    }
+    if (line.ends_with('\r')) {
+        line.pop_back();
+    }
+    return line;
+}
+
+}  // namespace
+
+int PeekByte(State& state) {
+    if (state.swallowLineFeed && Fill(state)) {
+        state.swallowLineFeed = false;
+        if (state.input[state.position] == '\n') {
+            ++state.position;
+        }
+    }
+    return Fill(state) ? static_cast<unsigned char>(state.input[state.position]) : EndOfInput;
+}
+
+int TakeByte(State& state) {
+    const int next = PeekByte(state);
+    if (next == EndOfInput) {
+        state.atEnd = false;
+        state.swallowLineFeed = false;
+    } else {
+        state.input[state.position] = '\0';
+        ++state.position;
+    }
+    return next;
+}
+
+std::string ReadLine() {
+    Flush();
+    State& state = Current();
+    std::string line = ReadUpToLineEnd(state);
+    TakeByte(state);
+    return line;
+}
+
+std::string ReadLineLeavingLineEnd() {
+    Flush();
+    return ReadUpToLineEnd(Current());
+}
+
+char ReadCharacter() {
+    Flush();
+    State& state = Current();
+    int character = TakeByte(state);
+    if (character == '\r' && PeekByte(state) == '\n') {
+        character = TakeByte(state);
+    }
+    return character == EndOfInput ? '\0' : static_cast<char>(character);
+}
+
+void SkipCharacter() {
+    ReadCharacter();
+}
+
+void DropRestOfLine() {
+    ReadLine();
+}
+
+}  // namespace tavro::console

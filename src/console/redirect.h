@@ -1,0 +1,67 @@
+// A stand-in for the process's own output and input: the seam that unit tests of console output
+// use.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/encoding.h"
+
+namespace tavro::console {
+
+struct State;
+
+// Where output goes and input comes from.
+struct Device {
+    // Writes all bytes; false when output can no longer be written. Used where writeText is empty.
+    std::function<bool(std::string_view)> writeBytes;
+    // Writes all text to a console that takes Unicode; empty where output takes bytes.
+    std::function<bool(std::wstring_view)> writeText;
+    // The code page that wide text is encoded in, or, with writeText, that narrow text is decoded
+    // from.
+    unsigned codePage = platform::Utf8CodePage;
+    // What a "\n" becomes.
+    std::string lineEnd = "\n";
+    // Puts at most `size` bytes into the buffer and returns how many; 0 is the end of input.
+    std::function<std::size_t(char* buffer, std::size_t size)> readBytes;
+    // Whether secrets are read key by key from the process's terminal instead of by readBytes.
+    bool keysFromTerminal = false;
+};
+
+// While an object of this type lives, the console uses the given device instead of the process's
+// own streams. What was pending before, in and out, is kept aside and comes back afterwards.
+// Objects may be nested.
+class Redirect {
+  public:
+    explicit Redirect(Device device);
+    ~Redirect();
+    Redirect(const Redirect&) = delete;
+    Redirect& operator=(const Redirect&) = delete;
+    Redirect(Redirect&&) = delete;
+    Redirect& operator=(Redirect&&) = delete;
+
+  private:
+    std::unique_ptr<State> state;
+    State* former;
+};
+
+// A Redirect into memory, in UTF-8 with "\n" as line end on every system.
+class MemoryConsole {
+  public:
+    // `input` is what the program will read; after it comes the end of input.
+    explicit MemoryConsole(std::string input = {});
+
+    // Everything written so far; what is printed without a line end is in it after the next flush
+    // or read.
+    const std::string& Output() const { return output; }
+
+  private:
+    std::string input;
+    std::string output;
+    Redirect redirect;
+};
+
+}  // namespace tavro::console

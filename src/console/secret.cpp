@@ -1,0 +1,96 @@
+#include "console/secret.h"
+
+#include <optional>
+
+#include "console/console.h"
+#include "console/state.h"
+#include "console/wipe.h"
+#include "platform/keyboard.h"
+
+namespace tavro::console {
+namespace {
+
+constexpr int Backspace = 8;
+
+// Where the keys come from: the terminal, or the bytes of the console's input.
+class Keys {
+  public:
+    explicit Keys(State& consoleState) : state(consoleState) {
+        if (state.device.keysFromTerminal) {
+            terminal.emplace();
+        }
+    }
+
+    // The next key, or EndOfInput. What had been read of a line before comes first.
+    int Next() {
+        const bool buffered = state.position < state.filled || state.atEnd;
+        if (terminal && !buffered) {
+            state.swallowLineFeed = false;
+            return terminal->ReadKey();
+        }
+        const int key = TakeByte(state);
+        state.swallowLineFeed = key == '\r';
+        return key;
+    }
+
+  private:
+    State& state;
+    std::optional<platform::KeyByKeyMode> terminal;
+};
+
+bool EndsSecret(int key) {
+    return key == EndOfInput || key == '\r' || key == '\n';
+}
+
+bool IsBackspace(int key) {
+    return key == Backspace || key == platform::AlternateBackspace();
+}
+
+// Appends without leaving the characters behind in storage that was given back.
+void AppendKey(std::string& text, int key) {
+    if (text.size() == text.capacity()) {
+        std::string larger;
+        larger.reserve(2 * text.capacity());
+        larger.append(text);
+        WipeSecret(text);
+        text.swap(larger);
+    }
+    text += static_cast<char>(key);
+}
+
+void Echo(std::string_view shown) {
+    PrintNarrow(shown);
+    Flush();
+}
+
+void ReadKeys(std::string& text) {
+    Keys keys(Current());
+    for (int key = keys.Next(); !EndsSecret(key); key = keys.Next()) {
+        if (!IsBackspace(key)) {
+            AppendKey(text, key);
+            Echo("*");
+        } else if (!text.empty()) {
+            text.back() = '\0';
+            text.pop_back();
+            Echo("\b \b");
+        }
+    }
+}
+
+}  // namespace
+
+void ReadSecret(std::string& text) {
+    constexpr std::size_t UsualRoom = 128;
+    WipeSecret(text);
+    text.reserve(UsualRoom);
+    try {
+        Flush();
+        ReadKeys(text);
+        EndLine();
+    } catch (...) {
+        WipeSecret(text);
+        throw;
+    }
+}
+
+}  // namespace tavro::console

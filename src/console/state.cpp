@@ -1,0 +1,38 @@
+#include "console/state.h"
+
+#include <utility>
+
+#include "platform/input.h"
+#include "platform/keyboard.h"
+#include "platform/output.h"
+
+namespace tavro::console {
+namespace {
+
+Device ProcessDevice() {
+    Device device;
+    device.writeBytes = platform::WriteStandardOutput;
+    if (platform::StandardOutputIsUnicodeConsole()) {
+        device.writeText = platform::WriteConsoleText;
+    }
+    device.codePage = platform::OutputCodePage();
+    device.lineEnd = platform::OutputLineEnd();
+    device.readBytes = platform::ReadStandardInput;
+    device.keysFromTerminal = platform::StandardInputIsTerminal();
+    return device;
+}
+
+State* redirected = nullptr;
+
+}  // namespace
+
+State& Current() {
+    static State process(ProcessDevice());
+    return redirected == nullptr ? process : *redirected;
+}
+
+State* Exchange(State* state) {
+    return std::exchange(redirected, state);
+}
+
+}  // namespace tavro::console

@@ -1,0 +1,49 @@
+// What the console holds between two calls; for the sources of this folder only.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <utility>
+
+#include "console/redirect.h"
+
+namespace tavro::console {
+
+struct State {
+    explicit State(Device consoleDevice) : device(std::move(consoleDevice)) {}
+
+    Device device;
+
+    // The line that was printed and not yet written: as text where the device takes text, as bytes
+    // otherwise.
+    std::wstring pendingText;
+    std::string pendingBytes;
+    bool outputClosed = false;
+
+    // Bytes read from the device; those from `position` on have not been used yet.
+    std::array<char, 4096> input{};
+    std::size_t position = 0;
+    std::size_t filled = 0;
+    // The device reported the end of input and nobody has met it yet.
+    bool atEnd = false;
+    // The last key was a CR: an LF right after it belongs to it.
+    bool swallowLineFeed = false;
+};
+
+inline constexpr int EndOfInput = -1;
+
+// The state in use: that of the process's streams unless there is a Redirect.
+State& Current();
+
+// Makes another state the one in use, null for that of the process's streams; returns the one
+// before.
+State* Exchange(State* state);
+
+// The next byte of input, which stays unread, or EndOfInput. Waits for it.
+int PeekByte(State& state);
+
+// Takes the next byte off the input and wipes it from the buffer; or takes the EndOfInput.
+int TakeByte(State& state);
+
+}  // namespace tavro::console

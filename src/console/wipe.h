@@ -1,0 +1,29 @@
+// Removing secrets from memory.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace tavro::console {
+
+// Overwrites the bytes with zeros in a way that the compiler does not remove.
+void WipeBytes(void* bytes, std::size_t size) noexcept;
+
+// Overwrites the text's whole storage, unused capacity included, with zeros and leaves it empty.
+void WipeSecret(std::string& text) noexcept;
+
+// Wipes a text that it does not own when the scope is left, by whatever way.
+class SecretGuard {
+  public:
+    explicit SecretGuard(std::string& guardedText) : text(guardedText) {}
+    ~SecretGuard() { WipeSecret(text); }
+    SecretGuard(const SecretGuard&) = delete;
+    SecretGuard& operator=(const SecretGuard&) = delete;
+    SecretGuard(SecretGuard&&) = delete;
+    SecretGuard& operator=(SecretGuard&&) = delete;
+
+  private:
+    std::string& text;
+};
+
+}  // namespace tavro::console

@@ -1,0 +1,173 @@
+#include "platform/encoding.h"
+
+#include <cstdint>
+#include <type_traits>
+
+#include "platform/code_page.h"
+
+namespace tavro::platform {
+namespace {
+
+constexpr char32_t Replacement = 0xFFFD;
+constexpr char32_t NoCharacter = 0xFFFFFFFF;
+constexpr bool WideIsUtf16 = sizeof(wchar_t) == 2;
+
+constexpr bool IsHighSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+constexpr bool IsLowSurrogate(char32_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+// Takes the first character off the text; NoCharacter for a unit that is none.
+char32_t TakeCharacter(std::wstring_view& text) {
+    const auto unit =
+        static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(text.front()));
+    text.remove_prefix(1);
+    if constexpr (WideIsUtf16) {
+        if (IsHighSurrogate(unit) && !text.empty()) {
+            const auto low =
+                static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(text.front()));
+            if (IsLowSurrogate(low)) {
+                text.remove_prefix(1);
+                return 0x10000 + ((unit - 0xD800) << 10U) + (low - 0xDC00);
+            }
+        }
+    }
+    if (IsHighSurrogate(unit) || IsLowSurrogate(unit) || unit > 0x10FFFF) {
+        return NoCharacter;
+    }
+    return unit;
+}
+
+void AppendWide(char32_t character, std::wstring& text) {
+    if constexpr (WideIsUtf16) {
+        if (character >= 0x10000) {
+            text += static_cast<wchar_t>(0xD800 + ((character - 0x10000) >> 10U));
+            text += static_cast<wchar_t>(0xDC00 + ((character - 0x10000) & 0x3FFU));
+            return;
+        }
+    }
+    text += static_cast<wchar_t>(character);
+}
+
+void AppendUtf8(char32_t character, std::string& bytes) {
+    const auto add = [&bytes](char32_t value) { bytes += static_cast<char>(value); };
+    const auto addTrail = [&](unsigned shift) { add(0x80U | ((character >> shift) & 0x3FU)); };
+    if (character < 0x80) {
+        add(character);
+    } else if (character < 0x800) {
+        add(0xC0U | (character >> 6U));
+        addTrail(0);
+    } else if (character < 0x10000) {
+        add(0xE0U | (character >> 12U));
+        addTrail(6);
+        addTrail(0);
+    } else {
+        add(0xF0U | (character >> 18U));
+        addTrail(12);
+        addTrail(6);
+        addTrail(0);
+    }
+}
+
+template <typename Append>
+std::string EncodeWith(std::wstring_view text, Append append) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    while (!text.empty()) {
+        const char32_t character = TakeCharacter(text);
+        if (character < 0x80) {
+            bytes += static_cast<char>(character);
+        } else if (character == NoCharacter || !append(character, bytes)) {
+            bytes += '?';
+        }
+    }
+    return bytes;
+}
+
+// What may follow a lead byte: how many trail bytes, and the range of the first of them, which
+// keeps out overlong forms, surrogates and numbers beyond the last character.
+struct LeadByte {
+    unsigned trailCount;
+    std::uint8_t lowestFirst;
+    std::uint8_t highestFirst;
+};
+
+constexpr LeadByte DescribeLead(std::uint8_t lead) {
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        return {1, 0x80, 0xBF};
+    }
+    if (lead >= 0xE0 && lead <= 0xEF) {
+        return {2, static_cast<std::uint8_t>(lead == 0xE0 ? 0xA0 : 0x80),
+                static_cast<std::uint8_t>(lead == 0xED ? 0x9F : 0xBF)};
+    }
+    if (lead >= 0xF0 && lead <= 0xF4) {
+        return {3, static_cast<std::uint8_t>(lead == 0xF0 ? 0x90 : 0x80),
+                static_cast<std::uint8_t>(lead == 0xF4 ? 0x8F : 0xBF)};
+    }
+    return {0, 0, 0};
+}
+
+// Takes one character, or one malformed sequence, off bytes that begin beyond ASCII.
+char32_t TakeUtf8(std::string_view& bytes) {
+    const auto lead = static_cast<std::uint8_t>(bytes.front());
+    bytes.remove_prefix(1);
+    const LeadByte expected = DescribeLead(lead);
+    if (expected.trailCount == 0) {
+        return Replacement;
+    }
+    char32_t character = lead & (0x3FU >> expected.trailCount);
+    for (unsigned index = 0; index < expected.trailCount; ++index) {
+        if (bytes.empty()) {
+            return Replacement;
+        }
+        const auto trail = static_cast<std::uint8_t>(bytes.front());
+        if (trail < (index == 0 ? expected.lowestFirst : 0x80) ||
+            trail > (index == 0 ? expected.highestFirst : 0xBF)) {
+            return Replacement;
+        }
+        character = (character << 6U) | (trail & 0x3FU);
+        bytes.remove_prefix(1);
+    }
+    return character;
+}
+
+}  // namespace
+
+std::string EncodeText(std::wstring_view text, unsigned codePage) {
+    if (codePage == Utf8CodePage) {
+        return EncodeWith(text, [](char32_t character, std::string& bytes) {
+            AppendUtf8(character, bytes);
+            return true;
+        });
+    }
+    CodePageEncoder encoder(codePage);
+    return EncodeWith(text, [&encoder](char32_t character, std::string& bytes) {
+        return encoder.Append(character, bytes);
+    });
+}
+
+std::wstring DecodeUtf8(std::string_view bytes) {
+    std::wstring text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const auto first = static_cast<std::uint8_t>(bytes.front());
+        if (first < 0x80) {
+            text += static_cast<wchar_t>(first);
+            bytes.remove_prefix(1);
+        } else {
+            AppendWide(TakeUtf8(bytes), text);
+        }
+    }
+    return text;
+}
+
+std::optional<std::wstring> DecodeText(std::string_view bytes, unsigned codePage) {
+    if (codePage == Utf8CodePage) {
+        return DecodeUtf8(bytes);
+    }
+    return DecodeByTable(bytes, codePage);
+}
+
+}  // namespace tavro::platform

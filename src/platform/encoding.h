@@ -1,0 +1,31 @@
+// Conversion between wide text (UTF-16 on Windows, UTF-32 elsewhere) and bytes of a code page.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tavro::platform {
+
+inline constexpr unsigned Utf8CodePage = 65001;
+// The system's default code page: ANSI on Windows, that of the process's locale elsewhere.
+inline constexpr unsigned SystemCodePage = 0;
+
+// The text as bytes of the code page (a Windows code page number). A character that the code page
+// lacks, half a surrogate pair and a number that is no character become one '?' each. Where the
+// system has no tables for the code page, every character beyond ASCII becomes '?'. Never fails.
+std::string EncodeText(std::wstring_view text, unsigned codePage);
+
+// The bytes as wide text. UTF-8: each malformed sequence becomes one U+FFFD, so it never fails.
+// SystemCodePage: on Windows the conversion with precomposed characters; elsewhere by the locale
+// that setlocale set: "C" and "POSIX" read each byte as the Latin-1 character of that number. In
+// other code pages malformed bytes become U+FFFD or what the system puts in their place. Nothing
+// when the system cannot convert (it has no such code page, or out of range).
+std::optional<std::wstring> DecodeText(std::string_view bytes, unsigned codePage);
+
+// Whether bytes read from a file look like little-endian UTF-16 text. On Windows that is the
+// system's own test (IsTextUnicode); elsewhere the mark FF FE, or a sample in which every other
+// byte is zero often enough that it is text.
+bool LooksLikeUtf16(std::string_view bytes);
+
+}  // namespace tavro::platform

@@ -1,0 +1,46 @@
+// Loading a library at run time and finding its entry points by name.
+#pragma once
+
+#include <string>
+
+namespace tavro::platform {
+
+// Owns the handle of a library loaded at run time. One object owns it at a time (move-only). The
+// library itself stays loaded until the process ends, even when its owner is gone: objects that it
+// handed out may still need its code.
+class SharedLibrary {
+  public:
+    // Owns nothing.
+    SharedLibrary() = default;
+    SharedLibrary(SharedLibrary&& other) noexcept;
+    SharedLibrary& operator=(SharedLibrary&& other) noexcept;
+    SharedLibrary(const SharedLibrary&) = delete;
+    SharedLibrary& operator=(const SharedLibrary&) = delete;
+    ~SharedLibrary() = default;
+
+    // Loads the library with this bare file name (ASCII, no directories). On Windows only the
+    // program's own and the system's directory are searched; elsewhere the system's dynamic loader
+    // searches, the program's run path first. On failure the result is not loaded and
+    // FailureReason() says why.
+    static SharedLibrary Load(const std::string& fileName);
+
+    bool IsLoaded() const { return handle != nullptr; }
+
+    // The system's reason for a failed Load, one line without its line end; empty when loaded.
+    const std::wstring& FailureReason() const { return failureReason; }
+
+    // The address of the exported symbol; null when there is none or nothing is loaded.
+    void* Resolve(const char* symbol) const;
+
+    // The exported function of this name as a pointer of type Function*; null like above.
+    template <typename Function>
+    Function* Resolve(const char* symbol) const {
+        return reinterpret_cast<Function*>(Resolve(symbol));
+    }
+
+  private:
+    void* handle = nullptr;
+    std::wstring failureReason;
+};
+
+}  // namespace tavro::platform
