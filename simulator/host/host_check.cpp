@@ -1,0 +1,66 @@
+#include <set>
+
+#include "simulator/host/host_file.h"
+#include "simulator/host/lookup.h"
+#include "simulator/place.h"
+
+namespace tavrosim {
+namespace {
+
+constexpr std::size_t MacDigits = 12;
+constexpr std::size_t WwnDigits = 16;
+
+void CheckIdentifier(const std::string& text, std::size_t digits, const char* kind,
+                     const Place& place) {
+    if (NormalIdentifier(text).size() != digits) {
+        throw ShapeError(place, std::string(kind) + " of " + std::to_string(digits) +
+                                    " hexadecimal digits is wanted, not \"" + text + "\"");
+    }
+}
+
+void CheckFunction(const Function& function, std::set<std::string>& identifiers,
+                   const Place& place) {
+    const int kinds = int{function.ethernet.has_value()} + int{function.iscsi.has_value()} +
+                      int{function.fcoe.has_value()};
+    if (kinds != 1) {
+        throw ShapeError(place, "exactly one of \"ethernet\", \"iscsi\" and \"fcoe\" is wanted");
+    }
+    CheckIdentifier(function.mac, MacDigits, "a MAC", Place(place, "mac"));
+    if (!identifiers.insert(NormalIdentifier(function.mac)).second) {
+        throw ShapeError(Place(place, "mac"), "another function has this MAC");
+    }
+    if (function.fcoe) {
+        const Place part(place, "fcoe");
+        CheckIdentifier(function.fcoe->portWwn, WwnDigits, "a WWN", Place(part, "portWwn"));
+        CheckIdentifier(function.fcoe->nodeWwn, WwnDigits, "a WWN", Place(part, "nodeWwn"));
+        if (!identifiers.insert(NormalIdentifier(function.fcoe->portWwn)).second) {
+            throw ShapeError(Place(part, "portWwn"), "another function has this WWN");
+        }
+    }
+}
+
+}  // namespace
+
+void CheckHost(const Host& host) {
+    const Place root;
+    const Place adapters(root, "adapters");
+    std::set<std::string> names;
+    std::set<std::string> identifiers;
+    for (std::size_t a = 0; a < host.adapters.size(); ++a) {
+        const Adapter& adapter = host.adapters[a];
+        const Place adapterPlace(adapters, a);
+        if (!names.insert(adapter.name).second) {
+            throw ShapeError(Place(adapterPlace, "name"), "another adapter has this name");
+        }
+        const Place ports(adapterPlace, "ports");
+        for (std::size_t p = 0; p < adapter.ports.size(); ++p) {
+            const Place port(ports, p);
+            const Place functions(port, "functions");
+            for (std::size_t f = 0; f < adapter.ports[p].functions.size(); ++f) {
+                CheckFunction(adapter.ports[p].functions[f], identifiers, Place(functions, f));
+            }
+        }
+    }
+}
+
+}  // namespace tavrosim

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <span>
+
+#include "simulator/model/model.h"
+
+/// The rows of each family of operations.
+namespace tavrosim {
+
+std::span<const OperationModel> AdapterOperations();
+
+}  // namespace tavrosim

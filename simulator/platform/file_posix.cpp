@@ -1,0 +1,174 @@
+#include "simulator/platform/file.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "simulator/platform/environment.h"
+#include "simulator/text.h"
+
+namespace tavrosim::platform {
+namespace {
+
+constexpr mode_t OwnerOnly = S_IRUSR | S_IWUSR;
+
+[[noreturn]] void Fail(const std::filesystem::path& path, const wchar_t* what, int error) {
+    throw FileError(TextOf(path) + L": " + what + L": " +
+                    WideFromUtf8(std::system_category().message(error)));
+}
+
+class Descriptor {
+  public:
+    explicit Descriptor(int value) : value_(value) {}
+    ~Descriptor() {
+        if (value_ >= 0) {
+            close(value_);
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int Value() const { return value_; }
+    bool IsOpen() const { return value_ >= 0; }
+    int Close() { return close(std::exchange(value_, -1)); }
+
+  private:
+    int value_;
+};
+
+int Open(const std::filesystem::path& path, int flags) {
+    int descriptor = -1;
+    do {
+        descriptor = open(path.c_str(), flags | O_CLOEXEC, OwnerOnly);
+    } while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
+// Returns 0 or the error.
+int WriteAll(int descriptor, std::string_view content) {
+    while (!content.empty()) {
+        const ssize_t written = write(descriptor, content.data(), content.size());
+        if (written >= 0) {
+            content.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
+    const Descriptor file(Open(path, O_RDONLY));
+    if (!file.IsOpen()) {
+        if (errno == ENOENT) {
+            return std::nullopt;
+        }
+        Fail(path, L"cannot be opened", errno);
+    }
+    std::string content;
+    std::array<char, 65536> block{};
+    while (true) {
+        const ssize_t got = read(file.Value(), block.data(), block.size());
+        if (got > 0) {
+            content.append(block.data(), static_cast<std::size_t>(got));
+        } else if (got == 0) {
+            return content;
+        } else if (errno != EINTR) {
+            Fail(path, L"cannot be read", errno);
+        }
+    }
+}
+
+void ReplaceContent(const std::filesystem::path& path, std::string_view content) {
+    std::filesystem::path fresh = path;
+    fresh += ".new";
+    unlink(fresh.c_str());  // what a crash may have left
+    Descriptor file(Open(fresh, O_WRONLY | O_CREAT | O_EXCL));
+    if (!file.IsOpen()) {
+        Fail(fresh, L"cannot be created", errno);
+    }
+    const auto giveUp = [&fresh](const wchar_t* what, int error) {
+        unlink(fresh.c_str());
+        Fail(fresh, what, error);
+    };
+    if (const int error = WriteAll(file.Value(), content)) {
+        giveUp(L"cannot be written", error);
+    }
+    if (fsync(file.Value()) != 0 || file.Close() != 0) {
+        giveUp(L"cannot be written", errno);
+    }
+    if (rename(fresh.c_str(), path.c_str()) != 0) {
+        const int error = errno;
+        unlink(fresh.c_str());
+        Fail(path, L"cannot be replaced", error);
+    }
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    const Descriptor entry(Open(folder, O_RDONLY | O_DIRECTORY));
+    if (entry.IsOpen()) {
+        fsync(entry.Value());
+    }
+}
+
+void MakeFolder(const std::filesystem::path& path) {
+    std::error_code ignored;
+    if (path.empty() || std::filesystem::is_directory(path, ignored)) {
+        return;
+    }
+    MakeFolder(path.parent_path());
+    if (mkdir(path.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
+        Fail(path, L"cannot be created", errno);
+    }
+}
+
+struct FileLock::Handle {
+    explicit Handle(int descriptor) : file(descriptor) {}
+    Descriptor file;
+};
+
+FileLock::FileLock(const std::filesystem::path& path, std::chrono::milliseconds patience)
+    : handle_(std::make_unique<Handle>(Open(path, O_RDWR | O_CREAT | O_NOFOLLOW))) {
+    if (!handle_->file.IsOpen()) {
+        Fail(path, L"cannot be opened", errno);
+    }
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (flock(handle_->file.Value(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            Fail(path, L"cannot be locked", errno);
+        }
+        if (std::chrono::steady_clock::now() >= end) {
+            throw FileError(TextOf(path) + L": is held by another program");
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+}
+
+FileLock::~FileLock() = default;
+
+struct AppendFile::Handle {
+    explicit Handle(int descriptor) : file(descriptor) {}
+    Descriptor file;
+};
+
+AppendFile::AppendFile(const std::filesystem::path& path)
+    : handle_(std::make_unique<Handle>(Open(path, O_WRONLY | O_CREAT | O_APPEND))) {
+    if (!handle_->file.IsOpen()) {
+        Fail(path, L"cannot be opened", errno);
+    }
+}
+
+AppendFile::~AppendFile() = default;
+
+void AppendFile::Append(std::string_view text) {
+    WriteAll(handle_->file.Value(), text);
+}
+
+}  // namespace tavrosim::platform

@@ -1,0 +1,119 @@
+#include "simulator/store.h"
+
+#include <chrono>
+#include <utility>
+
+#include "simulator/host/host_file.h"
+#include "simulator/place.h"
+#include "simulator/platform/environment.h"
+#include "simulator/platform/file.h"
+#include "simulator/text.h"
+
+namespace tavrosim {
+namespace {
+
+using std::filesystem::path;
+
+constexpr std::chrono::seconds LockPatience{10};
+constexpr int MostLinks = 40;
+
+// The file itself, where `file` is a symbolic link to it: replacing must not replace the link.
+path Followed(path file) {
+    std::error_code error;
+    for (int links = 0; links < MostLinks && std::filesystem::is_symlink(file, error); ++links) {
+        path target = std::filesystem::read_symlink(file, error);
+        if (error) {
+            break;
+        }
+        file = target.is_absolute() ? std::move(target) : file.parent_path() / target;
+    }
+    return file;
+}
+
+path WithSuffix(path file, const char* suffix) {
+    file += suffix;
+    return file;
+}
+
+Host ReadHost(const HostPlace& place) {
+    if (place.path) {
+        if (const auto text = platform::ReadWholeFile(*place.path)) {
+            try {
+                return HostFromText(*text);
+            } catch (const ShapeError& error) {
+                throw platform::FileError(platform::TextOf(*place.path) + L": " +
+                                          WideFromUtf8(error.what()));
+            }
+        }
+    }
+    return DefaultHost();
+}
+
+Outcome Unusable(const platform::FileError& error) {
+    return Refused(Status::HostUnusable, L"The host file cannot be used.",
+                   L"Correct the file, or move it away to start from the built-in host.",
+                   error.Text());
+}
+
+Outcome NotWritten(const std::wstring& reason) {
+    return Refused(Status::HostNotWritten, L"The change was not stored.",
+                   L"See that the host file and its folder can be written, and try again.", reason);
+}
+
+}  // namespace
+
+HostPlace HostPlace::FromEnvironment() {
+    if (auto named = platform::PathVariable("TAVROSIM_HOST")) {
+        return {std::move(named), false};
+    }
+    if (const auto folder = platform::UserDataFolder()) {
+        return {*folder / platform::ProductFolderName() / "host.json", true};
+    }
+    return {};
+}
+
+Store::Store(HostPlace place) : place_(std::move(place)) {}
+
+Outcome Store::Load() {
+    host_.reset();
+    try {
+        host_ = ReadHost(place_);
+        return Done();
+    } catch (const platform::FileError& error) {
+        return Unusable(error);
+    }
+}
+
+Outcome Store::Change(const std::function<Outcome(Host&)>& change) {
+    if (!place_.path) {
+        return NotWritten(
+            L"There is no folder for the user's data; TAVROSIM_HOST can name a host file.");
+    }
+    try {
+        const path file = Followed(*place_.path);
+        if (place_.isDefault) {
+            platform::MakeFolder(file.parent_path());
+        }
+        const platform::FileLock lock(WithSuffix(file, ".lock"), LockPatience);
+        Host host;
+        try {
+            host = ReadHost(place_);
+        } catch (const platform::FileError& error) {
+            return Unusable(error);
+        }
+        Outcome outcome = change(host);
+        if (!outcome.IsDone()) {
+            return outcome;
+        }
+        CheckHost(host);
+        platform::ReplaceContent(file, TextFromHost(host));
+        host_ = std::move(host);
+        return outcome;
+    } catch (const platform::FileError& error) {
+        return NotWritten(error.Text());
+    } catch (const ShapeError& error) {
+        return NotWritten(WideFromUtf8(error.what()));
+    }
+}
+
+}  // namespace tavrosim
