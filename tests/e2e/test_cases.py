@@ -1,0 +1,83 @@
+"""Runs the cases of cases/ on the platforms."""
+
+import difflib
+import json
+
+import pytest
+
+import cases
+from program import Sandbox
+
+
+def pytest_generate_tests(metafunc):
+    if "case" in metafunc.fixturenames:
+        runs = [(case, platform) for case in cases.load_all() for platform in case.platforms]
+        metafunc.parametrize(
+            "case, platform", runs, ids=[f"{platform.name}:{case.name}" for case, platform in runs]
+        )
+
+
+def test_case(case, platform, tmp_path):
+    sandbox = Sandbox(platform, tmp_path)
+    if case.without is not None:
+        sandbox.use_library_without(case.without)
+    if not case.has_library:
+        sandbox.use_library(None)
+    if case.host is not None:
+        text = case.host if isinstance(case.host, str) else json.dumps(case.host, ensure_ascii=False)
+        sandbox.host.write_text(text, encoding="utf-8")
+    for number, step in enumerate(case.steps):
+        place = f"step {number + 1} ({' '.join(step.arguments)})"
+        run_step(sandbox, step, place)
+
+
+def run_step(sandbox, step, place):
+    platform = sandbox.platform
+    sandbox.write_script(step.script)
+    if step.output_start is not None:
+        expected = platform.encode(step.output_start, step.locale)
+        typed = platform.encode(step.typed, step.locale)
+        result = sandbox.run_until(len(expected), step.arguments, typed, step.locale, step.env)
+    else:
+        expected = platform.encode(step.output, step.locale)
+        result = sandbox.run(step.arguments, step.typed, step.locale, step.env)
+    calls = sandbox.calls()
+
+    problems = compare_text(f"{place}: standard output", expected, result.output)
+    problems += compare_text(
+        f"{place}: standard error", platform.encode(step.errors, step.locale), result.errors
+    )
+    if result.exit_code != step.exit_code:
+        problems.append(f"{place}: exit code {result.exit_code} instead of {step.exit_code}")
+    if step.calls is not None:
+        operations = [call for call in calls if call["call"] == "DoOperation"]
+        problems += compare_calls(f"{place}: operations", step.calls, operations)
+    if step.all_calls is not None:
+        problems += compare_calls(f"{place}: calls", step.all_calls, calls)
+    if problems:
+        pytest.fail("\n".join(problems), pytrace=False)
+
+
+def compare_text(title, expected, got):
+    if expected == got:
+        return []
+    return difference(title, split_lines(expected), split_lines(got))
+
+
+def compare_calls(title, expected, got):
+    if expected == got:
+        return []
+
+    def as_lines(calls):
+        return [json.dumps(call, sort_keys=True, ensure_ascii=False) for call in calls]
+
+    return difference(title, as_lines(expected), as_lines(got))
+
+
+def split_lines(text):
+    return [repr(line)[1:] for line in text.splitlines(keepends=True)]
+
+
+def difference(title, expected, got):
+    lines = [line for line in difflib.ndiff(expected, got) if not line.startswith("?")]
+    return [f"{title} (- expected, + got):"] + ["    " + line for line in lines]

@@ -1,0 +1,114 @@
+"""Fails when a test stands in the tree and is not run."""
+
+import json
+import re
+import subprocess
+import sys
+
+import pytest
+
+import cases
+from program import ROOT, TESTS
+
+UNIT = ROOT / "tests" / "unit"
+
+
+@pytest.mark.platforms("sanitize", "windows")
+def test_every_unit_test_is_built(platform):
+    """What the unit test programs are made of is read from the build's own list of compiled files."""
+    commands = json.loads((platform.folder / "compile_commands.json").read_text(encoding="utf-8"))
+    compiled = {entry["file"] for entry in commands if "_tests.dir" in entry["command"]}
+    standing = {str(path) for path in UNIT.rglob("*.cpp")}
+    if platform.is_windows:
+        standing -= native_only()
+    assert sorted(standing - compiled) == []
+
+
+def native_only():
+    """Folders with their own CMakeLists.txt compare with libraries that only the development host has."""
+    folders = [file.parent for file in UNIT.glob("*/CMakeLists.txt")]
+    return {str(path) for folder in folders for path in folder.rglob("*.cpp")}
+
+
+@pytest.mark.platforms("sanitize", "windows")
+def test_every_unit_test_program_is_run(platform):
+    listing = subprocess.run(
+        ["ctest", "--test-dir", str(platform.folder), "--show-only=json-v1"],
+        check=True, capture_output=True, text=True,
+    )
+    run = " ".join(" ".join(test.get("command", [])) for test in json.loads(listing.stdout)["tests"])
+    built = [path.name for path in (platform.folder / "bin").glob("*_tests*") if path.suffix in ("", ".exe")]
+    assert built, "no unit test program was built"
+    assert [name for name in built if name not in run] == []
+
+
+def test_every_unit_test_source_holds_a_test():
+    """A file of helpers has a header beside it."""
+    empty = [
+        path.name
+        for path in UNIT.rglob("*.cpp")
+        if not re.search(r"^(TYPED_)?TEST(_[FP])?\(", path.read_text(encoding="utf-8"), re.MULTILINE)
+        and not path.with_suffix(".h").exists()
+    ]
+    assert empty == []
+
+
+def test_every_file_of_unit_tests_is_a_source():
+    others = [path.name for path in UNIT.rglob("*") if path.is_file()
+              and path.suffix not in (".cpp", ".h") and path.name != "CMakeLists.txt"]
+    assert others == []
+
+
+@pytest.fixture(scope="module")
+def collected():
+    """The ids of every test that a full run on all platforms collects."""
+    listing = subprocess.run(
+        [sys.executable, "-m", "pytest", "--collect-only", "-q", "-p", "no:cacheprovider", "--platform=all",
+         str(TESTS)],
+        check=True, capture_output=True, text=True,
+    )
+    return [line for line in listing.stdout.splitlines() if "::" in line]
+
+
+def test_every_case_is_run(collected):
+    wanted = []
+    for file in (TESTS / "cases").rglob("*"):
+        if file.is_dir():
+            continue
+        assert file.suffix == ".json", f"{file.name} is no file of cases"
+        area = file.relative_to(TESTS / "cases").with_suffix("").as_posix()
+        content = json.loads(file.read_text(encoding="utf-8"))
+        entries = content if isinstance(content, list) else [content]
+        wanted += [f"{area}/{entry['name']}" for entry in entries]
+    assert wanted, "there is no case"
+    assert [name for name in wanted if not any(line.endswith(f":{name}]") for line in collected)] == []
+
+
+def test_every_case_is_run_on_the_platforms_it_names():
+    for case in cases.load_all():
+        assert case.platforms, f"{case.name} is run on no platform"
+
+
+def test_every_python_test_is_run(collected):
+    files = {line.split("::")[0].rsplit("/", 1)[-1] for line in collected}
+    assert sorted({path.name for path in TESTS.rglob("test_*.py")} - files) == []
+
+
+def test_every_other_file_is_used():
+    """Host and script files are named by a case, or in a test written in Python; modules are imported."""
+    texts = [path.read_text(encoding="utf-8") for path in TESTS.glob("*.py")]
+    referenced = cases.referenced_files()
+    unused = []
+    for path in TESTS.rglob("*"):
+        relative = path.relative_to(TESTS)
+        if path.is_dir() or {"cases", "__pycache__"} & set(relative.parts):
+            continue
+        if path.name in ("README.md", "pytest.ini", "conftest.py") or re.fullmatch(r"test_\w+\.py", path.name):
+            continue
+        if path.suffix == ".py":
+            used = any(re.search(rf"^(import|from) {path.stem}\b", text, re.MULTILINE) for text in texts)
+        else:
+            used = path in referenced or any(str(relative) in text for text in texts)
+        if not used:
+            unused.append(str(relative))
+    assert unused == []
