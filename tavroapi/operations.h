@@ -38,7 +38,6 @@ using OutputOf = typename OperationRecords<Code>::Output;
 template <OperationCode... Codes>
 struct OperationList {};
 
-// Every operation whose records are described, so that code can be made for each of them.
-using DescribedOperations = OperationList<OperationCode::ReadAdapterState>;
+using AdapterOperations = OperationList<OperationCode::ReadAdapterState>;
 
 }  // namespace tavroapi
