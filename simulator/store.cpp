@@ -15,20 +15,6 @@ namespace {
 using std::filesystem::path;
 
 constexpr std::chrono::seconds LockPatience{10};
-constexpr int MostLinks = 40;
-
-// The file itself, where `file` is a symbolic link to it: replacing must not replace the link.
-path Followed(path file) {
-    std::error_code error;
-    for (int links = 0; links < MostLinks && std::filesystem::is_symlink(file, error); ++links) {
-        path target = std::filesystem::read_symlink(file, error);
-        if (error) {
-            break;
-        }
-        file = target.is_absolute() ? std::move(target) : file.parent_path() / target;
-    }
-    return file;
-}
 
 path WithSuffix(path file, const char* suffix) {
     file += suffix;
@@ -90,7 +76,7 @@ Outcome Store::Change(const std::function<Outcome(Host&)>& change) {
             L"There is no folder for the user's data; TAVROSIM_HOST can name a host file.");
     }
     try {
-        const path file = Followed(*place_.path);
+        const path file = platform::WithoutLinks(*place_.path);
         if (place_.isDefault) {
             platform::MakeFolder(file.parent_path());
         }

@@ -25,6 +25,10 @@ class FileError : public std::runtime_error {
 /// The whole content of the file; nothing when there is no such file.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& path);
 
+/// The file that the path leads to where it is a symbolic link, which may be dangling where the
+/// platform allows that to be told; else the path itself.
+std::filesystem::path WithoutLinks(std::filesystem::path path);
+
 /// Puts a file with this content in the place of `path`, which need not exist: a new file is
 /// written beside it, brought to the disk, and renamed, so that a crash leaves the old or the new
 /// content. Only the owner can read the new file. Callers hold a lock: two of them must not replace

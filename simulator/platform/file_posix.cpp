@@ -18,6 +18,7 @@ namespace tavrosim::platform {
 namespace {
 
 constexpr mode_t OwnerOnly = S_IRUSR | S_IWUSR;
+constexpr int MostLinks = 40;
 
 [[noreturn]] void Fail(const std::filesystem::path& path, const wchar_t* what, int error) {
     throw FileError(TextOf(path) + L": " + what + L": " +
@@ -86,6 +87,18 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
             Fail(path, L"cannot be read", errno);
         }
     }
+}
+
+std::filesystem::path WithoutLinks(std::filesystem::path path) {
+    std::error_code error;
+    for (int links = 0; links < MostLinks && std::filesystem::is_symlink(path, error); ++links) {
+        std::filesystem::path target = std::filesystem::read_symlink(path, error);
+        if (error) {
+            break;
+        }
+        path = target.is_absolute() ? std::move(target) : path.parent_path() / target;
+    }
+    return path;
 }
 
 void ReplaceContent(const std::filesystem::path& path, std::string_view content) {

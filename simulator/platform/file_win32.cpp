@@ -177,6 +177,23 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
     }
 }
 
+std::filesystem::path WithoutLinks(std::filesystem::path path) {
+    const DWORD kind = GetFileAttributesW(path.c_str());
+    if (kind == INVALID_FILE_ATTRIBUTES || (kind & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+        return path;
+    }
+    const FileHandle file(
+        CreateFileW(path.c_str(), 0, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    std::vector<wchar_t> name(32768);
+    const DWORD length = file.IsOpen()
+                             ? GetFinalPathNameByHandleW(file.Value(), name.data(),
+                                                         static_cast<DWORD>(name.size()), 0)
+                             : 0;
+    return length == 0 || length >= name.size()
+               ? path
+               : std::filesystem::path(std::wstring(name.data(), length));
+}
+
 void ReplaceContent(const std::filesystem::path& path, std::string_view content) {
     std::filesystem::path fresh = path;
     fresh += L".new";
