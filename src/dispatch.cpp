@@ -5,6 +5,10 @@
 #include "adapters/listing.h"
 #include "cli/command_line.h"
 #include "cli/usage.h"
+#include "ethernet/tcpip.h"
+#include "iscsi/initiator.h"
+#include "iscsi/isns.h"
+#include "iscsi/tcpip.h"
 #include "mgmt/message.h"
 
 namespace tavro {
@@ -20,6 +24,21 @@ void Bare(const Invocation&) {
 template <void (*Handler)(EntryCache&)>
 void WithCache(const Invocation& invocation) {
     Handler(invocation.cache);
+}
+
+template <void (*Handler)(Arguments)>
+void WithArguments(const Invocation& invocation) {
+    Handler(invocation.arguments);
+}
+
+template <void (*Handler)(const std::string&)>
+void WithMac(const Invocation&) {
+    Handler(CurrentMacText);
+}
+
+template <void (*Handler)(const std::string&, Arguments)>
+void WithMacAndArguments(const Invocation& invocation) {
+    Handler(CurrentMacText, invocation.arguments);
 }
 
 constexpr auto NotBuilt = nullptr;
@@ -39,8 +58,8 @@ constexpr Command CommandTable[] = {
     {CommandCode::IscsiPortInfo, AccessClass::Runs, NotBuilt},
     {CommandCode::IscsiPortStatistics, AccessClass::Runs, NotBuilt},
     {CommandCode::IscsiDefaultParameters, AccessClass::Runs, NotBuilt},
-    {CommandCode::GetInitiator, AccessClass::Runs, NotBuilt},
-    {CommandCode::SetInitiator, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetInitiator, AccessClass::Runs, Bare<GetInitiator>},
+    {CommandCode::SetInitiator, AccessClass::Runs, WithArguments<SetInitiator>},
     {CommandCode::ListPortals, AccessClass::Runs, NotBuilt},
     {CommandCode::AddPortal, AccessClass::Runs, NotBuilt},
     {CommandCode::RemovePortal, AccessClass::Runs, NotBuilt},
@@ -52,12 +71,13 @@ constexpr Command CommandTable[] = {
     {CommandCode::RemoveTarget, AccessClass::Runs, NotBuilt},
     {CommandCode::TargetLogout, AccessClass::Runs, NotBuilt},
     {CommandCode::LunList, AccessClass::Runs, NotBuilt},
-    {CommandCode::IscsiTcpIpDhcp, AccessClass::Runs, NotBuilt},
-    {CommandCode::IscsiTcpIpStatic, AccessClass::Runs, NotBuilt},
-    {CommandCode::ListIsnsServers, AccessClass::Runs, NotBuilt},
-    {CommandCode::AddIsnsServer, AccessClass::Runs, NotBuilt},
-    {CommandCode::RemoveIsnsServer, AccessClass::Runs, NotBuilt},
-    {CommandCode::IscsiPing, AccessClass::Runs, NotBuilt},
+    {CommandCode::IscsiTcpIpDhcp, AccessClass::Runs, WithMacAndArguments<SetIscsiTcpIpByDhcp>},
+    {CommandCode::IscsiTcpIpStatic, AccessClass::Runs,
+     WithMacAndArguments<SetIscsiTcpIpStatically>},
+    {CommandCode::ListIsnsServers, AccessClass::Runs, Bare<ListIsnsServers>},
+    {CommandCode::AddIsnsServer, AccessClass::Runs, WithArguments<AddIsnsServer>},
+    {CommandCode::RemoveIsnsServer, AccessClass::Runs, WithArguments<RemoveIsnsServer>},
+    {CommandCode::IscsiPing, AccessClass::Runs, WithMacAndArguments<PingFromIscsiPort>},
     {CommandCode::GetIscsiBoot, AccessClass::Runs, NotBuilt},
     {CommandCode::SetIscsiBoot, AccessClass::Blocked, NotBuilt},
     {CommandCode::FcoePortInfo, AccessClass::Runs, NotBuilt},
@@ -88,9 +108,11 @@ constexpr Command CommandTable[] = {
     {CommandCode::GetAdapterSettings, AccessClass::Runs, NotBuilt},
     {CommandCode::EthernetPortStatistics, AccessClass::Runs, NotBuilt},
     {CommandCode::ResetEthernetStatistics, AccessClass::Blocked, NotBuilt},
-    {CommandCode::GetTcpIp, AccessClass::Runs, NotBuilt},
-    {CommandCode::EthernetTcpIpDhcp, AccessClass::Blocked, NotBuilt},
-    {CommandCode::EthernetTcpIpStatic, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetTcpIp, AccessClass::Runs, WithMac<ShowEthernetTcpIp>},
+    {CommandCode::EthernetTcpIpDhcp, AccessClass::Blocked,
+     WithMacAndArguments<SetEthernetTcpIpByDhcp>},
+    {CommandCode::EthernetTcpIpStatic, AccessClass::Blocked,
+     WithMacAndArguments<SetEthernetTcpIpStatically>},
     {CommandCode::GetEthernetXml, AccessClass::Runs, NotBuilt},
     {CommandCode::SetAdapterSettings, AccessClass::Blocked, NotBuilt},
 };

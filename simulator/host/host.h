@@ -8,8 +8,10 @@
 
 #include "simulator/host/ethernet.h"
 #include "simulator/host/fcoe.h"
+#include "simulator/host/initiator.h"
 #include "simulator/host/iscsi.h"
 #include "simulator/host/member.h"
+#include "simulator/host/network.h"
 
 /// The host that the model plays. The structs are what the host file holds, member for member.
 namespace tavrosim {
@@ -59,10 +61,17 @@ struct Adapter {
 
 struct Host {
     std::string name;
+    Initiator initiator;
+    std::vector<std::string> isnsServers;
+    std::vector<ReachableAddress> reachable;
     std::vector<Adapter> adapters;
 
     static constexpr auto Members() {
-        return std::tuple{Member{"name", &Host::name}, Member{"adapters", &Host::adapters}};
+        return std::tuple{Member{"name", &Host::name},
+                          Member{"initiator", &Host::initiator, Presence::Optional},
+                          Member{"isnsServers", &Host::isnsServers, Presence::Optional},
+                          Member{"reachable", &Host::reachable, Presence::Optional},
+                          Member{"adapters", &Host::adapters}};
     }
 };
 

@@ -1,18 +1,18 @@
 #pragma once
 
-#include <string>
 #include <tuple>
 
 #include "simulator/host/member.h"
+#include "simulator/host/tcpip.h"
 
 namespace tavrosim {
 
 /// What makes a function an iSCSI function.
 struct IscsiPart {
-    std::string initiatorName;
+    TcpIp tcpIp;
 
     static constexpr auto Members() {
-        return std::tuple{Member{"initiatorName", &IscsiPart::initiatorName}};
+        return std::tuple{Member{"tcpIp", &IscsiPart::tcpIp, Presence::Optional}};
     }
 };
 

@@ -25,6 +25,28 @@ constexpr Message Messages[] = {
     {24848, L"Node Name"},
     {24849, L"Port Identifier"},
 
+    {25367, L"The port information could not be read"},
+
+    {25857, L"The TCP/IP settings were applied."},
+    {25858, L"The TCP/IP settings were not applied."},
+    {25860, L"The TCP/IP settings take effect when the host is restarted."},
+
+    {26113, L"iSNS Servers"},
+    {26114, L"The list of iSNS servers could not be read"},
+    {26115, L"The iSNS server was added."},
+    {26116, L"The iSNS server was not added"},
+    {26117, L"The iSNS server was removed."},
+    {26118, L"There is no iSNS server"},
+
+    {26369, L"iSCSI Initiator Name"},
+    {26370, L"The iSCSI initiator was set."},
+    {26371, L"Pinging..."},
+    {26372, L"Packets Sent"},
+    {26373, L"Packets Received"},
+    {26374, L"The ping failed."},
+    {26375, L"IP Address"},
+    {26376, L"Packets Lost"},
+
     {28673, L"Invalid IP address"},
     {28674, L"Unknown command. Run \"tavrocli -help\" to see the commands."},
     {28675, L"The command lacks an argument. Run \"tavrocli -help\" to see its form."},
@@ -47,6 +69,22 @@ constexpr Message Messages[] = {
     {28698, L"Invalid prefix length (0 to 128)"},
 
     {29726, L"Device Name"},
+
+    {30208, L"TCP/IP Settings"},
+    {30210, L"DHCP"},
+    {30211, L"IP Address"},
+    {30212, L"Subnet Mask"},
+    {30213, L"Default Gateway"},
+    {30214, L"VLAN"},
+    {30215, L"VLAN ID"},
+    {30217, L"DHCP"},
+    {30224, L"IP Address"},
+    {30234, L"Prefix Length"},
+    {30235, L"Default Gateway"},
+    {30237, L"Link-local Address"},
+    {30238, L"VLAN"},
+    {30239, L"IPv4"},
+    {30240, L"IPv6"},
 };
 // clang-format on
 

@@ -8,5 +8,7 @@
 namespace tavrosim {
 
 std::span<const OperationModel> AdapterOperations();
+std::span<const OperationModel> InitiatorOperations();
+std::span<const OperationModel> TcpIpOperations();
 
 }  // namespace tavrosim

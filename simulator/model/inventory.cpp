@@ -15,12 +15,12 @@ using tavroapi::FunctionAddress;
 using tavroapi::FunctionIdentity;
 using tavroapi::OperationCode;
 
-FunctionIdentity IdentityOf(const Function& function) {
+FunctionIdentity IdentityOf(const Host& host, const Function& function) {
     if (function.fcoe) {
         return {KeyOf(function), tavroapi::FcoeFunction, function.fcoe->nodeWwn};
     }
     if (function.iscsi) {
-        return {KeyOf(function), tavroapi::IscsiFunction, function.iscsi->initiatorName};
+        return {KeyOf(function), tavroapi::IscsiFunction, host.initiator.name};
     }
     return {KeyOf(function), tavroapi::EthernetFunction,
             function.ethernet ? function.ethernet->interfaceName : std::string()};
@@ -94,7 +94,7 @@ Outcome GetPortFunctions(const Host& host, const std::string& adapterName,
     functions.identities.clear();
     for (const Function* function : ordered) {
         functions.addresses.push_back({KeyOf(*function), function->mac, function->number});
-        functions.identities.push_back(IdentityOf(*function));
+        functions.identities.push_back(IdentityOf(host, *function));
     }
     return Done();
 }

@@ -1,0 +1,207 @@
+// The TCP/IP settings of Ethernet and iSCSI functions.
+#include <algorithm>
+#include <array>
+#include <sstream>
+#include <string>
+
+#include "simulator/host/lookup.h"
+#include "simulator/model/families.h"
+#include "simulator/model/model.h"
+#include "simulator/text.h"
+#include "tavroapi/tcpip_records.h"
+
+namespace tavrosim {
+namespace {
+
+using tavroapi::OperationCode;
+using tavroapi::TcpIpSettings;
+
+constexpr std::uint32_t AppliedAtRestart = 201;
+constexpr std::uint32_t AddressInUse = 37377;
+constexpr std::uint32_t NoLease = 37378;
+
+// The DHCP server of the host's network hands out the first address in its range that no function
+// of the host has.
+constexpr int FirstLease = 100;
+constexpr int LastLease = 199;
+
+const TcpIp* SettingsOf(const Function& function) {
+    return function.ethernet ? &function.ethernet->tcpIp
+           : function.iscsi  ? &function.iscsi->tcpIp
+                             : nullptr;
+}
+
+// The function other than `except` that has the address, IPv4 or IPv6.
+const Function* OwnerOf(const Host& host, const std::string& address, const Function& except) {
+    for (const Adapter& adapter : host.adapters) {
+        for (const Port& port : adapter.ports) {
+            for (const Function& function : port.functions) {
+                const TcpIp* settings = SettingsOf(function);
+                if (&function != &except && settings != nullptr &&
+                    (settings->address == address || settings->addressIPv6 == address)) {
+                    return &function;
+                }
+            }
+        }
+    }
+    return nullptr;
+}
+
+bool IsUnset(const std::string& address) {
+    return address.find_first_not_of("0.:") == std::string::npos;
+}
+
+Outcome RefuseUsedAddress(const std::string& address, const Function& owner) {
+    return Refused(AddressInUse,
+                   L"The address " + WideFromUtf8(address) + L" is in use on this host.",
+                   L"Choose another address.",
+                   L"It belongs to the function " + WideFromUtf8(KeyOf(owner)) + L".");
+}
+
+// An address from the pool: `pattern` and a number.
+std::string LeaseAddress(const Host& host, const Function& function, const std::string& pattern) {
+    for (int number = FirstLease; number <= LastLease; ++number) {
+        const std::string address = pattern + std::to_string(number);
+        if (OwnerOf(host, address, function) == nullptr) {
+            return address;
+        }
+    }
+    return {};
+}
+
+Outcome RefuseLease() {
+    return Refused(NoLease, L"The DHCP server has no free address.",
+                   L"Give the function a fixed address.");
+}
+
+Outcome ApplyIPv4(const Host& host, const Function& function, const TcpIpSettings& wanted,
+                  TcpIp& settings) {
+    settings.dhcp = wanted.dhcpEnabled;
+    if (wanted.dhcpEnabled == "Yes") {
+        settings.address = LeaseAddress(host, function, "192.0.2.");
+        settings.subnetMask = "255.255.255.0";
+        settings.gateway = "192.0.2.1";
+        return settings.address.empty() ? RefuseLease() : Done();
+    }
+    if (const Function* owner = OwnerOf(host, wanted.ipAddress, function);
+        owner != nullptr && !IsUnset(wanted.ipAddress)) {
+        return RefuseUsedAddress(wanted.ipAddress, *owner);
+    }
+    settings.address = wanted.ipAddress;
+    settings.subnetMask = wanted.subnetMask;
+    settings.gateway = wanted.defaultGateway;
+    return Done();
+}
+
+Outcome ApplyIPv6(const Host& host, const Function& function, const TcpIpSettings& wanted,
+                  TcpIp& settings) {
+    settings.dhcpIPv6 = wanted.dhcpEnabledIPv6;
+    settings.prefixLengthIPv6 = wanted.staticPrefixLength;
+    if (wanted.dhcpEnabledIPv6 == "Yes") {
+        settings.addressIPv6 = LeaseAddress(host, function, "2001:db8::");
+        settings.gatewayIPv6 = "2001:db8::1";
+        return settings.addressIPv6.empty() ? RefuseLease() : Done();
+    }
+    if (const Function* owner = OwnerOf(host, wanted.staticIPv6, function);
+        owner != nullptr && !IsUnset(wanted.staticIPv6)) {
+        return RefuseUsedAddress(wanted.staticIPv6, *owner);
+    }
+    settings.addressIPv6 = wanted.staticIPv6;
+    settings.gatewayIPv6 = wanted.gatewayIPv6;
+    return Done();
+}
+
+void ApplyVlan(const TcpIpSettings& wanted, TcpIp& settings) {
+    settings.vlanId = wanted.vlanEnabled == "No" ? "0" : wanted.vlanId;
+    settings.vlanPriority = wanted.vlanPriority;
+    settings.maxFrameSize = wanted.maxFrameSize;
+}
+
+// The IPv6 part of the iSCSI commands' record is a placeholder: they set IPv4 only.
+Outcome SetIscsiTcpIp(Host& host, const std::string& request, const TcpIpSettings& wanted) {
+    const auto found = FindIscsiFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request, L"iSCSI");
+    }
+    TcpIp& settings = found.function->iscsi->tcpIp;
+    ApplyVlan(wanted, settings);
+    return ApplyIPv4(host, *found.function, wanted, settings);
+}
+
+// A driver takes another VLAN over when the host restarts; everything else takes effect at once.
+Outcome SetEthernetTcpIp(Host& host, const std::string& request, TcpIpSettings& wanted) {
+    const auto found = FindEthernetFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request, L"Ethernet");
+    }
+    TcpIp& settings = found.function->ethernet->tcpIp;
+    const std::string formerVlan = settings.vlanId;
+    ApplyVlan(wanted, settings);
+    wanted.result = settings.vlanId == formerVlan ? 0 : AppliedAtRestart;
+    return wanted.ipVersion == "1" ? ApplyIPv4(host, *found.function, wanted, settings)
+                                   : ApplyIPv6(host, *found.function, wanted, settings);
+}
+
+// The link-local address that every interface forms from its MAC (modified EUI-64).
+std::string LinkLocalAddress(const std::string& mac) {
+    constexpr std::size_t MacDigits = 12;
+    const std::string digits = NormalIdentifier(mac);
+    if (digits.size() != MacDigits) {
+        return {};
+    }
+    const auto octet = [&digits](std::size_t index) {
+        return std::stoul(digits.substr(2 * index, 2), nullptr, 16);
+    };
+    constexpr unsigned long LocalBit = 2;
+    const std::array<unsigned long, 4> groups{((octet(0) ^ LocalBit) << 8U) | octet(1),
+                                              (octet(2) << 8U) | 0xFFU, 0xFE00U | octet(3),
+                                              (octet(4) << 8U) | octet(5)};
+    // Groups of zeros behind the prefix are what its "::" stands for.
+    std::string address = "fe80:";
+    for (const unsigned long group : groups) {
+        if (group != 0 || address.back() != ':') {
+            std::ostringstream text;
+            text << ':' << std::hex << group;
+            address += text.str();
+        }
+    }
+    return address;
+}
+
+Outcome ReadEthernetTcpIp(const Host& host, const std::string& request, TcpIpSettings& record) {
+    const auto found = FindEthernetFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request, L"Ethernet");
+    }
+    const TcpIp& settings = found.function->ethernet->tcpIp;
+    record.dhcpEnabled = settings.dhcp;
+    record.ipAddress = settings.address;
+    record.subnetMask = settings.subnetMask;
+    record.defaultGateway = settings.gateway;
+    record.vlanEnabled = settings.vlanId == "0" ? "No" : "Yes";
+    record.vlanId = settings.vlanId;
+    record.vlanPriority = settings.vlanPriority;
+    record.maxFrameSize = settings.maxFrameSize;
+    record.dhcpEnabledIPv6 = settings.dhcpIPv6;
+    record.staticIPv6 = settings.addressIPv6;
+    record.staticPrefixLength = settings.prefixLengthIPv6;
+    record.gatewayIPv6 = settings.gatewayIPv6;
+    if (!IsUnset(settings.addressIPv6)) {
+        record.linkLocalIPv6 = LinkLocalAddress(found.function->mac);
+    }
+    return Done();
+}
+
+constexpr OperationModel Rows[] = {
+    Changes<OperationCode::SetIscsiTcpIp, SetIscsiTcpIp>(),
+    Changes<OperationCode::SetEthernetTcpIp, SetEthernetTcpIp>(),
+    Reads<OperationCode::ReadEthernetTcpIp, ReadEthernetTcpIp>(),
+};
+
+}  // namespace
+
+std::span<const OperationModel> TcpIpOperations() {
+    return Rows;
+}
+
+}  // namespace tavrosim

@@ -1,0 +1,76 @@
+#include "cli/login_options.h"
+
+#include <string_view>
+
+#include "console/question.h"
+#include "console/wipe.h"
+#include "mgmt/message.h"
+
+namespace tavro {
+
+namespace {
+
+constexpr std::size_t ShortestSecret = 12;
+constexpr std::size_t LongestSecret = 16;
+
+void AskChapName(std::string& name, MessageId prompt) {
+    ShowMessage(prompt, NoValue, Layout::Prompt);
+    name = console::ReadLine();
+}
+
+void AskChapSecret(std::string& secret, MessageId prompt) {
+    console::AskSecret(
+        secret, [=] { ShowMessage(prompt, NoValue, Layout::Prompt); },
+        [] { ShowMessage(MessageId::ChapSecretRefused, NoValue, Layout::Prompt); },
+        [](const std::string& entered) {
+            return entered.size() >= ShortestSecret && entered.size() <= LongestSecret;
+        });
+}
+
+void AskTargetChap(tavroapi::LoginOptions& options) {
+    AskChapName(options.targetChapName, MessageId::AskTargetChapName);
+    AskChapSecret(options.targetSecret, MessageId::AskTargetSecret);
+}
+
+void AskInitiatorChap(tavroapi::LoginOptions& options) {
+    AskChapName(options.initiatorChapName, MessageId::AskInitiatorChapName);
+    AskChapSecret(options.initiatorSecret, MessageId::AskInitiatorSecret);
+}
+
+}  // namespace
+
+void ResetLoginOptions(tavroapi::LoginOptions& options) {
+    options = {};
+    options.multipath = "Yes";
+    options.headerDigest = "No";
+    options.dataDigest = "No";
+    options.authentication = "None";
+}
+
+int ParseLoginOptions(tavroapi::LoginOptions& options, Arguments arguments, std::size_t first) {
+    for (std::size_t position = first; position < arguments.size(); ++position) {
+        const std::string_view word = arguments[position];
+        if (word == "-mp") {
+            options.multipath = "No";
+        } else if (word == "-hd") {
+            options.headerDigest = "CRC32C";
+        } else if (word == "-dd") {
+            options.dataDigest = "CRC32C";
+        } else if (word == "-mutualchap") {
+            options.authentication = "Mutual CHAP";
+            AskTargetChap(options);
+            AskInitiatorChap(options);
+        } else if (word == "-onewaychap") {
+            options.authentication = "One-way CHAP";
+            AskTargetChap(options);
+        }
+    }
+    return 0;
+}
+
+LoginSecretsGuard::~LoginSecretsGuard() {
+    console::WipeSecret(options.targetSecret);
+    console::WipeSecret(options.initiatorSecret);
+}
+
+}  // namespace tavro

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "tavroapi/tcpip_records.h"
+
+namespace tavro {
+
+// Whether a VLAN ID is a decimal number from 0 to 4094.
+bool IsValidVlanId(const std::string& vlanId);
+
+// The settings that every change of TCP/IP settings sends beside its own: the VLAN ID as typed,
+// VLANs disabled when that is exactly "0", priority "0", frames of 1500 bytes; everything else
+// empty.
+tavroapi::TcpIpSettings SettingsForVlan(const std::string& vlanId);
+
+// The settings for a fixed IPv4 address. Checks address, VLAN ID, subnet mask and gateway in this
+// order; for the first that is invalid shows its message and returns nothing.
+std::optional<tavroapi::TcpIpSettings> SettingsForStaticIPv4(const std::string& vlanId,
+                                                             const std::string& address,
+                                                             const std::string& subnetMask,
+                                                             const std::string& gateway);
+
+// Reports that a change failed, with the library's error details.
+void ReportTcpIpFailure();
+
+}  // namespace tavro

@@ -1,0 +1,113 @@
+// The host's iSNS servers. They are reached through the first iSCSI function on any adapter.
+#include "iscsi/isns.h"
+
+#include <list>
+#include <string>
+
+#include "adapters/discovery.h"
+#include "cli/validation.h"
+#include "console/console.h"
+#include "mgmt/message.h"
+#include "mgmt/operation.h"
+#include "mgmt/rules.h"
+#include "mgmt/text.h"
+#include "tavroapi/iscsi_records.h"
+
+namespace tavro {
+
+using tavroapi::OperationCode;
+
+namespace {
+
+// Scripts match these texts to the letter; the commands never agreed on the blanks.
+constexpr const char* NoFunction =
+    " There is no iscsi function found on installed CNA card, please configure at lease one iscsi "
+    "function";
+constexpr const char* NoFunctionToAddTo =
+    " There is no iscsi function found on installed CNA card,  please configure at lease one iscsi "
+    "function";
+
+// The key of the function to go through; empty when there is none or it cannot be found out.
+std::string FindFunction() {
+    EntryCache cache;
+    std::string keyText;
+    return FindIscsiFunction(cache, keyText) == 0 ? keyText : std::string();
+}
+
+void ReportFailure(MessageId message, std::string_view value = NoValue) {
+    ShowMessage(message, value);
+    ShowLastError();
+}
+
+}  // namespace
+
+void ListIsnsServers() {
+    const std::string function = FindFunction();
+    if (function.empty()) {
+        ReportFailure(MessageId::IsnsListFailed, NoFunction);
+        return;
+    }
+    std::list<std::string> servers;
+    if (DoOperation<OperationCode::ListIsnsServers>(function, servers) != CallOutcome::Done) {
+        ReportFailure(MessageId::IsnsListFailed);
+        return;
+    }
+    console::PrintLine(Rule54);
+    ShowMessage(MessageId::IsnsListTitle);
+    console::PrintLine(Rule54);
+    for (const std::string& server : servers) {
+        console::PrintLine(ToWide(server));
+    }
+    if (servers.empty()) {
+        ShowMessage(MessageId::IsnsListEmpty, NoValue, Layout::Notice);
+    }
+    console::PrintLine(Rule54);
+}
+
+void AddIsnsServer(Arguments arguments) {
+    const std::string address = ArgumentAt(arguments, 4);
+    if (!IsValidIPv4(address)) {
+        ShowMessage(MessageId::InvalidAddress);
+        return;
+    }
+    const std::string function = FindFunction();
+    if (function.empty()) {
+        ReportFailure(MessageId::IsnsAddFailed, NoFunctionToAddTo);
+        return;
+    }
+    console::PrintNarrowLine("IP Address is  " + address);
+    if (DoOperation<OperationCode::AddIsnsServer>(function, address) != CallOutcome::Done) {
+        ReportFailure(MessageId::IsnsAddFailed);
+        return;
+    }
+    console::PrintNarrowLine("Please wait...");
+    ShowMessage(MessageId::IsnsServerAdded);
+}
+
+void RemoveIsnsServer(Arguments arguments) {
+    const std::string address = ArgumentAt(arguments, 4);
+    if (!IsValidIPv4(address)) {
+        ShowMessage(MessageId::InvalidAddress);
+        return;
+    }
+    const std::string function = FindFunction();
+    if (function.empty()) {
+        ReportFailure(MessageId::IsnsListEmpty, NoFunction);
+        return;
+    }
+    // What counts as an empty list is the list as it was before the removal.
+    std::list<std::string> servers;
+    DoOperation<OperationCode::ListIsnsServers>(function, servers);
+    if (DoOperation<OperationCode::RemoveIsnsServer>(function, address) != CallOutcome::Done) {
+        console::PrintNarrowLine("remove isns server failed with server ip " + address);
+        ShowLastError();
+        return;
+    }
+    if (servers.empty()) {
+        console::PrintNarrowLine("iSNS list is empty");
+    } else {
+        ShowMessage(MessageId::IsnsServerRemoved);
+    }
+}
+
+}  // namespace tavro
