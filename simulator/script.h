@@ -20,6 +20,8 @@ class Script {
     /// No answers, messages in words, the model answers.
     Script();
     ~Script();
+    Script(const Script&) = delete;
+    Script& operator=(const Script&) = delete;
     Script(Script&&) noexcept;
     Script& operator=(Script&&) noexcept;
 

@@ -114,7 +114,7 @@ Outcome Session::WithHost(const std::function<Outcome(const Host&)>& query) {
     }
     if (!store_.IsLoaded()) {
         // Initialize was answered by a script and left it to the calls.
-        const Outcome loaded = store_.Load();
+        Outcome loaded = store_.Load();
         if (!loaded.IsDone()) {
             return loaded;
         }

@@ -1,7 +1,5 @@
 #include "simulator/text.h"
 
-#include <cstdint>
-
 namespace tavrosim {
 namespace {
 
@@ -90,7 +88,7 @@ void AppendWide(char32_t character, std::wstring& text) {
 }
 
 char32_t UnitAt(std::wstring_view text, std::size_t index) {
-    const auto unit = static_cast<std::uint32_t>(text[index]);
+    const auto unit = static_cast<char32_t>(text[index]);
     return sizeof(wchar_t) == 2 ? unit & 0xFFFFU : unit;
 }
 

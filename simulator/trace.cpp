@@ -20,12 +20,8 @@ Json ErrorToJson(const tavroapi::ErrorRecord& error) {
 
 }  // namespace
 
-struct Trace::Line {
-    Json json;
-};
-
 Trace::Trace(const TraceOptions& options)
-    : options_(options), file_(options.path), line_(std::make_unique<Line>()) {}
+    : options_(options), file_(options.path), line_(std::make_unique<Json>()) {}
 
 Trace::~Trace() = default;
 
@@ -52,11 +48,11 @@ void Trace::Begin(const Call& call) {
     if (call.input != nullptr && call.InputType() != nullptr) {
         json["input"] = call.InputType()->toJson(call.input, options_.secrets);
     }
-    line_->json = std::move(json);
+    *line_ = std::move(json);
 }
 
 void Trace::End(const Call& call, std::uint32_t status, const tavroapi::ErrorRecord* error) {
-    Json json = std::move(line_->json);
+    Json json = std::move(*line_);
     json["status"] = status;
     if (options_.outputs) {
         if (call.output != nullptr && call.OutputType() != nullptr) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "simulator/call.h"
+#include "simulator/json.h"
 #include "simulator/platform/file.h"
 #include "simulator/secrets.h"
 
@@ -24,6 +25,8 @@ class Trace {
     /// Throws platform::FileError when the file cannot be opened.
     explicit Trace(const TraceOptions& options);
     ~Trace();
+    Trace(const Trace&) = delete;
+    Trace& operator=(const Trace&) = delete;
 
     /// Notes the call as it came in. To be told before the call is served, which may change its
     /// records.
@@ -34,10 +37,9 @@ class Trace {
     void End(const Call& call, std::uint32_t status, const tavroapi::ErrorRecord* error);
 
   private:
-    struct Line;
     TraceOptions options_;
     platform::AppendFile file_;
-    std::unique_ptr<Line> line_;
+    std::unique_ptr<Json> line_;
 };
 
 }  // namespace tavrosim

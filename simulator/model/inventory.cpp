@@ -11,7 +11,6 @@
 namespace tavrosim {
 namespace {
 
-using tavroapi::FunctionAddress;
 using tavroapi::FunctionIdentity;
 using tavroapi::OperationCode;
 

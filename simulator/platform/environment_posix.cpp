@@ -24,7 +24,7 @@ bool IsSwitchedOn(const char* name) {
 
 std::optional<std::filesystem::path> UserDataFolder() {
     // A relative $XDG_DATA_HOME is to be ignored by its convention.
-    if (const auto dataHome = PathVariable("XDG_DATA_HOME"); dataHome && dataHome->is_absolute()) {
+    if (auto dataHome = PathVariable("XDG_DATA_HOME"); dataHome && dataHome->is_absolute()) {
         return dataHome;
     }
     if (const auto home = PathVariable("HOME")) {

@@ -24,6 +24,7 @@ class CaseError(Exception):
 class Step:
     arguments: list
     typed: str
+    typed_as_is: bool  # otherwise each "\n" becomes the platform's line end
     script: dict  # None: no script at all
     env: dict
     locale: str
@@ -121,6 +122,7 @@ def read_step(step, has_host):
     return Step(
         arguments=step["args"],
         typed=step.get("stdinText", join_lines(step.get("stdin", []))),
+        typed_as_is="stdinText" in step,
         script=read_script(step.get("script", {}), has_host),
         env=step.get("env", {}),
         locale=step.get("locale", DEFAULT_LOCALE),

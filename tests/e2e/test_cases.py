@@ -34,13 +34,16 @@ def test_case(case, platform, tmp_path):
 def run_step(sandbox, step, place):
     platform = sandbox.platform
     sandbox.write_script(step.script)
+    if step.typed_as_is:
+        typed = step.typed.encode(platform.encoding(step.locale))
+    else:
+        typed = platform.encode(step.typed, step.locale)
     if step.output_start is not None:
         expected = platform.encode(step.output_start, step.locale)
-        typed = platform.encode(step.typed, step.locale)
         result = sandbox.run_until(len(expected), step.arguments, typed, step.locale, step.env)
     else:
         expected = platform.encode(step.output, step.locale)
-        result = sandbox.run(step.arguments, step.typed, step.locale, step.env)
+        result = sandbox.run(step.arguments, typed, step.locale, step.env)
     calls = sandbox.calls()
 
     problems = compare_text(f"{place}: standard output", expected, result.output)

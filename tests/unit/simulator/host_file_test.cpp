@@ -7,6 +7,8 @@
 #include "simulator/host/default_host.h"
 #include "simulator/host/lookup.h"
 #include "simulator/place.h"
+#include "simulator/script.h"
+#include "support.h"
 
 namespace tavrosim {
 namespace {
@@ -69,6 +71,26 @@ TEST(HostFile, FunctionNumbersAreInterleavedOverThePorts) {
 TEST(HostFile, WrittenHostIsReadAgainAsItWas) {
     const std::string text = TextFromHost(DefaultHost());
     EXPECT_EQ(TextFromHost(HostFromText(text)), text);
+}
+
+// The guide's blocks of JSON, in their order.
+std::vector<std::string> BlocksOfTheGuide() {
+    const std::string guide = tavrosim_test::Read(TAVRO_SOURCE_DIR "/docs/simulator.md");
+    const std::string opening = "```json\n";
+    std::vector<std::string> blocks;
+    for (std::size_t start = guide.find(opening); start != std::string::npos;
+         start = guide.find(opening, start)) {
+        start += opening.size();
+        blocks.push_back(guide.substr(start, guide.find("```", start) - start));
+    }
+    return blocks;
+}
+
+TEST(HostFile, ExamplesOfTheGuideAreAccepted) {
+    const auto blocks = BlocksOfTheGuide();
+    ASSERT_EQ(blocks.size(), 2U);
+    EXPECT_EQ(HostFromText(blocks[0]).adapters.size(), 1U);
+    EXPECT_NO_THROW(Script::FromText(blocks[1]));
 }
 
 TEST(HostFile, BytesOfAnyKindSurvive) {
