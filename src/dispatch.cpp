@@ -8,6 +8,10 @@
 #include "ethernet/tcpip.h"
 #include "iscsi/initiator.h"
 #include "iscsi/isns.h"
+#include "iscsi/port_info.h"
+#include "iscsi/portals.h"
+#include "iscsi/sessions.h"
+#include "iscsi/targets.h"
 #include "iscsi/tcpip.h"
 #include "mgmt/message.h"
 
@@ -55,22 +59,22 @@ constexpr Command CommandTable[] = {
     {CommandCode::Help, AccessClass::Warns, Bare<ShowUsage>},
     {CommandCode::Import, AccessClass::Runs, NotBuilt},
     {CommandCode::ShowAdapter, AccessClass::Warns, WithCache<ListAdapters>},
-    {CommandCode::IscsiPortInfo, AccessClass::Runs, NotBuilt},
-    {CommandCode::IscsiPortStatistics, AccessClass::Runs, NotBuilt},
-    {CommandCode::IscsiDefaultParameters, AccessClass::Runs, NotBuilt},
+    {CommandCode::IscsiPortInfo, AccessClass::Runs, WithMac<ShowIscsiPort>},
+    {CommandCode::IscsiPortStatistics, AccessClass::Runs, WithMac<ShowIscsiStatistics>},
+    {CommandCode::IscsiDefaultParameters, AccessClass::Runs, WithMac<ShowIscsiDefaults>},
     {CommandCode::GetInitiator, AccessClass::Runs, Bare<GetInitiator>},
     {CommandCode::SetInitiator, AccessClass::Runs, WithArguments<SetInitiator>},
-    {CommandCode::ListPortals, AccessClass::Runs, NotBuilt},
-    {CommandCode::AddPortal, AccessClass::Runs, NotBuilt},
-    {CommandCode::RemovePortal, AccessClass::Runs, NotBuilt},
-    {CommandCode::ListTargets, AccessClass::Runs, NotBuilt},
-    {CommandCode::ListActiveTargets, AccessClass::Runs, NotBuilt},
-    {CommandCode::TargetInfo, AccessClass::Runs, NotBuilt},
-    {CommandCode::TargetLogin, AccessClass::Runs, NotBuilt},
-    {CommandCode::SessionInfo, AccessClass::Runs, NotBuilt},
-    {CommandCode::RemoveTarget, AccessClass::Runs, NotBuilt},
-    {CommandCode::TargetLogout, AccessClass::Runs, NotBuilt},
-    {CommandCode::LunList, AccessClass::Runs, NotBuilt},
+    {CommandCode::ListPortals, AccessClass::Runs, WithMac<ListPortals>},
+    {CommandCode::AddPortal, AccessClass::Runs, WithMacAndArguments<AddPortal>},
+    {CommandCode::RemovePortal, AccessClass::Runs, WithMacAndArguments<RemovePortal>},
+    {CommandCode::ListTargets, AccessClass::Runs, WithMac<ListTargets>},
+    {CommandCode::ListActiveTargets, AccessClass::Runs, WithMac<ListActiveTargets>},
+    {CommandCode::TargetInfo, AccessClass::Runs, WithMacAndArguments<ShowTarget>},
+    {CommandCode::TargetLogin, AccessClass::Runs, WithMacAndArguments<LogInToTarget>},
+    {CommandCode::SessionInfo, AccessClass::Runs, WithMacAndArguments<ShowSession>},
+    {CommandCode::RemoveTarget, AccessClass::Runs, WithMacAndArguments<RemoveTarget>},
+    {CommandCode::TargetLogout, AccessClass::Runs, WithMacAndArguments<LogOutOfTarget>},
+    {CommandCode::LunList, AccessClass::Runs, WithMacAndArguments<ListLuns>},
     {CommandCode::IscsiTcpIpDhcp, AccessClass::Runs, WithMacAndArguments<SetIscsiTcpIpByDhcp>},
     {CommandCode::IscsiTcpIpStatic, AccessClass::Runs,
      WithMacAndArguments<SetIscsiTcpIpStatically>},

@@ -1,0 +1,17 @@
+// What the iSCSI commands say alike.
+#pragma once
+
+#include "mgmt/message_id.h"
+
+namespace tavro {
+
+// Asks for patience before the library works, and leaves a line empty.
+void ShowPleaseWait();
+
+// The two rule lines that end a display of rows.
+void ShowClosingRules();
+
+// A failure's own message, then the library's description of what went wrong.
+void ShowFailure(MessageId id);
+
+}  // namespace tavro

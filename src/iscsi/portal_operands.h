@@ -1,0 +1,23 @@
+// The operands by which portals are named on the command line.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "cli/arguments.h"
+
+namespace tavro {
+
+// The TCP port of a portal for which none is given.
+inline constexpr const char* DefaultIscsiPort = "3260";
+
+// Whether the operand is an address; says so when it is not.
+bool AcceptPortalAddress(const std::string& address);
+
+// Whether the operand is a port number; says so when it is not.
+bool AcceptPortNumber(const std::string& port);
+
+// The port number at a position. A missing one, and one that is refused, gives the default port.
+std::string PortNumberOrDefault(Arguments arguments, std::size_t position);
+
+}  // namespace tavro
