@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tavroapi/iscsi_records.h"
+#include "tavroapi/iscsi_storage_records.h"
 #include "tavroapi/operations.h"
 #include "tavroapi/tcpip_records.h"
 
@@ -23,7 +24,7 @@ struct Joined<OperationList<First...>, OperationList<Second...>, Rest...>
 }  // namespace detail
 
 // Every operation whose records are described, so that code can be made for each of them.
-using DescribedOperations =
-    detail::Joined<AdapterOperations, InitiatorOperations, TcpIpOperations>::Type;
+using DescribedOperations = detail::Joined<AdapterOperations, InitiatorOperations, TcpIpOperations,
+                                           IscsiStorageOperations>::Type;
 
 }  // namespace tavroapi

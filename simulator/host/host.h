@@ -10,6 +10,7 @@
 #include "simulator/host/fcoe.h"
 #include "simulator/host/initiator.h"
 #include "simulator/host/iscsi.h"
+#include "simulator/host/iscsi_network.h"
 #include "simulator/host/member.h"
 #include "simulator/host/network.h"
 
@@ -65,13 +66,15 @@ struct Host {
     std::vector<std::string> isnsServers;
     std::vector<ReachableAddress> reachable;
     std::vector<Adapter> adapters;
+    std::vector<NetworkTarget> iscsiTargets;  // what is out on the network
 
     static constexpr auto Members() {
         return std::tuple{Member{"name", &Host::name},
                           Member{"initiator", &Host::initiator, Presence::Optional},
                           Member{"isnsServers", &Host::isnsServers, Presence::Optional},
                           Member{"reachable", &Host::reachable, Presence::Optional},
-                          Member{"adapters", &Host::adapters}};
+                          Member{"adapters", &Host::adapters},
+                          Member{"iscsiTargets", &Host::iscsiTargets, Presence::Optional}};
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "simulator/host/iscsi_storage.h"
 #include "simulator/host/member.h"
 #include "simulator/host/tcpip.h"
 
@@ -10,9 +11,13 @@ namespace tavrosim {
 /// What makes a function an iSCSI function.
 struct IscsiPart {
     TcpIp tcpIp;
+    IscsiHardware hardware;
+    IscsiStorage storage;
 
     static constexpr auto Members() {
-        return std::tuple{Member{"tcpIp", &IscsiPart::tcpIp, Presence::Optional}};
+        return std::tuple{Member{"tcpIp", &IscsiPart::tcpIp, Presence::Optional},
+                          Member{"hardware", &IscsiPart::hardware, Presence::Optional},
+                          Member{"storage", &IscsiPart::storage, Presence::Optional}};
     }
 };
 

@@ -10,5 +10,9 @@ namespace tavrosim {
 std::span<const OperationModel> AdapterOperations();
 std::span<const OperationModel> InitiatorOperations();
 std::span<const OperationModel> TcpIpOperations();
+std::span<const OperationModel> IscsiPortInfoOperations();
+std::span<const OperationModel> IscsiPortalOperations();
+std::span<const OperationModel> IscsiTargetOperations();
+std::span<const OperationModel> IscsiSessionOperations();
 
 }  // namespace tavrosim

@@ -1,0 +1,199 @@
+// The targets that an iSCSI function's initiator has discovered, and logging in to them.
+#include <list>
+
+#include "simulator/model/families.h"
+#include "simulator/model/iscsi_storage.h"
+#include "tavroapi/iscsi_storage_records.h"
+
+namespace tavrosim {
+namespace {
+
+using tavroapi::LoginOptions;
+using tavroapi::OperationCode;
+using tavroapi::TargetRecord;
+
+TargetRecord RecordOf(const Host& host, const IscsiStorage& storage, const KnownTarget& target) {
+    const NetworkTarget* const found = FindNetworkTarget(host, target.name);
+    const IscsiSession* const session = FindSessionWith(storage, target.name);
+    const IscsiPortal& portal = session == nullptr ? target.portal : session->portal;
+    TargetRecord record;
+    record.name = target.name;
+    record.text2 = found == nullptr ? std::string() : found->alias;
+    record.text3 = session == nullptr ? "Not connected" : "Connected";
+    record.portalAddress = portal.address;
+    record.portalPort = portal.port;
+    record.text6 = target.discovery;
+    record.text7 = found == nullptr ? std::string() : found->portalGroup;
+    return record;
+}
+
+enum class Wanted { All, Active };
+
+template <Wanted Which>
+Outcome ListTargets(const Host& host, const std::string& request,
+                    std::list<TargetRecord>& targets) {
+    const IscsiRequest function(host, request);
+    if (function.IsRefused()) {
+        return function.refusal;
+    }
+    const IscsiStorage& storage = function.Storage();
+    targets.clear();
+    for (const KnownTarget& target : storage.targets) {
+        if (Which == Wanted::All || FindSessionWith(storage, target.name) != nullptr) {
+            targets.push_back(RecordOf(host, storage, target));
+        }
+    }
+    return Done();
+}
+
+Outcome ReadTarget(const Host& host, const std::string& request, const std::string& name,
+                   TargetRecord& record) {
+    const IscsiRequest function(host, request);
+    if (function.IsRefused()) {
+        return function.refusal;
+    }
+    const KnownTarget* const target = FindKnownTarget(function.Storage(), name);
+    if (target == nullptr) {
+        return UnknownTarget(name);
+    }
+    record = RecordOf(host, function.Storage(), *target);
+    return Done();
+}
+
+Outcome RemoveTarget(Host& host, const std::string& request, const std::string& name) {
+    const IscsiRequest function(host, request);
+    if (function.IsRefused()) {
+        return function.refusal;
+    }
+    IscsiStorage& storage = function.Storage();
+    if (FindKnownTarget(storage, name) == nullptr) {
+        return UnknownTarget(name);
+    }
+    if (FindSessionWith(storage, name) != nullptr) {
+        return RefusedStorage(StorageStatus::InUse,
+                              L"There is a session with the target " + Quoted(name) + L".",
+                              L"Log out of the target first.");
+    }
+    std::erase_if(storage.targets, [&](const KnownTarget& target) { return target.name == name; });
+    return Done();
+}
+
+Outcome LoginRefused(std::wstring message, std::wstring action) {
+    return RefusedStorage(StorageStatus::LoginRefused, std::move(message), std::move(action));
+}
+
+// Whether the names and secrets are those that the target wants.
+Outcome Authenticate(const NetworkTarget& target, const LoginOptions& login) {
+    if (!target.chap) {
+        return Done();
+    }
+    const TargetChap& chap = *target.chap;
+    const bool isMutual = login.authentication == "Mutual CHAP";
+    if (!isMutual && login.authentication != "One-way CHAP") {
+        return LoginRefused(L"The target wants CHAP authentication.",
+                            L"Log in with the option \"-onewaychap\" or \"-mutualchap\".");
+    }
+    if (login.targetChapName != chap.targetName) {
+        return LoginRefused(
+            L"The target does not know the target CHAP name " + Quoted(login.targetChapName) + L".",
+            L"Enter the name that is set up at the target.");
+    }
+    if (login.targetSecret != chap.targetSecret) {
+        return LoginRefused(L"The target CHAP secret is wrong.",
+                            L"Enter the secret that is set up at the target.");
+    }
+    if (!isMutual) {
+        return chap.initiatorName ? LoginRefused(L"The target wants mutual CHAP authentication.",
+                                                 L"Log in with the option \"-mutualchap\".")
+                                  : Done();
+    }
+    if (!chap.initiatorName) {
+        return LoginRefused(L"The target does not offer mutual CHAP authentication.",
+                            L"Log in with the option \"-onewaychap\".");
+    }
+    if (login.initiatorChapName != *chap.initiatorName) {
+        return LoginRefused(L"The target does not know the initiator CHAP name " +
+                                Quoted(login.initiatorChapName) + L".",
+                            L"Enter the name that is set up at the target.");
+    }
+    if (login.initiatorSecret != chap.initiatorSecret) {
+        return LoginRefused(L"The initiator CHAP secret is wrong.",
+                            L"Enter the secret that is set up at the target.");
+    }
+    return Done();
+}
+
+void OpenSession(IscsiStorage& storage, const std::string& target, const IscsiPortal& portal,
+                 const LoginOptions& login) {
+    const bool withChap = login.authentication != "None";
+    IscsiSession session;
+    session.id = ++storage.lastSessionId;
+    session.target = target;
+    session.portal = portal;
+    session.authentication = login.authentication;
+    session.targetChapName = withChap ? login.targetChapName : std::string();
+    session.initiatorChapName = withChap ? login.initiatorChapName : std::string();
+    session.headerDigest = login.headerDigest;
+    session.dataDigest = login.dataDigest;
+    session.multipath = login.multipath;
+    storage.sessions.push_back(session);
+    ++storage.statistics.logins;
+}
+
+// Blanks around a name do not count, neither here nor where the program looks a name up.
+std::string WithoutOuterBlanks(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string::npos ? std::string()
+                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+Outcome LogInToTarget(Host& host, const std::string& request,
+                      const tavroapi::TargetLoginRecord& record) {
+    const IscsiRequest function(host, request);
+    if (function.IsRefused()) {
+        return function.refusal;
+    }
+    IscsiStorage& storage = function.Storage();
+    const std::string name = WithoutOuterBlanks(record.targetName);
+    const bool isKnown = FindKnownTarget(storage, name) != nullptr;
+    if (!isKnown && record.confirmedNew == 0) {
+        return UnknownTarget(name);
+    }
+    const NetworkTarget* const target = FindNetworkTarget(host, name);
+    const IscsiPortal portal{record.portalAddress, record.portalPort};
+    if (target == nullptr || std::ranges::find(target->portals, portal) == target->portals.end()) {
+        return RefusedStorage(StorageStatus::TargetUnreachable,
+                              L"No target " + Quoted(name) + L" answers at " +
+                                  Quoted(portal.address) + L", port " + Quoted(portal.port) + L".",
+                              L"Check the target name, the address and the port number.");
+    }
+    const Outcome authenticated = Authenticate(*target, record.login);
+    if (!authenticated.IsDone()) {
+        return authenticated;
+    }
+    if (record.login.multipath == "No" && FindSessionWith(storage, name) != nullptr) {
+        return LoginRefused(
+            L"There is a session with the target already, and the login is not for multipath.",
+            L"Log out of the target first, or log in without the option \"-mp\".");
+    }
+    if (!isKnown) {
+        storage.targets.push_back({name, portal, "Static"});
+    }
+    OpenSession(storage, name, portal, record.login);
+    return Done();
+}
+
+constexpr OperationModel Rows[] = {
+    Reads<OperationCode::ListTargets, ListTargets<Wanted::All>>(),
+    Reads<OperationCode::ListActiveTargets, ListTargets<Wanted::Active>>(),
+    Reads<OperationCode::ReadTarget, ReadTarget>(),
+    Changes<OperationCode::LogInToTarget, LogInToTarget>(),
+    Changes<OperationCode::RemoveTarget, RemoveTarget>()};
+
+}  // namespace
+
+std::span<const OperationModel> IscsiTargetOperations() {
+    return Rows;
+}
+
+}  // namespace tavrosim
