@@ -73,7 +73,7 @@ Outcome ReadSession(const Host& host, const std::string& request, const SessionR
         session->portal.address,
         session->portal.port,
         function.Part().initiatorName,
-        function.located.function->mac,
+        "0.0.0.0",
         std::to_string(49151 + session->id),
         "1",
         "0",
