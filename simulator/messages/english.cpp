@@ -139,7 +139,7 @@ constexpr Message Messages[] = {
     {25364, L"IPv6 Prefix Length"},
     {25365, L"IPv6 Gateway"},
     {25366, L"Active Sessions"},
-    {25367, L"The port information could not be read."},
+    {25367, L"The port information could not be read"},
     {25368, L"Default iSCSI Parameters"},
     {25369, L"Maximum Connections"},
     {25370, L"Initial R2T"},

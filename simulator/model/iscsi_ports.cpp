@@ -19,6 +19,7 @@ Outcome ReadPort(const Host& host, const std::string& request, IscsiPortRecord& 
         return function.refusal;
     }
     const IscsiHardware& hardware = function.Part().hardware;
+    const TcpIp& tcpIp = function.Part().tcpIp;
     record.texts = {
         std::to_string(function.located.function->number),
         hardware.driver,
@@ -28,18 +29,18 @@ Outcome ReadPort(const Host& host, const std::string& request, IscsiPortRecord& 
         hardware.serialNumber,
         hardware.linkState,
         hardware.linkSpeed,
-        "No",
-        "0.0.0.0",
-        "0.0.0.0",
-        "0.0.0.0",
-        "No",
-        "0",
-        "0",
-        "1500",
-        "No",
-        "0:0:0:0:0:0:0:0",
-        "64",
-        "0:0:0:0:0:0:0:0",
+        tcpIp.dhcp,
+        tcpIp.address,
+        tcpIp.subnetMask,
+        tcpIp.gateway,
+        tcpIp.vlanId == "0" ? "No" : "Yes",
+        tcpIp.vlanId,
+        tcpIp.vlanPriority,
+        tcpIp.maxFrameSize,
+        tcpIp.dhcpIPv6,
+        tcpIp.addressIPv6,
+        tcpIp.prefixLengthIPv6,
+        tcpIp.gatewayIPv6,
         std::to_string(function.Storage().sessions.size()),
         hardware.firmwareVersion,
     };

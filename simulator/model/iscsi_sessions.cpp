@@ -61,6 +61,7 @@ Outcome ReadSession(const Host& host, const std::string& request, const SessionR
     const NetworkTarget* const target = FindNetworkTarget(host, name);
     const std::string number = std::to_string(session->id);
     const IscsiParameters& parameters = DefaultParameters;
+    const TcpIp& tcpIp = function.Part().tcpIp;
     record.texts = {
         session->target,
         number,
@@ -72,8 +73,8 @@ Outcome ReadSession(const Host& host, const std::string& request, const SessionR
         target == nullptr ? std::string() : target->portalGroup,
         session->portal.address,
         session->portal.port,
-        function.Part().initiatorName,
-        "0.0.0.0",
+        host.initiator.name,
+        session->portal.address.find(':') == std::string::npos ? tcpIp.address : tcpIp.addressIPv6,
         std::to_string(49151 + session->id),
         "1",
         "0",
@@ -99,8 +100,8 @@ Outcome ReadSession(const Host& host, const std::string& request, const SessionR
         parameters.maxTransmitLength,
         "No",
         "No",
-        "0",
-        "1500",
+        tcpIp.vlanId,
+        tcpIp.maxFrameSize,
         std::to_string(target == nullptr ? 0 : target->luns.size()),
         known->discovery,
     };

@@ -24,11 +24,11 @@ constexpr const char* Mac = "02-00-5E-10-00-02";
 // A host with one iSCSI port, which knows nothing yet, and three targets on its network.
 constexpr const char* HostText = R"({
   "name": "h",
+  "initiator": {"name": "iqn.example:host"},
   "adapters": [{"name": "Model X", "number": 0, "type": "CNA", "partitionState": 1, "ports": [
     {"name": "Port 1", "functions": [
-      {"number": 2, "mac": "02-00-5E-10-00-02", "iscsi": {"initiatorName": "iqn.example:host"}},
-      {"number": 4, "mac": "02-00-5E-10-00-04", "iscsi": {"initiatorName": "iqn.example:old",
-        "hardware": {"driver": "bnx2i"}}}]}]}],
+      {"number": 2, "mac": "02-00-5E-10-00-02", "iscsi": {"tcpIp": {"address": "192.0.2.7", "addressIPv6": "2001:db8::7"}}},
+      {"number": 4, "mac": "02-00-5E-10-00-04", "iscsi": {"hardware": {"driver": "bnx2i"}}}]}]}],
   "iscsiTargets": [
     {"name": "open", "alias": "Open", "portalGroup": "7",
      "portals": [{"address": "192.0.2.20"}, {"address": "192.0.2.21", "port": "860"}],
@@ -271,11 +271,12 @@ TEST_F(IscsiStorageModel, ASessionTellsHowItWasOpened) {
     const auto holds = [&](const char* text) {
         return std::ranges::find(record.texts, text) != record.texts.end();
     };
-    for (const char* text : {"guarded", "1", "192.0.2.20", "3260", "iqn.example:host",
+    for (const char* text : {"guarded", "1", "192.0.2.20", "3260", "iqn.example:host", "192.0.2.7",
                              "One-way CHAP", "user", "CRC32C", "SendTargets"}) {
         EXPECT_TRUE(holds(text)) << text;
     }
     EXPECT_FALSE(holds("secret-secret"));
+    EXPECT_FALSE(holds("2001:db8::7")) << "the portal is reached by IPv4";
 }
 
 TEST_F(IscsiStorageModel, ALogoutEndsTheNamedSessionsOrAllOrNone) {
@@ -359,6 +360,17 @@ TEST_F(IscsiStorageModel, ADriverWithoutStatisticsRefusesThem) {
     EXPECT_EQ(port.texts[tavroapi::IscsiPortDriverPosition], "bnx2i");
     IscsiParameterRecord record;
     EXPECT_FALSE(Perform(OperationCode::ReadIscsiStatistics, nullptr, &record).IsDone());
+}
+
+TEST_F(IscsiStorageModel, APortTellsItsTcpIpSettings) {
+    TcpIp& settings = host.adapters[0].ports[0].functions[0].iscsi->tcpIp;
+    settings.vlanId = "17";
+    settings.subnetMask = "255.255.255.128";
+    IscsiPortRecord port;
+    ASSERT_TRUE(Perform(OperationCode::ReadIscsiPort, nullptr, &port).IsDone());
+    for (const char* text : {"192.0.2.7", "2001:db8::7", "17", "255.255.255.128", Mac, "Model X"}) {
+        EXPECT_NE(std::ranges::find(port.texts, text), port.texts.end()) << text;
+    }
 }
 
 TEST_F(IscsiStorageModel, PortsKnowTheirOwnPortalsOnly) {
