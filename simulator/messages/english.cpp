@@ -17,7 +17,7 @@ constexpr Message Messages[] = {
     {21027, L"Block Size"},
 
     {24577, L"Discovered Targets"},
-    {24578, L"Connection State   \tDiscovery   \tTarget Name"},
+    {24578, L"Connection State   Discovery   Target Name"},
     {24579, L"The discovered targets could not be listed."},
     {24580, L"Active Targets"},
     {24581, L"The active targets could not be listed."},
@@ -158,7 +158,7 @@ constexpr Message Messages[] = {
     {25383, L"The default iSCSI parameters could not be read."},
 
     {25601, L"Target Portals"},
-    {25602, L"Address : \tPort Number"},
+    {25602, L"Address : Port Number"},
     {25603, L"The target portals could not be listed."},
     {25604, L"The target portal was added."},
     {25605, L"The target portal was removed."},

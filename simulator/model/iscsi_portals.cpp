@@ -1,5 +1,6 @@
 // The portals that an iSCSI function's initiator knows. Adding one discovers the targets behind it.
 #include <list>
+#include <set>
 
 #include "simulator/model/families.h"
 #include "simulator/model/iscsi_storage.h"
@@ -39,8 +40,12 @@ Outcome AddPortal(Host& host, const std::string& request, const tavroapi::Portal
     if (std::ranges::find(storage.portals, portal) == storage.portals.end()) {
         storage.portals.push_back(portal);
     }
+    std::set<std::string> known;
+    for (const KnownTarget& target : storage.targets) {
+        known.insert(target.name);
+    }
     for (const NetworkTarget& target : host.iscsiTargets) {
-        if (Answers(target, portal) && FindKnownTarget(storage, target.name) == nullptr) {
+        if (Answers(target, portal) && known.insert(target.name).second) {
             storage.targets.push_back({target.name, portal, "SendTargets"});
         }
     }
@@ -69,8 +74,12 @@ Outcome RemovePortal(Host& host, const std::string& request, const tavroapi::Por
             L"Log out of the target first.");
     }
     std::erase(storage.portals, portal);
+    std::set<std::string> connected;
+    for (const IscsiSession& open : storage.sessions) {
+        connected.insert(open.target);
+    }
     std::erase_if(storage.targets, [&](const KnownTarget& target) {
-        return target.portal == portal && FindSessionWith(storage, target.name) == nullptr;
+        return target.portal == portal && !connected.contains(target.name);
     });
     return Done();
 }

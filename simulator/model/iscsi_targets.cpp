@@ -1,5 +1,7 @@
 // The targets that an iSCSI function's initiator has discovered, and logging in to them.
 #include <list>
+#include <map>
+#include <string_view>
 
 #include "simulator/model/families.h"
 #include "simulator/model/iscsi_storage.h"
@@ -12,9 +14,9 @@ using tavroapi::LoginOptions;
 using tavroapi::OperationCode;
 using tavroapi::TargetRecord;
 
-TargetRecord RecordOf(const Host& host, const IscsiStorage& storage, const KnownTarget& target) {
-    const NetworkTarget* const found = FindNetworkTarget(host, target.name);
-    const IscsiSession* const session = FindSessionWith(storage, target.name);
+// `found` and `session` may be null.
+TargetRecord RecordOf(const KnownTarget& target, const NetworkTarget* found,
+                      const IscsiSession* session) {
     const IscsiPortal& portal = session == nullptr ? target.portal : session->portal;
     TargetRecord record;
     record.name = target.name;
@@ -37,10 +39,24 @@ Outcome ListTargets(const Host& host, const std::string& request,
         return function.refusal;
     }
     const IscsiStorage& storage = function.Storage();
+    // Both can be long: each is gone through once.
+    std::map<std::string_view, const NetworkTarget*> network;
+    for (const NetworkTarget& target : host.iscsiTargets) {
+        network.try_emplace(target.name, &target);
+    }
+    std::map<std::string_view, const IscsiSession*> sessions;
+    for (const IscsiSession& session : storage.sessions) {
+        sessions.try_emplace(session.target, &session);
+    }
+    const auto find = [](const auto& elements, const std::string& name) {
+        const auto found = elements.find(name);
+        return found == elements.end() ? nullptr : found->second;
+    };
     targets.clear();
     for (const KnownTarget& target : storage.targets) {
-        if (Which == Wanted::All || FindSessionWith(storage, target.name) != nullptr) {
-            targets.push_back(RecordOf(host, storage, target));
+        const IscsiSession* const session = find(sessions, target.name);
+        if (Which == Wanted::All || session != nullptr) {
+            targets.push_back(RecordOf(target, find(network, target.name), session));
         }
     }
     return Done();
@@ -56,7 +72,8 @@ Outcome ReadTarget(const Host& host, const std::string& request, const std::stri
     if (target == nullptr) {
         return UnknownTarget(name);
     }
-    record = RecordOf(host, function.Storage(), *target);
+    record =
+        RecordOf(*target, FindNetworkTarget(host, name), FindSessionWith(function.Storage(), name));
     return Done();
 }
 
