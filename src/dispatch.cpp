@@ -6,6 +6,12 @@
 #include "cli/command_line.h"
 #include "cli/usage.h"
 #include "ethernet/tcpip.h"
+#include "fcoe/dcb.h"
+#include "fcoe/dcb_dialogue.h"
+#include "fcoe/fip_ping.h"
+#include "fcoe/port_info.h"
+#include "fcoe/targets.h"
+#include "fcoe/virtual_ports.h"
 #include "iscsi/initiator.h"
 #include "iscsi/isns.h"
 #include "iscsi/port_info.h"
@@ -43,6 +49,16 @@ void WithMac(const Invocation&) {
 template <void (*Handler)(const std::string&, Arguments)>
 void WithMacAndArguments(const Invocation& invocation) {
     Handler(CurrentMacText, invocation.arguments);
+}
+
+template <void (*Handler)(const std::string&)>
+void WithWwn(const Invocation&) {
+    Handler(CurrentWwnText);
+}
+
+template <void (*Handler)(const std::string&, Arguments)>
+void WithWwnAndArguments(const Invocation& invocation) {
+    Handler(CurrentWwnText, invocation.arguments);
 }
 
 constexpr auto NotBuilt = nullptr;
@@ -84,26 +100,27 @@ constexpr Command CommandTable[] = {
     {CommandCode::IscsiPing, AccessClass::Runs, WithMacAndArguments<PingFromIscsiPort>},
     {CommandCode::GetIscsiBoot, AccessClass::Runs, NotBuilt},
     {CommandCode::SetIscsiBoot, AccessClass::Blocked, NotBuilt},
-    {CommandCode::FcoePortInfo, AccessClass::Runs, NotBuilt},
-    {CommandCode::FcoeActiveTargets, AccessClass::Runs, NotBuilt},
-    {CommandCode::FcoeTargetInfo, AccessClass::Runs, NotBuilt},
-    {CommandCode::FcoeBindings, AccessClass::Runs, NotBuilt},
-    {CommandCode::FcoePortStatistics, AccessClass::Runs, NotBuilt},
-    {CommandCode::ResetFcoeStatistics, AccessClass::Blocked, NotBuilt},
-    {CommandCode::FcoeLunList, AccessClass::Runs, NotBuilt},
-    {CommandCode::GetDcbInfo, AccessClass::Runs, NotBuilt},
-    {CommandCode::GetDcbConfig, AccessClass::Runs, NotBuilt},
-    {CommandCode::SetDcb, AccessClass::Blocked, NotBuilt},
-    {CommandCode::FcoePing, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoePortInfo, AccessClass::Runs, WithWwn<ShowFcoePortInfo>},
+    {CommandCode::FcoeActiveTargets, AccessClass::Runs, WithWwn<ListFcoeTargets>},
+    {CommandCode::FcoeTargetInfo, AccessClass::Runs, WithWwnAndArguments<ShowFcoeTarget>},
+    {CommandCode::FcoeBindings, AccessClass::Runs, WithWwn<ListFcoeBindings>},
+    {CommandCode::FcoePortStatistics, AccessClass::Runs, WithWwn<ShowFcoeStatistics>},
+    {CommandCode::ResetFcoeStatistics, AccessClass::Blocked, WithWwn<ResetFcoeStatistics>},
+    {CommandCode::FcoeLunList, AccessClass::Runs, WithWwnAndArguments<ListFcoeLuns>},
+    {CommandCode::GetDcbInfo, AccessClass::Runs, WithWwn<ShowDcbInfo>},
+    {CommandCode::GetDcbConfig, AccessClass::Runs, WithWwn<ShowDcbConfig>},
+    {CommandCode::SetDcb, AccessClass::Blocked, WithWwn<ChangeDcbConfig>},
+    {CommandCode::FcoePing, AccessClass::Runs, WithWwnAndArguments<PingFromFcoePort>},
     {CommandCode::GetFcoeBoot, AccessClass::Runs, NotBuilt},
     {CommandCode::SetFcoeBoot, AccessClass::Blocked, NotBuilt},
-    {CommandCode::GetFip, AccessClass::Runs, NotBuilt},
-    {CommandCode::SetFip, AccessClass::Blocked, NotBuilt},
-    {CommandCode::VirtualPortInfo, AccessClass::Runs, NotBuilt},
-    {CommandCode::CreateVirtualPort, AccessClass::Blocked, NotBuilt},
-    {CommandCode::DeleteVirtualPort, AccessClass::Blocked, NotBuilt},
-    {CommandCode::VirtualPortTargets, AccessClass::Runs, NotBuilt},
-    {CommandCode::VirtualPortLuns, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetFip, AccessClass::Runs, WithWwn<ShowFip>},
+    {CommandCode::SetFip, AccessClass::Blocked, WithWwnAndArguments<SetFip>},
+    {CommandCode::VirtualPortInfo, AccessClass::Runs, WithWwn<ListVirtualPorts>},
+    {CommandCode::CreateVirtualPort, AccessClass::Blocked, WithWwnAndArguments<CreateVirtualPorts>},
+    {CommandCode::DeleteVirtualPort, AccessClass::Blocked, WithWwnAndArguments<DeleteVirtualPorts>},
+    {CommandCode::VirtualPortTargets, AccessClass::Runs,
+     WithWwnAndArguments<ListVirtualPortTargets>},
+    {CommandCode::VirtualPortLuns, AccessClass::Runs, WithWwnAndArguments<ListVirtualPortLuns>},
     {CommandCode::GetPartitions, AccessClass::Runs, NotBuilt},
     {CommandCode::SetPartitions, AccessClass::Blocked, NotBuilt},
     {CommandCode::GetPersonality, AccessClass::Runs, NotBuilt},

@@ -5,24 +5,23 @@
 
 namespace tavro {
 
-namespace {
-
-bool IsYes(const std::string& answer) {
-    return answer == "y" || answer == "Y";
+std::optional<bool> YesOrNo(const std::string& answer) {
+    if (answer == "y" || answer == "Y") {
+        return true;
+    }
+    if (answer == "n" || answer == "N") {
+        return false;
+    }
+    return std::nullopt;
 }
-
-bool IsNo(const std::string& answer) {
-    return answer == "n" || answer == "N";
-}
-
-}  // namespace
 
 bool AskYesNo(std::string answer) {
-    while (!IsYes(answer) && !IsNo(answer)) {
+    std::optional<bool> verdict = YesOrNo(answer);
+    while (!verdict) {
         ShowMessage(MessageId::AskYesOrNo, NoValue, Layout::Prompt);
-        answer = console::ReadLine();
+        verdict = YesOrNo(console::ReadLine());
     }
-    return IsYes(answer);
+    return *verdict;
 }
 
 }  // namespace tavro
