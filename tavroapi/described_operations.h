@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tavroapi/dcb_records.h"
+#include "tavroapi/fcoe_records.h"
 #include "tavroapi/iscsi_records.h"
 #include "tavroapi/iscsi_storage_records.h"
 #include "tavroapi/operations.h"
@@ -24,7 +26,8 @@ struct Joined<OperationList<First...>, OperationList<Second...>, Rest...>
 }  // namespace detail
 
 // Every operation whose records are described, so that code can be made for each of them.
-using DescribedOperations = detail::Joined<AdapterOperations, InitiatorOperations, TcpIpOperations,
-                                           IscsiStorageOperations>::Type;
+using DescribedOperations =
+    detail::Joined<AdapterOperations, InitiatorOperations, TcpIpOperations, IscsiStorageOperations,
+                   FcoeOperations, DcbOperations>::Type;
 
 }  // namespace tavroapi
