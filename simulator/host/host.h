@@ -8,6 +8,7 @@
 
 #include "simulator/host/ethernet.h"
 #include "simulator/host/fcoe.h"
+#include "simulator/host/fcoe_fabric.h"
 #include "simulator/host/initiator.h"
 #include "simulator/host/iscsi.h"
 #include "simulator/host/iscsi_network.h"
@@ -67,6 +68,7 @@ struct Host {
     std::vector<ReachableAddress> reachable;
     std::vector<Adapter> adapters;
     std::vector<NetworkTarget> iscsiTargets;  // what is out on the network
+    FcoeFabric fcoeFabric;
 
     static constexpr auto Members() {
         return std::tuple{Member{"name", &Host::name},
@@ -74,7 +76,8 @@ struct Host {
                           Member{"isnsServers", &Host::isnsServers, Presence::Optional},
                           Member{"reachable", &Host::reachable, Presence::Optional},
                           Member{"adapters", &Host::adapters},
-                          Member{"iscsiTargets", &Host::iscsiTargets, Presence::Optional}};
+                          Member{"iscsiTargets", &Host::iscsiTargets, Presence::Optional},
+                          Member{"fcoeFabric", &Host::fcoeFabric, Presence::Optional}};
     }
 };
 

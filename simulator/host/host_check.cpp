@@ -1,22 +1,13 @@
 #include <set>
 
+#include "simulator/host/fcoe_check.h"
 #include "simulator/host/host_file.h"
+#include "simulator/host/identifier_check.h"
 #include "simulator/host/lookup.h"
 #include "simulator/place.h"
 
 namespace tavrosim {
 namespace {
-
-constexpr std::size_t MacDigits = 12;
-constexpr std::size_t WwnDigits = 16;
-
-void CheckIdentifier(const std::string& text, std::size_t digits, const char* kind,
-                     const Place& place) {
-    if (NormalIdentifier(text).size() != digits) {
-        throw ShapeError(place, std::string(kind) + " of " + std::to_string(digits) +
-                                    " hexadecimal digits is wanted, not \"" + text + "\"");
-    }
-}
 
 void CheckFunction(const Function& function, std::set<std::string>& identifiers,
                    const Place& place) {
@@ -25,17 +16,12 @@ void CheckFunction(const Function& function, std::set<std::string>& identifiers,
     if (kinds != 1) {
         throw ShapeError(place, "exactly one of \"ethernet\", \"iscsi\" and \"fcoe\" is wanted");
     }
-    CheckIdentifier(function.mac, MacDigits, "a MAC", Place(place, "mac"));
+    CheckMac(function.mac, Place(place, "mac"));
     if (!identifiers.insert(NormalIdentifier(function.mac)).second) {
         throw ShapeError(Place(place, "mac"), "another function has this MAC");
     }
     if (function.fcoe) {
-        const Place part(place, "fcoe");
-        CheckIdentifier(function.fcoe->portWwn, WwnDigits, "a WWN", Place(part, "portWwn"));
-        CheckIdentifier(function.fcoe->nodeWwn, WwnDigits, "a WWN", Place(part, "nodeWwn"));
-        if (!identifiers.insert(NormalIdentifier(function.fcoe->portWwn)).second) {
-            throw ShapeError(Place(part, "portWwn"), "another function has this WWN");
-        }
+        CheckFcoePart(*function.fcoe, identifiers, Place(place, "fcoe"));
     }
 }
 
@@ -61,6 +47,7 @@ void CheckHost(const Host& host) {
             }
         }
     }
+    CheckFabric(host.fcoeFabric, Place(root, "fcoeFabric"));
 }
 
 }  // namespace tavrosim

@@ -19,7 +19,8 @@ std::string TextFromHost(const Host& host);
 Host DefaultHost();
 
 /// Throws ShapeError where the host contradicts itself: two adapters of one name; a function of no
-/// or several kinds; a MAC or WWN that is none; an identifier that addresses two functions.
+/// or several kinds; a MAC, WWN or FCID that is none; an identifier that addresses two functions;
+/// an FCoE side that cannot be (see fcoe_check.h).
 void CheckHost(const Host& host);
 
 }  // namespace tavrosim

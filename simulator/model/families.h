@@ -14,5 +14,10 @@ std::span<const OperationModel> IscsiPortInfoOperations();
 std::span<const OperationModel> IscsiPortalOperations();
 std::span<const OperationModel> IscsiTargetOperations();
 std::span<const OperationModel> IscsiSessionOperations();
+std::span<const OperationModel> FcoePortOperations();
+std::span<const OperationModel> FcoeTargetOperations();
+std::span<const OperationModel> FcoePingOperations();
+std::span<const OperationModel> VirtualPortOperations();
+std::span<const OperationModel> DcbOperations();
 
 }  // namespace tavrosim

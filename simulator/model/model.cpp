@@ -25,7 +25,9 @@ Outcome UnknownIdentifier(const std::string& request, const std::wstring& kind) 
 const OperationModel* FindModel(std::uint32_t code) {
     for (const auto family :
          {AdapterOperations(), InitiatorOperations(), TcpIpOperations(), IscsiPortInfoOperations(),
-          IscsiPortalOperations(), IscsiTargetOperations(), IscsiSessionOperations()}) {
+          IscsiPortalOperations(), IscsiTargetOperations(), IscsiSessionOperations(),
+          FcoePortOperations(), FcoeTargetOperations(), FcoePingOperations(),
+          VirtualPortOperations(), DcbOperations()}) {
         for (const OperationModel& row : family) {
             if (static_cast<std::uint32_t>(row.code) == code) {
                 return &row;

@@ -46,7 +46,7 @@ constexpr TextRow LunRows[] = {
     {MessageId::FcoeLunItem, 0},     {MessageId::LunVendor, 1},      {MessageId::LunProduct, 2},
     {MessageId::LunRevision, 3},     {MessageId::LunCapacity, 4},    {MessageId::LunBlockSize, 5},
     {MessageId::ConnectionState, 7}, {MessageId::LunDeviceType, 10}, {MessageId::DeviceName, 9},
-    {MessageId::LunScsiUnit, 8},     {MessageId::LunPath, 6},
+    {MessageId::LunScsiUnit, 8},     {MessageId::LunVolumes, 6},
 };
 
 void ReportFailure(MessageId message) {

@@ -380,7 +380,7 @@ enum class MessageId : std::uint32_t {
     LunRevision = 21025,
     LunDeviceType = 21028,
     LunScsiUnit = 21029,
-    LunPath = 21030,
+    LunVolumes = 21030,
     FcoeLunListFailed = 21031,
 };
 

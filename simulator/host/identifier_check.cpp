@@ -1,0 +1,36 @@
+#include "simulator/host/identifier_check.h"
+
+#include "simulator/host/lookup.h"
+
+namespace tavrosim {
+namespace {
+
+constexpr std::size_t MacDigits = 12;
+constexpr std::size_t WwnDigits = 16;
+constexpr std::size_t FcidDigits = 6;
+
+void Want(bool isRight, const char* kind, std::size_t digits, const std::string& text,
+          const Place& place) {
+    if (!isRight) {
+        throw ShapeError(place, std::string(kind) + " of " + std::to_string(digits) +
+                                    " hexadecimal digits is wanted, not \"" + text + "\"");
+    }
+}
+
+}  // namespace
+
+void CheckMac(const std::string& text, const Place& place) {
+    Want(NormalIdentifier(text).size() == MacDigits, "a MAC", MacDigits, text, place);
+}
+
+void CheckWwn(const std::string& text, const Place& place) {
+    Want(NormalIdentifier(text).size() == WwnDigits, "a WWN", WwnDigits, text, place);
+}
+
+void CheckFcid(const std::string& text, const Place& place) {
+    const bool isRight = text.size() == FcidDigits &&
+                         text.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
+    Want(isRight, "an FCID", FcidDigits, text, place);
+}
+
+}  // namespace tavrosim

@@ -1,0 +1,217 @@
+// The virtual ports of an FCoE function, and the targets and LUNs that one of them sees. A request
+// for several ports is served whole or not at all.
+#include <algorithm>
+#include <charconv>
+#include <list>
+
+#include "simulator/model/families.h"
+#include "simulator/model/fcoe_fabric.h"
+#include "tavroapi/fcoe_records.h"
+
+namespace tavrosim {
+namespace {
+
+using tavroapi::OperationCode;
+using tavroapi::VirtualPortQuery;
+using tavroapi::VirtualPortRequest;
+
+constexpr std::size_t WwnDigits = 16;
+
+template <class AnyPart>
+auto FindVirtualPort(AnyPart& part, const std::string& portWwn) {
+    const std::string wanted = NormalIdentifier(portWwn);
+    return std::find_if(part.virtualPorts.begin(), part.virtualPorts.end(),
+                        [&](const VirtualPort& port) {
+                            return !wanted.empty() && NormalIdentifier(port.portWwn) == wanted;
+                        });
+}
+
+bool IsInUse(const Host& host, const std::string& portWwn) {
+    if (FindFcoeFunction(host, portWwn)) {
+        return true;
+    }
+    for (const Adapter& adapter : host.adapters) {
+        for (const Port& port : adapter.ports) {
+            for (const Function& function : port.functions) {
+                if (function.fcoe &&
+                    FindVirtualPort(*function.fcoe, portWwn) != function.fcoe->virtualPorts.end()) {
+                    return true;
+                }
+            }
+        }
+    }
+    return false;
+}
+
+std::string HexOf(std::uint32_t number, std::size_t digits) {
+    constexpr std::string_view Digits = "0123456789ABCDEF";
+    std::string text(digits, '0');
+    for (std::size_t i = digits; i > 0; --i) {
+        text[i - 1] = Digits[number % 16];
+        number /= 16;
+    }
+    return text;
+}
+
+// The fabric gives a virtual port the first address after the function's that none of the
+// function's other virtual ports has; empty when all are taken.
+std::string FreeFcid(const FcoePart& part) {
+    constexpr std::uint32_t AddressesPerFunction = 255;
+    constexpr std::uint32_t HighestFcid = 0xFFFFFF;
+    std::uint32_t own = 0;
+    std::from_chars(part.fcid.data(), part.fcid.data() + part.fcid.size(), own, 16);
+    for (std::uint32_t next = own + 1; next <= std::min(own + AddressesPerFunction, HighestFcid);
+         ++next) {
+        const std::string fcid = HexOf(next, part.fcid.size());
+        if (std::none_of(part.virtualPorts.begin(), part.virtualPorts.end(),
+                         [&](const VirtualPort& port) { return port.fcid == fcid; })) {
+            return fcid;
+        }
+    }
+    return {};
+}
+
+Outcome UnknownVirtualPort(const std::string& portWwn) {
+    return RefusedFcoe(FcoeStatus::UnknownVirtualPort,
+                       L"The port has no virtual port " + QuotedText(portWwn) + L".",
+                       L"Run the command with \"-getvirtualportinfo\" to see the virtual ports.");
+}
+
+Outcome ListPorts(const Host& host, const std::string& request,
+                  std::list<tavroapi::VirtualPortRecord>& records) {
+    const FcoeRequest function(host, request);
+    if (function.IsRefused()) {
+        return function.refusal;
+    }
+    const FcoePart& part = function.Part();
+    const FcoeFabric& fabric = host.fcoeFabric;
+    records.clear();
+    for (const VirtualPort& port : part.virtualPorts) {
+        records.push_back({.libraryText1 = {},
+                           .portWwn = port.portWwn,
+                           .nodeWwn = port.nodeWwn,
+                           .parentWwpn = part.portWwn,
+                           .libraryText5 = {},
+                           .fpmaMac = FabricMac(fabric, port.fcid),
+                           .fabricName = fabric.name,
+                           .fcfMac = fabric.fcfMac,
+                           .fcfNodeWwn = fabric.fcfNodeWwn,
+                           .fcfPortWwn = fabric.fcfPortWwn,
+                           .fcid = port.fcid,
+                           .fcMap = fabric.fcMap,
+                           .fabricVlan = part.fipVlanId,
+                           .fabricPriority = fabric.priority});
+    }
+    return Done();
+}
+
+Outcome CreatePorts(Host& host, const std::string& request,
+                    const std::list<VirtualPortRequest>& wanted) {
+    const FcoeRequest function(host, request);
+    if (function.IsRefused()) {
+        return function.refusal;
+    }
+    FcoePart& part = function.Part();
+    for (const VirtualPortRequest& each : wanted) {
+        if (NormalIdentifier(each.portWwn).size() != WwnDigits) {
+            return RefusedFcoe(FcoeStatus::InvalidWwn, QuotedText(each.portWwn) + L" is no WWN.",
+                               L"Give 16 hexadecimal digits, such as 20:01:02:00:5E:10:00:04.");
+        }
+        if (IsInUse(host, each.portWwn)) {
+            return RefusedFcoe(
+                FcoeStatus::WwnInUse,
+                L"A port of this host already has the WWN " + QuotedText(each.portWwn) + L".",
+                L"Choose another WWN.");
+        }
+        const std::string fcid = FreeFcid(part);
+        if (fcid.empty()) {
+            return RefusedFcoe(FcoeStatus::NoFcidLeft,
+                               L"The fabric has no address left for another virtual port.",
+                               L"Delete virtual ports that are not needed.");
+        }
+        part.virtualPorts.push_back({each.portWwn, part.nodeWwn, fcid});
+    }
+    return Done();
+}
+
+Outcome DeletePorts(Host& host, const std::string& request,
+                    const std::list<VirtualPortRequest>& unwanted) {
+    const FcoeRequest function(host, request);
+    if (function.IsRefused()) {
+        return function.refusal;
+    }
+    FcoePart& part = function.Part();
+    for (const VirtualPortRequest& each : unwanted) {
+        const auto found = FindVirtualPort(part, each.portWwn);
+        if (found == part.virtualPorts.end()) {
+            return UnknownVirtualPort(each.portWwn);
+        }
+        part.virtualPorts.erase(found);
+    }
+    return Done();
+}
+
+Outcome ListTargets(const Host& host, const std::string& request, const VirtualPortQuery& query,
+                    std::list<tavroapi::VirtualPortTargetRecord>& records) {
+    const FcoeRequest function(host, request);
+    if (function.IsRefused()) {
+        return function.refusal;
+    }
+    if (FindVirtualPort(function.Part(), query.portWwn) == function.Part().virtualPorts.end()) {
+        return UnknownVirtualPort(query.portWwn);
+    }
+    records.clear();
+    for (const SeenTarget& seen : TargetsSeenBy(host.fcoeFabric, query.portWwn, {})) {
+        auto& record = records.emplace_back();
+        record.fcid = seen.target->fcid;
+        record.portName = seen.target->portWwn;
+        record.nodeName = seen.target->nodeWwn;
+        record.scsiBus = std::to_string(seen.bus);
+        record.scsiTarget = std::to_string(seen.number);
+    }
+    return Done();
+}
+
+Outcome ListLuns(const Host& host, const std::string& request, const VirtualPortQuery& query,
+                 std::list<tavroapi::VirtualPortLunRecord>& records) {
+    const FcoeRequest function(host, request);
+    if (function.IsRefused()) {
+        return function.refusal;
+    }
+    if (FindVirtualPort(function.Part(), query.portWwn) == function.Part().virtualPorts.end()) {
+        return UnknownVirtualPort(query.portWwn);
+    }
+    records.clear();
+    for (const SeenTarget& seen : TargetsSeenBy(host.fcoeFabric, query.portWwn, {})) {
+        for (const FabricLun& lun : seen.target->luns) {
+            records.push_back({.volumes = lun.volumes,
+                               .vendorId = lun.vendor,
+                               .productId = lun.product,
+                               .productRevision = lun.revision,
+                               .capacity = lun.capacity,
+                               .libraryTexts6To7 = {},
+                               .status = lun.status,
+                               .scsiUnit = std::to_string(lun.number),
+                               .deviceName = lun.deviceName,
+                               .deviceType = lun.deviceType,
+                               .targetPortWwn = seen.target->portWwn});
+        }
+    }
+    return Done();
+}
+
+constexpr OperationModel Rows[] = {
+    Reads<OperationCode::ListVirtualPorts, ListPorts>(),
+    Changes<OperationCode::CreateVirtualPorts, CreatePorts>(),
+    Changes<OperationCode::DeleteVirtualPorts, DeletePorts>(),
+    Reads<OperationCode::ListVirtualPortTargets, ListTargets>(),
+    Reads<OperationCode::ListVirtualPortLuns, ListLuns>(),
+};
+
+}  // namespace
+
+std::span<const OperationModel> VirtualPortOperations() {
+    return Rows;
+}
+
+}  // namespace tavrosim
