@@ -41,7 +41,7 @@ std::optional<std::uint32_t> OptionValue(std::string_view text, std::uint32_t fa
 
 Outcome RefusedOption(const wchar_t* what, const std::string& text, std::uint32_t highest) {
     return RefusedFcoe(FcoeStatus::InvalidPingOption,
-                       std::wstring(L"The ") + what + L" " + QuotedText(text) + L" is no number.",
+                       std::wstring(L"The ") + what + L" " + QuotedText(text) + L" is not usable.",
                        L"Use a number from 1 to " + std::to_wstring(highest) + L".");
 }
 
