@@ -188,6 +188,7 @@ struct VirtualPortLunRecord {
 
 template <>
 struct OperationRecords<OperationCode::ReadFcoePort> : Exchanges<NoRecord, FcoePortRecord> {};
+
 template <>
 struct OperationRecords<OperationCode::ListFcoeTargets>
     : Exchanges<NoRecord, std::list<FcoeTargetRecord>> {};
