@@ -6,12 +6,14 @@
 #include "cli/command_line.h"
 #include "cli/usage.h"
 #include "ethernet/tcpip.h"
+#include "fcoe/boot.h"
 #include "fcoe/dcb.h"
 #include "fcoe/dcb_dialogue.h"
 #include "fcoe/fip_ping.h"
 #include "fcoe/port_info.h"
 #include "fcoe/targets.h"
 #include "fcoe/virtual_ports.h"
+#include "iscsi/boot.h"
 #include "iscsi/initiator.h"
 #include "iscsi/isns.h"
 #include "iscsi/port_info.h"
@@ -20,6 +22,8 @@
 #include "iscsi/targets.h"
 #include "iscsi/tcpip.h"
 #include "mgmt/message.h"
+#include "partition/partitions.h"
+#include "partition/personality.h"
 
 namespace tavro {
 
@@ -49,6 +53,11 @@ void WithMac(const Invocation&) {
 template <void (*Handler)(const std::string&, Arguments)>
 void WithMacAndArguments(const Invocation& invocation) {
     Handler(CurrentMacText, invocation.arguments);
+}
+
+template <void (*Handler)(const std::string&, EntryCache&)>
+void WithMacAndCache(const Invocation& invocation) {
+    Handler(CurrentMacText, invocation.cache);
 }
 
 template <void (*Handler)(const std::string&)>
@@ -125,6 +134,32 @@ constexpr Command CommandTable[] = {
     {CommandCode::SetPartitions, AccessClass::Blocked, NotBuilt},
     {CommandCode::GetPersonality, AccessClass::Runs, NotBuilt},
     {CommandCode::SetPersonality, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetIscsiBoot, AccessClass::Runs, WithMac<ShowIscsiBoot>},
+    {CommandCode::SetIscsiBoot, AccessClass::Blocked, WithMacAndCache<SetIscsiBoot>},
+    {CommandCode::FcoePortInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoeActiveTargets, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoeTargetInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoeBindings, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoePortStatistics, AccessClass::Runs, NotBuilt},
+    {CommandCode::ResetFcoeStatistics, AccessClass::Blocked, NotBuilt},
+    {CommandCode::FcoeLunList, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetDcbInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetDcbConfig, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetDcb, AccessClass::Blocked, NotBuilt},
+    {CommandCode::FcoePing, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetFcoeBoot, AccessClass::Runs, WithWwn<ShowFcoeBoot>},
+    {CommandCode::SetFcoeBoot, AccessClass::Blocked, WithWwn<SetFcoeBoot>},
+    {CommandCode::GetFip, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetFip, AccessClass::Blocked, NotBuilt},
+    {CommandCode::VirtualPortInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::CreateVirtualPort, AccessClass::Blocked, NotBuilt},
+    {CommandCode::DeleteVirtualPort, AccessClass::Blocked, NotBuilt},
+    {CommandCode::VirtualPortTargets, AccessClass::Runs, NotBuilt},
+    {CommandCode::VirtualPortLuns, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetPartitions, AccessClass::Runs, WithMac<ShowPartitions>},
+    {CommandCode::SetPartitions, AccessClass::Blocked, WithMac<SetPartitions>},
+    {CommandCode::GetPersonality, AccessClass::Runs, WithMac<ShowPersonality>},
+    {CommandCode::SetPersonality, AccessClass::Blocked, WithMac<SetPersonality>},
     {CommandCode::EthernetPortInfo, AccessClass::Runs, NotBuilt},
     {CommandCode::GetAdapterSettings, AccessClass::Runs, NotBuilt},
     {CommandCode::EthernetPortStatistics, AccessClass::Runs, NotBuilt},

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "tavroapi/boot_records.h"
 #include "tavroapi/dcb_records.h"
 #include "tavroapi/fcoe_records.h"
 #include "tavroapi/iscsi_records.h"
 #include "tavroapi/iscsi_storage_records.h"
 #include "tavroapi/operations.h"
+#include "tavroapi/partition_records.h"
 #include "tavroapi/tcpip_records.h"
 
 namespace tavroapi {
@@ -28,6 +30,6 @@ struct Joined<OperationList<First...>, OperationList<Second...>, Rest...>
 // Every operation whose records are described, so that code can be made for each of them.
 using DescribedOperations =
     detail::Joined<AdapterOperations, InitiatorOperations, TcpIpOperations, IscsiStorageOperations,
-                   FcoeOperations, DcbOperations>::Type;
+                   FcoeOperations, DcbOperations, BootOperations, PartitionOperations>::Type;
 
 }  // namespace tavroapi

@@ -1,0 +1,112 @@
+// The questions of `-npar <MAC> -set`.
+#include "partition/partition_dialogue.h"
+
+#include <optional>
+
+#include "cli/prompts.h"
+#include "cli/validation.h"
+#include "console/question.h"
+#include "partition/ports.h"
+#include "partition/value_names.h"
+
+namespace tavro {
+
+namespace {
+
+using tavroapi::PartitionConfig;
+using tavroapi::PartitionFunction;
+
+// Marks the record as written by this command.
+constexpr const char* WrittenTag = "7";
+
+constexpr const char* LowestLimit = "0";
+constexpr const char* HighestLimit = "100";
+constexpr std::int32_t LimitMaximum = 100;
+
+constexpr Choice Modes[] = {
+    {"1", SingleFunctionMode},
+    {"2", PartitionedMode},
+};
+
+template <class Accept>
+auto AskUntil(MessageId prompt, Accept accept, MessageId refusal, const std::string& prefix = {}) {
+    return console::Ask([&] { ShowPrompt(prompt, prefix); }, accept,
+                        [&] { ShowSpacedNotice(refusal); });
+}
+
+void SetDefaults(PartitionConfig& config) {
+    for (PartitionFunction& function : config.functions) {
+        SetPersonality(function, EthernetPersonality());
+        function.lowerLimit = LowestLimit;
+        function.upperLimit = HighestLimit;
+    }
+}
+
+std::string AskMode() {
+    const auto mode = [](const std::string& answer) { return MeaningOf(answer, Modes); };
+    return AskUntil(MessageId::AskPartitionMode, mode, MessageId::PartitionMenuRefused);
+}
+
+std::string AskFlowControl() {
+    const auto code = [](const std::string& answer) { return FlowControlCode(answer); };
+    return AskUntil(MessageId::AskPartitionFlowControl, code, MessageId::PartitionMenuRefused);
+}
+
+const Personality& AskPersonality() {
+    const auto personality = [](const std::string& answer) -> std::optional<const Personality*> {
+        const Personality* const found = FindPersonality(answer);
+        return found == nullptr ? std::nullopt : std::optional(found);
+    };
+    return *AskUntil(MessageId::AskPartitionPersonality, personality,
+                     MessageId::PartitionPersonalityRefused);
+}
+
+// The answer as a number without leading zeros.
+std::string AskLimit(MessageId prompt, std::size_t function) {
+    const auto isLimit = [](const std::string& answer) {
+        return IsNumberInRange(answer, LimitMaximum);
+    };
+    const std::string prefix = "[PF" + std::to_string(function) + "]";
+    return NumberToText(
+        ParseUnsigned(AskUntil(prompt, isLimit, MessageId::PartitionLimitRefused, prefix)));
+}
+
+// Only the second function of a port can be other than Ethernet, and only on a converged adapter.
+void AskFunctions(std::string_view adapterType, const std::vector<std::size_t>& functions,
+                  PartitionConfig& config) {
+    if (functions.size() > 1) {
+        SetPersonality(config.functions[functions[1]],
+                       adapterType == "CNA" ? AskPersonality() : EthernetPersonality());
+    }
+    for (const std::size_t number : functions) {
+        PartitionFunction& function = config.functions[number];
+        function.lowerLimit = AskLimit(MessageId::AskPartitionLowerLimit, number);
+        function.upperLimit = AskLimit(MessageId::AskPartitionUpperLimit, number);
+    }
+}
+
+}  // namespace
+
+void AskPartitions(std::string_view adapterType, std::int32_t portCount, PartitionConfig& config) {
+    const std::string mode = AskMode();
+    const bool isPartitioned = mode == PartitionedMode;
+    SetDefaults(config);
+    if (isPartitioned) {
+        ConvertPersonality(Conversion::NamesToCodes, config);
+        ConvertFlowControl(Conversion::NamesToCodes, config, portCount);
+    }
+    for (std::size_t port = 0; port < RecordedPorts(portCount); ++port) {
+        PrintPortHeading(port);
+        config.flowControl[port] = AskFlowControl();
+        if (isPartitioned) {
+            AskFunctions(adapterType, FunctionsOfPort(port, portCount), config);
+        }
+    }
+    config.tag = WrittenTag;
+    config.mode = mode;
+    if (isPartitioned) {
+        config.portCount = portCount;
+    }
+}
+
+}  // namespace tavro

@@ -1,0 +1,171 @@
+#include "partition/partitions.h"
+
+#include "adapters/partition_queries.h"
+#include "cli/prompts.h"
+#include "console/console.h"
+#include "mgmt/message.h"
+#include "mgmt/operation.h"
+#include "mgmt/rules.h"
+#include "mgmt/text.h"
+#include "partition/confirmation.h"
+#include "partition/partition_dialogue.h"
+#include "partition/ports.h"
+#include "partition/value_names.h"
+
+namespace tavro {
+
+namespace {
+
+using tavroapi::OperationCode;
+using tavroapi::PartitionConfig;
+using tavroapi::PartitionFunction;
+
+constexpr std::uint32_t FourPorts = 4;
+constexpr std::int32_t ValueRefusedResult = 5;
+constexpr std::int32_t RestartNeededResult = 201;
+
+// The labels of a function's fields from the second on; the first is not shown.
+constexpr MessageId FunctionLabels[] = {
+    MessageId::PartitionFunctionText1, MessageId::PartitionFunctionText2,
+    MessageId::PartitionFunctionText3, MessageId::PartitionFunctionText4,
+    MessageId::PartitionFunctionText5, MessageId::PartitionFunctionText6,
+    MessageId::PartitionFunctionText7, MessageId::PartitionFunctionText8,
+    MessageId::PartitionFunctionText9,
+};
+static_assert(std::size(FunctionLabels) + 1 == tavroapi::FieldCount<PartitionFunction>());
+
+void ShowTitle(MessageId title) {
+    console::EndLine();
+    ShowMessage(title, NoValue, Layout::Title);
+    console::EndLine();
+}
+
+void ShowFunction(std::size_t number, const PartitionFunction& function) {
+    ShowMessage(MessageId::PartitionFunctionNumber, std::to_string(number), Layout::Row);
+    tavroapi::ForEachField(function,
+                           [](std::size_t position, std::string_view, const std::string& text) {
+                               if (position > 0) {
+                                   ShowMessage(FunctionLabels[position - 1], text, Layout::Row);
+                               }
+                           });
+    console::Print(L"\t");
+    console::PrintLine(Rule78);
+}
+
+void ShowDetail(const PartitionConfig& config) {
+    for (std::size_t port = 0; port < RecordedPorts(config.portCount); ++port) {
+        PrintPortHeading(port);
+        console::EndLine();
+        ShowMessage(MessageId::PartitionFlowControl, config.flowControl[port], Layout::Row);
+        console::EndLine();
+        for (const std::size_t number : FunctionsOfPort(port, config.portCount)) {
+            ShowFunction(number, config.functions[number]);
+        }
+    }
+}
+
+void PrintFunctionSummary(std::size_t number, const PartitionFunction& function) {
+    console::PrintLine(L"\t" + std::to_wstring(number) + L" = " + ToWide(function.personality) +
+                       L"\t" + ToWide(function.lowerLimit) + L"\t" + ToWide(function.upperLimit));
+}
+
+// The codes go to the library; names are shown.
+void ShowNewConfiguration(const PartitionConfig& config) {
+    ShowTitle(MessageId::NewPartitionsTitle);
+    if (config.mode == SingleFunctionMode) {
+        ShowNotice(MessageId::SingleFunctionChosen);
+        return;
+    }
+    PartitionConfig named = config;
+    ConvertPersonality(Conversion::CodesToNames, named);
+    ConvertFlowControl(Conversion::CodesToNames, named, named.portCount);
+    ShowPartitionSummary(named);
+}
+
+void WriteConfiguration(const std::string& mac, PartitionConfig& config) {
+    if (DoOperation<OperationCode::WritePartitions>(mac, config) != CallOutcome::Done) {
+        return;
+    }
+    if (config.result == ValueRefusedResult) {
+        ShowNotice(MessageId::ValueRefused);
+    } else if (config.result == RestartNeededResult) {
+        ShowNotice(MessageId::RestartNeeded);
+    }
+}
+
+}  // namespace
+
+void ShowPartitionSummary(const PartitionConfig& config) {
+    console::PrintLine(L"\tMulti-function mode: " + ToWide(config.mode));
+    for (std::size_t port = 0; port < RecordedPorts(config.portCount); ++port) {
+        console::PrintLine(L"\tPort" + std::to_wstring(port + 1) + L" >>>");
+        console::PrintLine(L"\tFlow_control:" + ToWide(config.flowControl[port]));
+        if (config.mode != "SF") {
+            for (const std::size_t number : FunctionsOfPort(port, config.portCount)) {
+                PrintFunctionSummary(number, config.functions[number]);
+            }
+        }
+        console::PrintLine(L"\t-------------------------------");
+    }
+    console::EndLine();
+}
+
+bool ShowPartitionConfig(const std::string& mac, PartitionView view) {
+    const auto state = GetPartitionState(mac);
+    if (!state) {
+        return false;
+    }
+    if (*state == 1) {
+        ShowSpacedNotice(MessageId::NotPartitioned);
+        return true;
+    }
+    if (*state != 2 && *state != 3) {
+        return true;
+    }
+    PartitionConfig config;
+    const CallOutcome outcome = DoOperation<OperationCode::ReadPartitions>(mac, config);
+    if (outcome == CallOutcome::Done) {
+        ShowTitle(MessageId::PartitionsTitle);
+        if (view == PartitionView::Summary) {
+            ShowPartitionSummary(config);
+        } else {
+            ShowDetail(config);
+        }
+    }
+    return outcome != CallOutcome::NotResolved;
+}
+
+void ShowPartitions(const std::string& mac) {
+    ShowPartitionConfig(mac, PartitionView::Detail);
+}
+
+void SetPartitions(const std::string& mac) {
+    const auto state = GetPartitionState(mac);
+    const auto adapterType = GetAdapterType(mac);
+    const auto portCount = GetAdapterPortNumber(mac);
+    if (!state || !adapterType || !portCount) {
+        return;
+    }
+    if (*portCount == FourPorts) {
+        ShowSpacedNotice(MessageId::FourPortsRefused);
+        return;
+    }
+    if (*state == 2) {
+        ShowSpacedNotice(MessageId::PartitionChangeRefused);
+        return;
+    }
+    if ((*state != 1 && *state != 3) || !ShowPartitionConfig(mac, PartitionView::Summary)) {
+        return;
+    }
+    // A completely new configuration, not an edit of the current one.
+    PartitionConfig config;
+    AskPartitions(*adapterType, static_cast<std::int32_t>(*portCount), config);
+    ShowNewConfiguration(config);
+    if (!AskConfirmation()) {
+        ShowPrompt(MessageId::ChangesDeclined);
+        return;
+    }
+    WriteConfiguration(mac, config);
+}
+
+}  // namespace tavro

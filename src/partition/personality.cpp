@@ -1,0 +1,121 @@
+#include "partition/personality.h"
+
+#include <optional>
+
+#include "adapters/partition_queries.h"
+#include "cli/prompts.h"
+#include "console/question.h"
+#include "mgmt/message.h"
+#include "mgmt/operation.h"
+#include "partition/confirmation.h"
+#include "tavroapi/partition_records.h"
+
+namespace tavro {
+
+namespace {
+
+using tavroapi::OperationCode;
+using tavroapi::PersonalitySetting;
+
+constexpr std::int32_t RestartNeededResult = 201;
+
+// Whether the adapter's functions are Ethernet for good, which is then said.
+bool RefusesType(const std::string& adapterType) {
+    if (adapterType != "Ethernet") {
+        return false;
+    }
+    ShowNotice(MessageId::PersonalityOfEthernetAdapter);
+    return true;
+}
+
+// Whether the port is not partitioned; that it is partitioned is said.
+bool IsUnpartitioned(std::uint32_t state) {
+    if (state == 2 || state == 3) {
+        ShowSpacedNotice(MessageId::PersonalityOfPartitionedPort);
+    }
+    return state == 1;
+}
+
+void ShowValue(const PersonalitySetting& setting) {
+    console::EndLine();
+    ShowMessage(MessageId::PersonalityTitle, "", Layout::Title);
+    console::EndLine();
+    ShowMessage(MessageId::CurrentPersonality, setting.value, Layout::Row);
+}
+
+// Shows the port's personality or why it has none. False when the library lacks an entry point.
+bool ReadAndShow(const std::string& mac) {
+    const auto adapterType = GetAdapterType(mac);
+    if (!adapterType) {
+        return false;
+    }
+    if (RefusesType(*adapterType)) {
+        return true;
+    }
+    const auto state = GetPartitionState(mac);
+    if (!state) {
+        return false;
+    }
+    if (!IsUnpartitioned(*state)) {
+        return true;
+    }
+    PersonalitySetting setting;
+    switch (DoOperation<OperationCode::ReadPersonality>(mac, setting)) {
+        case CallOutcome::NotResolved:
+            return false;
+        case CallOutcome::Failed:
+            console::EndLine();
+            ShowLastError();
+            break;
+        case CallOutcome::Done:
+            ShowValue(setting);
+            break;
+    }
+    return true;
+}
+
+std::string AskPersonality() {
+    return console::Ask([] { ShowPrompt(MessageId::AskPersonality); },
+                        [](const std::string& answer) { return answer == "1" || answer == "2"; },
+                        [] { ShowSpacedNotice(MessageId::ChoiceRefused); });
+}
+
+void WriteSetting(const std::string& mac, PersonalitySetting& setting) {
+    switch (DoOperation<OperationCode::WritePersonality>(mac, setting)) {
+        case CallOutcome::NotResolved:
+            break;
+        case CallOutcome::Failed:
+            ShowLastError();
+            break;
+        case CallOutcome::Done:
+            if (setting.result == RestartNeededResult) {
+                ShowNotice(MessageId::RestartNeeded);
+            }
+            break;
+    }
+}
+
+}  // namespace
+
+void ShowPersonality(const std::string& mac) {
+    ReadAndShow(mac);
+}
+
+void SetPersonality(const std::string& mac) {
+    const auto state = GetPartitionState(mac);
+    const auto adapterType = GetAdapterType(mac);
+    if (!state || !adapterType || RefusesType(*adapterType) || !IsUnpartitioned(*state) ||
+        !ReadAndShow(mac)) {
+        return;
+    }
+    console::EndLine();
+    PersonalitySetting setting;
+    setting.value = AskPersonality();
+    if (!AskConfirmation()) {
+        ShowNotice(MessageId::ChangesDeclined);
+        return;
+    }
+    WriteSetting(mac, setting);
+}
+
+}  // namespace tavro

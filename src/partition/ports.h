@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace tavro {
+
+// The number of ports that a partition record has room for, at most the `portCount` of the adapter;
+// 0 when that is negative.
+std::size_t RecordedPorts(std::int32_t portCount);
+
+// The numbers of the functions that belong to a port (counted from 0) of an adapter with
+// `portCount` ports, at least 1: the functions 0 to 7 are dealt to the ports in turn.
+std::vector<std::size_t> FunctionsOfPort(std::size_t port, std::int32_t portCount);
+
+// Prints the heading line of a port, counted from 0.
+void PrintPortHeading(std::size_t port);
+
+}  // namespace tavro

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "tavroapi/partition_records.h"
+
+// The personalities and kinds of flow control: what the library calls them, by code and by name,
+// and which key of a menu chooses them.
+namespace tavro {
+
+struct Personality {
+    std::string_view menuKey;
+    std::string_view code;
+    std::string_view name;
+    std::string_view companion;  // what a function with this personality carries besides
+};
+
+// Gives a function this personality, as code.
+void SetPersonality(tavroapi::PartitionFunction& function, const Personality& personality);
+
+// The personality that every function has unless another one is chosen.
+const Personality& EthernetPersonality();
+
+// The personality that a menu key chooses; null for every other text.
+const Personality* FindPersonality(std::string_view menuKey);
+
+// The code of the flow control that a menu key chooses; nothing for every other text.
+std::optional<std::string> FlowControlCode(std::string_view menuKey);
+
+enum class Conversion { NamesToCodes, CodesToNames };
+
+// Converts the personality of every function. A text that matches no row stays as it is.
+void ConvertPersonality(Conversion direction, tavroapi::PartitionConfig& config);
+
+// Converts the flow control of the first `portCount` ports; those beyond the record's four do not
+// count. A text that matches no row stays as it is.
+void ConvertFlowControl(Conversion direction, tavroapi::PartitionConfig& config,
+                        std::int32_t portCount);
+
+}  // namespace tavro
