@@ -1,0 +1,123 @@
+#include "partition/value_names.h"
+
+#include <gtest/gtest.h>
+
+namespace tavro {
+namespace {
+
+using tavroapi::PartitionConfig;
+
+TEST(FindPersonality, MenuKeysChooseCodeAndCompanion) {
+    tavroapi::PartitionFunction function;
+    for (const auto& [key, code, companion] :
+         {std::array{"1", "3", "16"}, std::array{"2", "5", "0"}, std::array{"3", "9", "0"}}) {
+        const Personality* const personality = FindPersonality(key);
+        ASSERT_NE(personality, nullptr) << key;
+        SetPersonality(function, *personality);
+        EXPECT_EQ(function.personality, code);
+        EXPECT_EQ(function.companion, companion);
+    }
+    EXPECT_EQ(&EthernetPersonality(), FindPersonality("1"));
+}
+
+TEST(FindPersonality, OtherTextsChooseNothing) {
+    for (const char* text : {"", "0", "4", "01", " 1", "Ethernet"}) {
+        EXPECT_EQ(FindPersonality(text), nullptr) << text;
+    }
+}
+
+TEST(FlowControlCode, IsTheMenuKeyLessOne) {
+    EXPECT_EQ(FlowControlCode("1"), "0");
+    EXPECT_EQ(FlowControlCode("2"), "1");
+    EXPECT_EQ(FlowControlCode("3"), "2");
+    EXPECT_EQ(FlowControlCode("4"), "3");
+    EXPECT_EQ(FlowControlCode("5"), "4");
+    for (const char* text : {"", "0", "6", "05", "Auto"}) {
+        EXPECT_EQ(FlowControlCode(text), std::nullopt) << text;
+    }
+}
+
+constexpr std::array PersonalityCodes{"3", "5", "9"};
+constexpr std::array PersonalityNames{"Ethernet", "iSCSI", "FCoE"};
+
+TEST(ConvertPersonality, GoesBothWaysInAllEightFunctions) {
+    PartitionConfig config;
+    for (std::size_t i = 0; i < config.functions.size(); ++i) {
+        config.functions[i].personality = PersonalityCodes[i % 3];
+    }
+    ConvertPersonality(Conversion::CodesToNames, config);
+    for (std::size_t i = 0; i < config.functions.size(); ++i) {
+        EXPECT_EQ(config.functions[i].personality, PersonalityNames[i % 3]);
+    }
+    ConvertPersonality(Conversion::NamesToCodes, config);
+    for (std::size_t i = 0; i < config.functions.size(); ++i) {
+        EXPECT_EQ(config.functions[i].personality, PersonalityCodes[i % 3]);
+    }
+}
+
+TEST(ConvertPersonality, UnknownTextsStay) {
+    PartitionConfig config;
+    const std::array<const char*, 8> texts{"", "4", "03", "iscsi", "FCoE ", "ethernet", "55", "x"};
+    for (const Conversion direction : {Conversion::NamesToCodes, Conversion::CodesToNames}) {
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            config.functions[i].personality = texts[i];
+        }
+        ConvertPersonality(direction, config);
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            EXPECT_EQ(config.functions[i].personality, texts[i]);
+        }
+    }
+}
+
+TEST(ConvertPersonality, WhatIsAlreadyConvertedStays) {
+    PartitionConfig config;
+    config.functions[0].personality = "3";
+    config.functions[1].personality = "iSCSI";
+    ConvertPersonality(Conversion::NamesToCodes, config);
+    EXPECT_EQ(config.functions[0].personality, "3");
+    EXPECT_EQ(config.functions[1].personality, "5");
+    ConvertPersonality(Conversion::CodesToNames, config);
+    config.functions[2].personality = "9";
+    ConvertPersonality(Conversion::CodesToNames, config);
+    EXPECT_EQ(config.functions[0].personality, "Ethernet");
+    EXPECT_EQ(config.functions[2].personality, "FCoE");
+}
+
+TEST(ConvertFlowControl, GoesBothWays) {
+    PartitionConfig config;
+    const std::array<std::string, 4> names{"Auto", "Tx Enabled", "Rx Enabled", "Tx/Rx Enabled"};
+    config.flowControl = {"0", "1", "2", "3"};
+    ConvertFlowControl(Conversion::CodesToNames, config, 4);
+    EXPECT_EQ(config.flowControl, names);
+    ConvertFlowControl(Conversion::NamesToCodes, config, 4);
+    EXPECT_EQ(config.flowControl, (std::array<std::string, 4>{"0", "1", "2", "3"}));
+    config.flowControl[0] = "4";
+    ConvertFlowControl(Conversion::CodesToNames, config, 1);
+    EXPECT_EQ(config.flowControl[0], "Disabled");
+}
+
+TEST(ConvertFlowControl, OnlyTheGivenPortsAreConverted) {
+    const std::array<std::string, 4> codes{"0", "0", "0", "0"};
+    for (const std::int32_t portCount : {-1, 0, 1, 2, 3, 4, 5, 2147483647}) {
+        PartitionConfig config;
+        config.flowControl = codes;
+        ConvertFlowControl(Conversion::CodesToNames, config, portCount);
+        for (std::int32_t port = 0; port < 4; ++port) {
+            EXPECT_EQ(config.flowControl[static_cast<std::size_t>(port)],
+                      port < portCount ? "Auto" : "0")
+                << portCount;
+        }
+    }
+}
+
+TEST(ConvertFlowControl, UnknownTextsStay) {
+    PartitionConfig config;
+    config.flowControl = {"auto", "5", "", "Tx Enabled "};
+    const auto before = config.flowControl;
+    ConvertFlowControl(Conversion::NamesToCodes, config, 4);
+    ConvertFlowControl(Conversion::CodesToNames, config, 4);
+    EXPECT_EQ(config.flowControl, before);
+}
+
+}  // namespace
+}  // namespace tavro
