@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
 
+#include "simulator/host/boot.h"
 #include "simulator/host/dcb.h"
 #include "simulator/host/fcoe_statistics.h"
 #include "simulator/host/member.h"
@@ -78,6 +80,7 @@ struct FcoePart {
     std::vector<FcoeBinding> bindings;
     std::vector<VirtualPort> virtualPorts;
     FcoeStatistics statistics;
+    std::optional<FcoeBoot> boot;
 
     static constexpr auto Members() {
         return std::tuple{Member{"portWwn", &FcoePart::portWwn},
@@ -89,7 +92,11 @@ struct FcoePart {
                           Member{"bindings", &FcoePart::bindings, Presence::Optional},
                           Member{"virtualPorts", &FcoePart::virtualPorts, Presence::Optional},
                           Member{"statistics", &FcoePart::statistics, Presence::Optional}};
-    }
+        Member {
+            "boot", &FcoePart::boot, Presence::Optional
+        }
+    };
+}
 };
 
 }  // namespace tavrosim

@@ -14,6 +14,7 @@
 #include "simulator/host/iscsi_network.h"
 #include "simulator/host/member.h"
 #include "simulator/host/network.h"
+#include "simulator/host/partition.h"
 
 /// The host that the model plays. The structs are what the host file holds, member for member.
 namespace tavrosim {
@@ -36,10 +37,13 @@ struct Function {
 
 struct Port {
     std::string name;
+    std::optional<Resources> resources;
     std::vector<Function> functions;
 
     static constexpr auto Members() {
-        return std::tuple{Member{"name", &Port::name}, Member{"functions", &Port::functions}};
+        return std::tuple{Member{"name", &Port::name},
+                          Member{"resources", &Port::resources, Presence::Optional},
+                          Member{"functions", &Port::functions}};
     }
 };
 
@@ -49,6 +53,7 @@ struct Adapter {
     std::string type;
     std::uint32_t partitionState = 1;
     std::string state;  // what operation 70 tells
+    std::optional<Partitions> partitions;
     std::vector<Port> ports;
 
     static constexpr auto Members() {
@@ -57,6 +62,7 @@ struct Adapter {
                           Member{"type", &Adapter::type},
                           Member{"partitionState", &Adapter::partitionState},
                           Member{"state", &Adapter::state, Presence::Optional},
+                          Member{"partitions", &Adapter::partitions, Presence::Optional},
                           Member{"ports", &Adapter::ports}};
     }
 };

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <tuple>
 
+#include "simulator/host/boot.h"
 #include "simulator/host/iscsi_storage.h"
 #include "simulator/host/member.h"
 #include "simulator/host/tcpip.h"
@@ -18,7 +20,13 @@ struct IscsiPart {
         return std::tuple{Member{"tcpIp", &IscsiPart::tcpIp, Presence::Optional},
                           Member{"hardware", &IscsiPart::hardware, Presence::Optional},
                           Member{"storage", &IscsiPart::storage, Presence::Optional}};
-    }
+        std::optional<IscsiBoot> boot;
+
+        Member {
+            "boot", &IscsiPart::boot, Presence::Optional
+        }
+    };
+}
 };
 
 }  // namespace tavrosim

@@ -19,5 +19,7 @@ std::span<const OperationModel> FcoeTargetOperations();
 std::span<const OperationModel> FcoePingOperations();
 std::span<const OperationModel> VirtualPortOperations();
 std::span<const OperationModel> DcbOperations();
+std::span<const OperationModel> BootOperations();
+std::span<const OperationModel> PartitionOperations();
 
 }  // namespace tavrosim

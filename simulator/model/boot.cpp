@@ -1,0 +1,217 @@
+// How iSCSI and FCoE functions boot.
+#include <algorithm>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "simulator/host/lookup.h"
+#include "simulator/model/families.h"
+#include "simulator/model/model.h"
+#include "simulator/text.h"
+#include "tavroapi/boot_records.h"
+
+namespace tavrosim {
+namespace {
+
+using tavroapi::FcoeBootConfig;
+using tavroapi::IscsiBootConfig;
+using tavroapi::OperationCode;
+namespace position = tavroapi::iscsi_boot;
+
+constexpr std::uint32_t InvalidBootValue = 37633;
+constexpr std::uint32_t BootTargetWithoutName = 37634;
+
+constexpr std::uint32_t HighestBusyRetries = 255;
+constexpr std::uint32_t HighestLinkUpDelay = 60;
+constexpr std::uint32_t HighestLoginRetries = 8;
+
+template <class Struct>
+struct TextAt {
+    std::size_t position;
+    std::string Struct::*text;
+};
+
+constexpr TextAt<IscsiBoot> PortTexts[] = {
+    {position::TcpIpByDhcp, &IscsiBoot::tcpIpByDhcp},
+    {position::ParametersByDhcp, &IscsiBoot::parametersByDhcp},
+    {position::LinkUpDelay, &IscsiBoot::linkUpDelay},
+    {position::RetryCount, &IscsiBoot::retryCount},
+    {position::IpAddress, &IscsiBoot::address},
+    {position::SubnetMask, &IscsiBoot::subnetMask},
+    {position::Gateway, &IscsiBoot::gateway},
+    {position::InitiatorName, &IscsiBoot::initiatorName},
+    {position::ChapName, &IscsiBoot::chapName},
+    {position::ChapSecret, &IscsiBoot::chapSecret},
+    {position::AddressBinding, &IscsiBoot::addressBinding},
+    {position::BoundAddress, &IscsiBoot::boundAddress},
+    {position::TargetIsFirstDisk, &IscsiBoot::targetIsFirstDisk},
+    {position::BootFromTarget, &IscsiBoot::bootFromTarget},
+};
+
+constexpr TextAt<IscsiBootTarget> TargetTexts[] = {
+    {position::TargetUsed, &IscsiBootTarget::used},
+    {position::TargetAddress, &IscsiBootTarget::address},
+    {position::TargetPort, &IscsiBootTarget::port},
+    {position::TargetLun, &IscsiBootTarget::lun},
+    {position::TargetName, &IscsiBootTarget::name},
+    {position::TargetChapName, &IscsiBootTarget::chapName},
+    {position::TargetChapSecret, &IscsiBootTarget::chapSecret},
+};
+
+// Secrets go into the host and never come out.
+template <class Struct, std::size_t Count>
+void CopyOut(const Struct& source, const TextAt<Struct> (&table)[Count], std::size_t start,
+             IscsiBootConfig& config) {
+    for (const TextAt<Struct>& row : table) {
+        if (!tavroapi::IsSecretPosition<IscsiBootConfig>(start + row.position)) {
+            config.texts[start + row.position] = source.*row.text;
+        }
+    }
+}
+
+template <class Struct, std::size_t Count>
+void CopyIn(const IscsiBootConfig& config, const TextAt<Struct> (&table)[Count], std::size_t start,
+            Struct& target) {
+    for (const TextAt<Struct>& row : table) {
+        target.*row.text = config.texts[start + row.position];
+    }
+}
+
+bool IsOneOf(const std::string& text, std::initializer_list<std::string_view> words) {
+    return std::find(words.begin(), words.end(), text) != words.end();
+}
+
+bool IsSwitch(const std::string& text) {
+    return IsOneOf(text, {"Enabled", "Disabled"});
+}
+
+Outcome RefuseValue(const std::wstring& details) {
+    return Refused(InvalidBootValue, L"The boot configuration holds a value that is not valid.",
+                   L"Correct the value and set the boot configuration again.", details);
+}
+
+Outcome CheckTarget(const IscsiBootConfig& config, std::size_t start, const wchar_t* which) {
+    const bool isUsed = config.texts[start + position::TargetUsed] == "Enabled";
+    const bool needsName = config.texts[position::ParametersByDhcp] == "Disabled";
+    if (isUsed && needsName && config.texts[start + position::TargetName].empty()) {
+        return Refused(BootTargetWithoutName,
+                       std::wstring(L"The ") + which + L" boot target has no name.",
+                       L"Enter the target's name, or take the iSCSI settings from DHCP.");
+    }
+    return Done();
+}
+
+Outcome CheckIscsiBoot(const IscsiBootConfig& config) {
+    for (const std::size_t at :
+         {position::TcpIpByDhcp, position::ParametersByDhcp,
+          position::FirstTarget + position::TargetUsed,
+          position::SecondTarget + position::TargetUsed, position::AddressBinding,
+          position::TargetIsFirstDisk, position::BootFromTarget}) {
+        if (!IsSwitch(config.texts[at])) {
+            return RefuseValue(L"Text " + std::to_wstring(at) +
+                               L" is neither \"Enabled\" nor \"Disabled\".");
+        }
+    }
+    const Outcome first = CheckTarget(config, position::FirstTarget, L"first");
+    return first.IsDone() ? CheckTarget(config, position::SecondTarget, L"second") : first;
+}
+
+Outcome ReadIscsiBoot(const Host& host, const std::string& request, IscsiBootConfig& config) {
+    const auto found = FindIscsiFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request, L"iSCSI");
+    }
+    const IscsiBoot boot = found.function->iscsi->boot.value_or(IscsiBoot{});
+    CopyOut(boot, PortTexts, 0, config);
+    CopyOut(boot.firstTarget, TargetTexts, position::FirstTarget, config);
+    CopyOut(boot.secondTarget, TargetTexts, position::SecondTarget, config);
+    return Done();
+}
+
+Outcome WriteIscsiBoot(Host& host, const std::string& request, const IscsiBootConfig& config) {
+    const auto found = FindIscsiFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request, L"iSCSI");
+    }
+    Outcome checked = CheckIscsiBoot(config);
+    if (!checked.IsDone()) {
+        return checked;
+    }
+    IscsiBoot& boot = found.function->iscsi->boot.emplace();
+    CopyIn(config, PortTexts, 0, boot);
+    CopyIn(config, TargetTexts, position::FirstTarget, boot.firstTarget);
+    CopyIn(config, TargetTexts, position::SecondTarget, boot.secondTarget);
+    return Done();
+}
+
+Outcome ReadFcoeBoot(const Host& host, const std::string& request, FcoeBootConfig& config) {
+    const auto found = FindFcoeFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request, L"FCoE");
+    }
+    const FcoeBoot boot = found.function->fcoe->boot.value_or(FcoeBoot{});
+    config.bootState = boot.state;
+    config.secondSwitch = boot.fabricDiscovery;
+    config.libraryText3 = boot.codeVersion;
+    config.numberA = boot.busyRetries;
+    config.numberB = boot.linkUpDelay;
+    config.numberC = boot.loginRetries;
+    for (std::size_t i = 0; i < config.targets.size(); ++i) {
+        config.targets[i] = {boot.targets[i].target, boot.targets[i].lun, boot.targets[i].state};
+    }
+    return Done();
+}
+
+Outcome CheckFcoeBoot(const FcoeBootConfig& config) {
+    if (!IsOneOf(config.bootState, {"Enabled", "Disabled", "One Time Disabled"}) ||
+        !IsSwitch(config.secondSwitch)) {
+        return RefuseValue(L"The boot state or the fabric discovery is no known word.");
+    }
+    if (config.numberA > HighestBusyRetries || config.numberB > HighestLinkUpDelay ||
+        config.numberC > HighestLoginRetries) {
+        return RefuseValue(
+            L"A number is above 255 (busy retries), 60 (link-up delay) or 8 (login "
+            L"retries).");
+    }
+    return Done();
+}
+
+// The version of the boot code cannot be set.
+Outcome WriteFcoeBoot(Host& host, const std::string& request, const FcoeBootConfig& config) {
+    const auto found = FindFcoeFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request, L"FCoE");
+    }
+    Outcome checked = CheckFcoeBoot(config);
+    if (!checked.IsDone()) {
+        return checked;
+    }
+    FcoePart& part = *found.function->fcoe;
+    FcoeBoot& boot = part.boot ? *part.boot : part.boot.emplace();
+    boot.state = config.bootState;
+    boot.fabricDiscovery = config.secondSwitch;
+    boot.busyRetries = config.numberA;
+    boot.linkUpDelay = config.numberB;
+    boot.loginRetries = config.numberC;
+    for (std::size_t i = 0; i < config.targets.size(); ++i) {
+        boot.targets[i] = {config.targets[i].target, config.targets[i].lunItem,
+                           config.targets[i].state};
+    }
+    return Done();
+}
+
+constexpr OperationModel Rows[] = {
+    Reads<OperationCode::ReadIscsiBoot, ReadIscsiBoot>(),
+    Changes<OperationCode::WriteIscsiBoot, WriteIscsiBoot>(),
+    Reads<OperationCode::ReadFcoeBoot, ReadFcoeBoot>(),
+    Changes<OperationCode::WriteFcoeBoot, WriteFcoeBoot>(),
+};
+
+}  // namespace
+
+std::span<const OperationModel> BootOperations() {
+    return Rows;
+}
+
+}  // namespace tavrosim

@@ -1,0 +1,229 @@
+// How adapters are divided into functions, and what the ports of undivided ones are used for.
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "simulator/host/lookup.h"
+#include "simulator/model/families.h"
+#include "simulator/model/model.h"
+#include "simulator/text.h"
+#include "tavroapi/partition_records.h"
+
+namespace tavrosim {
+namespace {
+
+using tavroapi::OperationCode;
+using tavroapi::PartitionConfig;
+using tavroapi::PartitionFunction;
+using tavroapi::PersonalitySetting;
+
+constexpr std::uint32_t InvalidPartitionValue = 37889;
+constexpr std::uint32_t PartitionsFixed = 37890;
+constexpr std::uint32_t PersonalityFixed = 37891;
+
+// The completion code of a change that is not taken over.
+constexpr std::int32_t NotTakenOver = 5;
+
+// A value as requests send it, and as the library keeps and tells it.
+struct CodedName {
+    std::string_view code;
+    std::string_view name;
+};
+
+constexpr CodedName Modes[] = {{"0", "SF"}, {"2", "MF"}};
+constexpr CodedName FlowControls[] = {
+    {"0", "Auto"},          {"1", "Tx Enabled"}, {"2", "Rx Enabled"},
+    {"3", "Tx/Rx Enabled"}, {"4", "Disabled"},
+};
+constexpr CodedName Personalities[] = {{"3", "Ethernet"}, {"5", "iSCSI"}, {"9", "FCoE"}};
+constexpr CodedName PortPersonalities[] = {{"1", "iSCSI"}, {"2", "FCoE"}};
+
+template <std::size_t Count>
+std::optional<std::string> NameOf(const CodedName (&table)[Count], const std::string& code) {
+    const auto found = std::find_if(std::begin(table), std::end(table),
+                                    [&code](const CodedName& row) { return row.code == code; });
+    return found == std::end(table) ? std::nullopt : std::optional<std::string>(found->name);
+}
+
+bool IsPercentage(const std::string& text) {
+    constexpr std::size_t MostDigits = 3;
+    constexpr int Whole = 100;
+    return !text.empty() && text.size() <= MostDigits &&
+           std::all_of(text.begin(), text.end(),
+                       [](char digit) { return digit >= '0' && digit <= '9'; }) &&
+           std::stoi(text) <= Whole;
+}
+
+Outcome RefuseValue(const std::wstring& details) {
+    return Refused(InvalidPartitionValue, L"The settings hold a value that is not valid.",
+                   L"Correct the value and set them again.", details);
+}
+
+const Function* FindNumber(const Adapter& adapter, std::size_t number) {
+    for (const Port& port : adapter.ports) {
+        for (const Function& function : port.functions) {
+            if (function.number == number) {
+                return &function;
+            }
+        }
+    }
+    return nullptr;
+}
+
+// What the library tells of a function besides its settings: its identifiers on this host.
+void DescribeFunction(const Host& host, const Function* function, PartitionFunction& record) {
+    auto& [mac, wwn, interfaceName, initiator, isPresent] = record.libraryTexts4To8;
+    isPresent = function == nullptr ? "No" : "Yes";
+    if (function == nullptr) {
+        return;
+    }
+    mac = function->mac;
+    if (function->fcoe) {
+        wwn = function->fcoe->portWwn;
+    }
+    if (function->ethernet) {
+        interfaceName = function->ethernet->interfaceName;
+    }
+    if (function->iscsi) {
+        initiator = host.initiator.name;
+    }
+}
+
+Partitions PartitionsOf(const Adapter& adapter) {
+    if (adapter.partitions) {
+        return *adapter.partitions;
+    }
+    Partitions partitions;
+    partitions.mode = adapter.partitionState == NotPartitioned ? "SF" : "MF";
+    return partitions;
+}
+
+Outcome ReadPartitions(const Host& host, const std::string& request, PartitionConfig& config) {
+    const auto found = FindFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request);
+    }
+    const Partitions partitions = PartitionsOf(*found.adapter);
+    config.mode = partitions.mode;
+    config.flowControl = partitions.flowControl;
+    for (std::size_t i = 0; i < config.functions.size(); ++i) {
+        const PartitionedFunction& function = partitions.functions[i];
+        PartitionFunction& record = config.functions[i];
+        record.personality = function.personality;
+        record.lowerLimit = function.lowerLimit;
+        record.upperLimit = function.upperLimit;
+        record.companion = function.personality == "Ethernet" ? "16" : "0";
+        DescribeFunction(host, FindNumber(*found.adapter, i), record);
+    }
+    config.portCount = static_cast<std::int32_t>(found.adapter->ports.size());
+    return Done();
+}
+
+// Takes the settings over into `partitions`, of which a part may be changed when it refuses.
+Outcome Apply(const PartitionConfig& config, std::size_t portCount, Partitions& partitions) {
+    const auto mode = NameOf(Modes, config.mode);
+    if (!mode) {
+        return RefuseValue(L"The mode is neither \"0\" nor \"2\".");
+    }
+    partitions.mode = *mode;
+    for (std::size_t i = 0; i < std::min(portCount, partitions.flowControl.size()); ++i) {
+        const auto flowControl = NameOf(FlowControls, config.flowControl[i]);
+        if (!flowControl) {
+            return RefuseValue(L"The flow control of port " + std::to_wstring(i + 1) +
+                               L" is no code from \"0\" to \"4\".");
+        }
+        partitions.flowControl[i] = *flowControl;
+    }
+    for (std::size_t i = 0; i < partitions.functions.size(); ++i) {
+        const PartitionFunction& wanted = config.functions[i];
+        const auto personality = NameOf(Personalities, wanted.personality);
+        if (!personality || !IsPercentage(wanted.lowerLimit) || !IsPercentage(wanted.upperLimit)) {
+            return RefuseValue(L"The personality or a limit of function " + std::to_wstring(i) +
+                               L" is not valid.");
+        }
+        partitions.functions[i] = {*personality, wanted.lowerLimit, wanted.upperLimit};
+    }
+    return Done();
+}
+
+Outcome WritePartitions(Host& host, const std::string& request, PartitionConfig& config) {
+    const auto found = FindFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request);
+    }
+    Adapter& adapter = *found.adapter;
+    if (adapter.partitionState == PartitionedForGood) {
+        return Refused(PartitionsFixed, L"The partitions of this adapter are fixed.",
+                       L"Change them with the tool that made them.");
+    }
+    Partitions wanted = PartitionsOf(adapter);
+    Outcome applied = Apply(config, adapter.ports.size(), wanted);
+    if (!applied.IsDone()) {
+        return applied;
+    }
+    config.result = wanted.completionCode;
+    if (config.result != NotTakenOver) {
+        adapter.partitionState = wanted.mode == "SF" ? NotPartitioned : Partitioned;
+        adapter.partitions = std::move(wanted);
+    }
+    return Done();
+}
+
+// The port that the request names; otherwise why its personality is nothing to ask for.
+template <class AnyHost>
+Outcome FindPort(AnyHost& host, const std::string& request, Located<AnyHost>& found) {
+    found = FindFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request);
+    }
+    if (found.adapter->type == "Ethernet" || found.adapter->partitionState != NotPartitioned) {
+        return Refused(PersonalityFixed, L"This port has no personality of its own.",
+                       L"Name a port of a converged adapter that is not partitioned.");
+    }
+    return Done();
+}
+
+Outcome ReadPersonality(const Host& host, const std::string& request, PersonalitySetting& setting) {
+    Located<const Host> found;
+    Outcome outcome = FindPort(host, request, found);
+    if (outcome.IsDone()) {
+        setting.value = found.port->resources.value_or(Resources{}).personality;
+    }
+    return outcome;
+}
+
+Outcome WritePersonality(Host& host, const std::string& request, PersonalitySetting& setting) {
+    Located<Host> found;
+    Outcome outcome = FindPort(host, request, found);
+    if (!outcome.IsDone()) {
+        return outcome;
+    }
+    const auto personality = NameOf(PortPersonalities, setting.value);
+    if (!personality) {
+        return RefuseValue(L"The personality is neither \"1\" nor \"2\".");
+    }
+    Port& port = *found.port;
+    Resources& resources = port.resources ? *port.resources : port.resources.emplace();
+    setting.result = resources.completionCode;
+    if (setting.result != NotTakenOver) {
+        resources.personality = *personality;
+    }
+    return Done();
+}
+
+constexpr OperationModel Rows[] = {
+    Reads<OperationCode::ReadPartitions, ReadPartitions>(),
+    Changes<OperationCode::WritePartitions, WritePartitions>(),
+    Reads<OperationCode::ReadPersonality, ReadPersonality>(),
+    Changes<OperationCode::WritePersonality, WritePersonality>(),
+};
+
+}  // namespace
+
+std::span<const OperationModel> PartitionOperations() {
+    return Rows;
+}
+
+}  // namespace tavrosim
