@@ -162,6 +162,7 @@ void SetPartitions(const std::string& mac) {
     AskPartitions(*adapterType, static_cast<std::int32_t>(*portCount), config);
     ShowNewConfiguration(config);
     if (!AskConfirmation()) {
+        // Laid out like a prompt, with its line left open; `-res` shows the same as a notice.
         ShowPrompt(MessageId::ChangesDeclined);
         return;
     }

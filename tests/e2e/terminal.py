@@ -45,6 +45,16 @@ class Terminal:
         """Waits until a text stands on the screen."""
         self._read_until(lambda: any(text in line for line in self.lines()), repr(text), seconds)
 
+    def wait_for_prompt(self, text, seconds=TIME_LIMIT):
+        """Waits until the cursor stands on a line of this text, blanks at its ends aside."""
+        self._read_until(
+            lambda: self.screen.display[self.screen.cursor.y].strip() == text, f"the prompt {text!r}", seconds
+        )
+
+    def wait_until(self, is_reached, seconds=TIME_LIMIT):
+        """Waits until `is_reached` says so of the screen's lines."""
+        self._read_until(lambda: is_reached(self.lines()), "another screen", seconds)
+
     def wait_for_end(self, seconds=TIME_LIMIT):
         """Waits until the program has ended and returns its exit code."""
         self._read_until(lambda: self.has_ended, "the end of the program", seconds)
