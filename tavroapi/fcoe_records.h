@@ -240,6 +240,4 @@ using FcoeOperations =
                   OperationCode::CreateVirtualPorts, OperationCode::DeleteVirtualPorts,
                   OperationCode::ListVirtualPortTargets, OperationCode::ListVirtualPortLuns>;
 
-using FcoeOperations = OperationList<OperationCode::ListFcoeTargets, OperationCode::ListFcoeLuns>;
-
 }  // namespace tavroapi

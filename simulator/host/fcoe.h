@@ -91,12 +91,9 @@ struct FcoePart {
                           Member{"dcb", &FcoePart::dcb, Presence::Optional},
                           Member{"bindings", &FcoePart::bindings, Presence::Optional},
                           Member{"virtualPorts", &FcoePart::virtualPorts, Presence::Optional},
-                          Member{"statistics", &FcoePart::statistics, Presence::Optional}};
-        Member {
-            "boot", &FcoePart::boot, Presence::Optional
-        }
-    };
-}
+                          Member{"statistics", &FcoePart::statistics, Presence::Optional},
+                          Member{"boot", &FcoePart::boot, Presence::Optional}};
+    }
 };
 
 }  // namespace tavrosim

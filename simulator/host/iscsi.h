@@ -15,18 +15,14 @@ struct IscsiPart {
     TcpIp tcpIp;
     IscsiHardware hardware;
     IscsiStorage storage;
+    std::optional<IscsiBoot> boot;
 
     static constexpr auto Members() {
         return std::tuple{Member{"tcpIp", &IscsiPart::tcpIp, Presence::Optional},
                           Member{"hardware", &IscsiPart::hardware, Presence::Optional},
-                          Member{"storage", &IscsiPart::storage, Presence::Optional}};
-        std::optional<IscsiBoot> boot;
-
-        Member {
-            "boot", &IscsiPart::boot, Presence::Optional
-        }
-    };
-}
+                          Member{"storage", &IscsiPart::storage, Presence::Optional},
+                          Member{"boot", &IscsiPart::boot, Presence::Optional}};
+    }
 };
 
 }  // namespace tavrosim
