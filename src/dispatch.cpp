@@ -5,6 +5,9 @@
 #include "adapters/listing.h"
 #include "cli/command_line.h"
 #include "cli/usage.h"
+#include "ethernet/adapter_settings.h"
+#include "ethernet/port_info.h"
+#include "ethernet/statistics.h"
 #include "ethernet/tcpip.h"
 #include "fcoe/boot.h"
 #include "fcoe/dcb.h"
@@ -138,13 +141,44 @@ constexpr Command CommandTable[] = {
     {CommandCode::GetAdapterSettings, AccessClass::Runs, NotBuilt},
     {CommandCode::EthernetPortStatistics, AccessClass::Runs, NotBuilt},
     {CommandCode::ResetEthernetStatistics, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetIscsiBoot, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetIscsiBoot, AccessClass::Blocked, NotBuilt},
+    {CommandCode::FcoePortInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoeActiveTargets, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoeTargetInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoeBindings, AccessClass::Runs, NotBuilt},
+    {CommandCode::FcoePortStatistics, AccessClass::Runs, NotBuilt},
+    {CommandCode::ResetFcoeStatistics, AccessClass::Blocked, NotBuilt},
+    {CommandCode::FcoeLunList, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetDcbInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetDcbConfig, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetDcb, AccessClass::Blocked, NotBuilt},
+    {CommandCode::FcoePing, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetFcoeBoot, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetFcoeBoot, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetFip, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetFip, AccessClass::Blocked, NotBuilt},
+    {CommandCode::VirtualPortInfo, AccessClass::Runs, NotBuilt},
+    {CommandCode::CreateVirtualPort, AccessClass::Blocked, NotBuilt},
+    {CommandCode::DeleteVirtualPort, AccessClass::Blocked, NotBuilt},
+    {CommandCode::VirtualPortTargets, AccessClass::Runs, NotBuilt},
+    {CommandCode::VirtualPortLuns, AccessClass::Runs, NotBuilt},
+    {CommandCode::GetPartitions, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetPartitions, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetPersonality, AccessClass::Runs, NotBuilt},
+    {CommandCode::SetPersonality, AccessClass::Blocked, NotBuilt},
+    {CommandCode::EthernetPortInfo, AccessClass::Runs, WithMac<ShowEthernetPortInfo>},
+    {CommandCode::GetAdapterSettings, AccessClass::Runs, WithMac<ShowAdapterSettings>},
+    {CommandCode::EthernetPortStatistics, AccessClass::Runs, WithMac<ShowEthernetPortStatistics>},
+    {CommandCode::ResetEthernetStatistics, AccessClass::Blocked,
+     WithMac<ResetEthernetPortStatistics>},
     {CommandCode::GetTcpIp, AccessClass::Runs, WithMac<ShowEthernetTcpIp>},
     {CommandCode::EthernetTcpIpDhcp, AccessClass::Blocked,
      WithMacAndArguments<SetEthernetTcpIpByDhcp>},
     {CommandCode::EthernetTcpIpStatic, AccessClass::Blocked,
      WithMacAndArguments<SetEthernetTcpIpStatically>},
-    {CommandCode::GetEthernetXml, AccessClass::Runs, NotBuilt},
-    {CommandCode::SetAdapterSettings, AccessClass::Blocked, NotBuilt},
+    {CommandCode::GetEthernetXml, AccessClass::Runs, WithMac<GetEthernetXml>},
+    {CommandCode::SetAdapterSettings, AccessClass::Blocked, WithMac<ChangeAdapterSettings>},
 };
 
 }  // namespace
