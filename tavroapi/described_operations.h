@@ -2,6 +2,7 @@
 
 #include "tavroapi/boot_records.h"
 #include "tavroapi/dcb_records.h"
+#include "tavroapi/ethernet_records.h"
 #include "tavroapi/fcoe_records.h"
 #include "tavroapi/iscsi_records.h"
 #include "tavroapi/iscsi_storage_records.h"
@@ -30,6 +31,7 @@ struct Joined<OperationList<First...>, OperationList<Second...>, Rest...>
 // Every operation whose records are described, so that code can be made for each of them.
 using DescribedOperations =
     detail::Joined<AdapterOperations, InitiatorOperations, TcpIpOperations, IscsiStorageOperations,
-                   FcoeOperations, DcbOperations, BootOperations, PartitionOperations>::Type;
+                   FcoeOperations, DcbOperations, BootOperations, PartitionOperations,
+                   EthernetOperations>::Type;
 
 }  // namespace tavroapi

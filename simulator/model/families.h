@@ -21,5 +21,8 @@ std::span<const OperationModel> VirtualPortOperations();
 std::span<const OperationModel> DcbOperations();
 std::span<const OperationModel> BootOperations();
 std::span<const OperationModel> PartitionOperations();
+std::span<const OperationModel> EthernetPortOperations();
+std::span<const OperationModel> EthernetStatisticsOperations();
+std::span<const OperationModel> AdapterSettingsOperations();
 
 }  // namespace tavrosim

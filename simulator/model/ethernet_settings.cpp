@@ -1,0 +1,224 @@
+// The adapter settings of Ethernet functions: telling what they are and can be, and changing them.
+#include "simulator/host/ethernet_settings.h"
+
+#include <algorithm>
+#include <charconv>
+#include <span>
+
+#include "simulator/host/lookup.h"
+#include "simulator/model/families.h"
+#include "simulator/model/model.h"
+#include "simulator/text.h"
+#include "tavroapi/ethernet_records.h"
+
+namespace tavrosim {
+namespace {
+
+using tavroapi::AdapterSetting;
+using tavroapi::OperationCode;
+
+// What a setting can be set to. Exactly one of the first three is there, none for a setting that
+// cannot be changed.
+struct SettingRule {
+    std::span<const wchar_t* const> choices;
+    struct Range {
+        std::int32_t minimum = 0;
+        std::int32_t step = 0;
+        std::int32_t maximum = 0;
+    } range;
+    bool isAddress = false;
+};
+
+constexpr const wchar_t* Switch[] = {L"Disabled", L"Enabled"};
+constexpr const wchar_t* Directions[] = {L"Disabled", L"Rx Enabled", L"Tx Enabled",
+                                         L"Rx & Tx Enabled"};
+constexpr const wchar_t* FlowControls[] = {L"Disabled", L"Rx Enabled", L"Tx Enabled",
+                                           L"Rx & Tx Enabled", L"Auto Negotiation"};
+constexpr const wchar_t* Speeds[] = {L"Auto Negotiation", L"1 Gbps", L"10 Gbps"};
+constexpr const wchar_t* PriorityAndVlan[] = {L"Disabled", L"Priority Enabled", L"VLAN Enabled",
+                                              L"Priority & VLAN Enabled"};
+constexpr const wchar_t* JumboPackets[] = {L"1514", L"4088", L"9014"};
+constexpr const wchar_t* QueueCounts[] = {L"1", L"2", L"4", L"8"};
+
+constexpr SettingRule OneOf(std::span<const wchar_t* const> choices) {
+    return {choices, {}, false};
+}
+
+constexpr SettingRule Within(std::int32_t minimum, std::int32_t step, std::int32_t maximum) {
+    return {{}, {minimum, step, maximum}, false};
+}
+
+constexpr SettingRule Address{{}, {}, true};
+constexpr SettingRule Fixed{};
+
+struct SettingRow {
+    std::size_t number;
+    std::string EthernetSettings::*value;
+    SettingRule rule;
+};
+
+constexpr SettingRow SettingRows[] = {
+    {1, &EthernetSettings::speed, OneOf(Speeds)},
+    {8, &EthernetSettings::flowControl, OneOf(FlowControls)},
+    {15, &EthernetSettings::priorityAndVlan, OneOf(PriorityAndVlan)},
+    {14, &EthernetSettings::interruptModeration, OneOf(Switch)},
+    {4, &EthernetSettings::checksumOffloadIPv4, OneOf(Directions)},
+    {5, &EthernetSettings::checksumOffloadIPv6, OneOf(Directions)},
+    {0, &EthernetSettings::locallyAdministeredAddress, Address},
+    {16, &EthernetSettings::receiveSideScaling, OneOf(Switch)},
+    {9, &EthernetSettings::jumboPacket, OneOf(JumboPackets)},
+    {17, &EthernetSettings::receiveSideScalingQueues, OneOf(QueueCounts)},
+    {10, &EthernetSettings::receiveBuffers, Within(64, 8, 4096)},
+    {25, &EthernetSettings::transmitBuffers, Within(128, 16, 8192)},
+    {12, &EthernetSettings::largeSendOffloadIPv4, OneOf(Switch)},
+    {23, &EthernetSettings::largeSendOffloadIPv6, OneOf(Switch)},
+    {24, &EthernetSettings::receiveSegmentCoalescing, OneOf(Switch)},
+    {19, &EthernetSettings::singleRootVirtualization, OneOf(Switch)},
+    {13, &EthernetSettings::wakeOnMagicPacket, OneOf(Switch)},
+    {18, &EthernetSettings::virtualFunctions, Fixed},
+    {2, &EthernetSettings::interruptMode, Fixed},
+    {3, &EthernetSettings::interruptVectors, Fixed},
+    {6, &EthernetSettings::busType, Fixed},
+    {7, &EthernetSettings::busWidth, Fixed},
+    {11, &EthernetSettings::busSpeed, Fixed},
+    {26, &EthernetSettings::receiveQueues, Fixed},
+    {27, &EthernetSettings::transmitQueues, Fixed},
+    {20, &EthernetSettings::multicastFilters, Fixed},
+    {21, &EthernetSettings::energyEfficientEthernet, Fixed},
+    {22, &EthernetSettings::timeStamping, Fixed},
+    {28, &EthernetSettings::networkBoot, Fixed},
+    {29, &EthernetSettings::connector, Fixed},
+    {30, &EthernetSettings::temperature, Fixed},
+};
+
+constexpr const char* NoAddress = "Not Present";
+
+// The statuses of refused changes.
+constexpr std::uint32_t ValueRefused = 37440;
+constexpr std::uint32_t SettingFixed = 37441;
+constexpr std::uint32_t SettingMissing = 37442;
+
+// The choices of a list are numbered from 1, so that an answer without digits selects none.
+AdapterSetting Describe(const std::string& value, const SettingRule& rule) {
+    AdapterSetting setting;
+    setting.value = value;
+    std::int32_t key = 0;
+    for (const wchar_t* const choice : rule.choices) {
+        setting.choices[++key] = choice;
+    }
+    if (rule.range.step != 0) {
+        setting.choices = {
+            {rule.range.minimum, L"min"}, {rule.range.step, L"step"}, {rule.range.maximum, L"max"}};
+    }
+    return setting;
+}
+
+bool IsChoice(const std::string& value, const SettingRule& rule) {
+    return std::any_of(rule.choices.begin(), rule.choices.end(),
+                       [&value](const wchar_t* choice) { return WideFromUtf8(value) == choice; });
+}
+
+bool IsInRange(const std::string& value, const SettingRule::Range& range) {
+    std::int32_t number = 0;
+    const char* const end = value.data() + value.size();
+    const auto [stop, error] = std::from_chars(value.data(), end, number);
+    return error == std::errc() && stop == end && number >= range.minimum &&
+           number <= range.maximum && number % range.step == 0;
+}
+
+// Whether the text is a MAC whose bits say "one station" and "locally administered".
+bool IsAssignableAddress(const std::string& text) {
+    constexpr std::size_t MacDigits = 12;
+    const std::string digits = NormalIdentifier(text);
+    return digits.size() == MacDigits &&
+           std::string_view("26ae").find(digits[1]) != std::string::npos;
+}
+
+Outcome ValueIsRefused(const SettingRow& row, const std::string& value,
+                       const std::wstring& wanted) {
+    return Refused(ValueRefused,
+                   L"A setting cannot have the value \"" + WideFromUtf8(value) + L"\".",
+                   L"Set it to " + wanted + L".", L"setting " + std::to_wstring(row.number));
+}
+
+// Gives the setting a value that it was changed to.
+Outcome Change(const SettingRow& row, const std::string& wanted, std::string& value) {
+    if (value == tavroapi::SettingNotAvailable) {
+        return Refused(SettingMissing, L"The adapter does not have this setting.",
+                       L"Run \"-getadapinfo\" to see the settings that it has.",
+                       L"setting " + std::to_wstring(row.number));
+    }
+    if (!row.rule.choices.empty()) {
+        if (!IsChoice(wanted, row.rule)) {
+            return ValueIsRefused(row, wanted, L"one of its choices");
+        }
+        value = wanted;
+    } else if (const SettingRule::Range& range = row.rule.range; range.step != 0) {
+        if (!IsInRange(wanted, range)) {
+            return ValueIsRefused(row, wanted,
+                                  L"a multiple of " + std::to_wstring(range.step) + L" from " +
+                                      std::to_wstring(range.minimum) + L" to " +
+                                      std::to_wstring(range.maximum));
+        }
+        value = wanted;
+    } else if (row.rule.isAddress) {
+        if (wanted != "0" && !IsAssignableAddress(wanted)) {
+            return ValueIsRefused(
+                row, wanted,
+                L"0, or to a locally administered unicast address such as 02-00-5E-00-00-01");
+        }
+        value = wanted == "0" ? NoAddress : wanted;
+    } else {
+        return Refused(SettingFixed, L"This setting cannot be changed.", L"Leave it as it is.",
+                       L"setting " + std::to_wstring(row.number));
+    }
+    return Done();
+}
+
+Outcome ReadSettings(const Host& host, const std::string& request,
+                     tavroapi::AdapterSettings& record) {
+    const auto found = FindEthernetFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request, L"Ethernet");
+    }
+    const EthernetSettings settings =
+        found.function->ethernet->settings.value_or(EthernetSettings{});
+    for (const SettingRow& row : SettingRows) {
+        record.settings.at(row.number) = Describe(settings.*row.value, row.rule);
+    }
+    return Done();
+}
+
+// Takes over the settings that are marked as changed, all of them or none.
+Outcome WriteSettings(Host& host, const std::string& request,
+                      const tavroapi::AdapterSettings& record) {
+    const auto found = FindEthernetFunction(host, request);
+    if (!found) {
+        return UnknownIdentifier(request, L"Ethernet");
+    }
+    EthernetPart& part = *found.function->ethernet;
+    EthernetSettings settings = part.settings.value_or(EthernetSettings{});
+    for (const SettingRow& row : SettingRows) {
+        const AdapterSetting& setting = record.settings.at(row.number);
+        if (setting.changed == "1") {
+            if (Outcome outcome = Change(row, setting.value, settings.*row.value);
+                !outcome.IsDone()) {
+                return outcome;
+            }
+        }
+    }
+    part.settings = settings;
+    return Done();
+}
+
+constexpr OperationModel Rows[] = {Reads<OperationCode::ReadAdapterSettings, ReadSettings>(),
+                                   Changes<OperationCode::WriteAdapterSettings, WriteSettings>(),
+                                   Reads<OperationCode::ExportAdapterSettings, ReadSettings>()};
+
+}  // namespace
+
+std::span<const OperationModel> AdapterSettingsOperations() {
+    return Rows;
+}
+
+}  // namespace tavrosim
