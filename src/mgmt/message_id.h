@@ -52,7 +52,7 @@ enum class MessageId : std::uint32_t {
     AskInitiatorChapName = 28694,
     AskInitiatorSecret = 28695,
     ChapSecretRefused = 28696,
-    ChoiceRefused = 28697,
+    PersonalityRefused = 28697,
     InvalidPrefixLength = 28698,
 
     // TCP/IP settings of a port

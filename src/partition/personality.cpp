@@ -77,7 +77,7 @@ bool ReadAndShow(const std::string& mac) {
 std::string AskPersonality() {
     return console::Ask([] { ShowPrompt(MessageId::AskPersonality); },
                         [](const std::string& answer) { return answer == "1" || answer == "2"; },
-                        [] { ShowSpacedNotice(MessageId::ChoiceRefused); });
+                        [] { ShowSpacedNotice(MessageId::PersonalityRefused); });
 }
 
 void WriteSetting(const std::string& mac, PersonalitySetting& setting) {
