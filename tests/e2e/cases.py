@@ -3,7 +3,7 @@
 import dataclasses
 import json
 
-from program import DEFAULT_LOCALE, PLATFORMS, TESTS
+from program import DEFAULT_LOCALE, PLATFORMS, ROOT, TESTS
 
 CASES = TESTS / "cases"
 DEFAULT_SCRIPT = {"messages": "numbers", "model": False, "answers": []}
@@ -12,7 +12,7 @@ STEP_KEYS = {
     "args", "stdin", "stdinText", "script", "env", "locale", "output", "outputText", "outputStart",
     "stderr", "calls", "allCalls", "exitCode",
 }
-CASE_KEYS = STEP_KEYS | {"name", "about", "host", "hostFile", "without", "library", "platforms", "then"}
+CASE_KEYS = STEP_KEYS | {"name", "about", "files", "host", "hostFile", "without", "library", "platforms", "then"}
 SCRIPT_KEYS = {"messages", "model", "answers"}
 
 
@@ -40,6 +40,7 @@ class Step:
 class Case:
     name: str  # with the file's path under cases/ in front
     steps: list
+    files: dict  # what lies in the current directory: name to bytes
     host: object  # JSON value, text of a host file, or None
     without: str
     has_library: bool
@@ -99,6 +100,7 @@ def read_case(area, entry):
         return Case(
             name=f"{area}/{entry['name']}",
             steps=steps,
+            files={name: file_content(content) for name, content in entry.get("files", {}).items()},
             host=host,
             without=entry.get("without"),
             has_library="library" not in entry,
@@ -149,6 +151,14 @@ def read_calls(calls):
     if calls is None:
         return None
     return [{"call": "DoOperation", "status": 0} | call for call in calls]
+
+
+def file_content(content):
+    """A text, lines of it, or {"path": "a file, relative to the tree's root"} as bytes."""
+    if isinstance(content, dict):
+        require(set(content) == {"path"}, f'a file is a text, lines, or a "path": {content}')
+        return (ROOT / content["path"]).read_bytes()
+    return (content if isinstance(content, str) else join_lines(content)).encode()
 
 
 def join_lines(lines):

@@ -23,6 +23,8 @@ def test_case(case, platform, tmp_path):
         sandbox.use_library_without(case.without)
     if not case.has_library:
         sandbox.use_library(None)
+    for name, content in case.files.items():
+        (sandbox.work / name).write_bytes(content)
     if case.host is not None:
         text = case.host if isinstance(case.host, str) else json.dumps(case.host, ensure_ascii=False)
         sandbox.host.write_text(text, encoding="utf-8")
