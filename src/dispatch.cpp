@@ -16,6 +16,7 @@
 #include "fcoe/port_info.h"
 #include "fcoe/targets.h"
 #include "fcoe/virtual_ports.h"
+#include "import/import.h"
 #include "iscsi/boot.h"
 #include "iscsi/initiator.h"
 #include "iscsi/isns.h"
@@ -73,8 +74,6 @@ void WithWwnAndArguments(const Invocation& invocation) {
     Handler(CurrentWwnText, invocation.arguments);
 }
 
-constexpr auto NotBuilt = nullptr;
-
 template <MessageId Id>
 void Say(const Invocation&) {
     ShowMessage(Id);
@@ -85,7 +84,7 @@ constexpr Command CommandTable[] = {
     {CommandCode::TooFewArguments, AccessClass::Runs, Say<MessageId::TooFewArguments>},
     {CommandCode::About, AccessClass::Runs, Bare<ShowAbout>},
     {CommandCode::Help, AccessClass::Warns, Bare<ShowUsage>},
-    {CommandCode::Import, AccessClass::Runs, NotBuilt},
+    {CommandCode::Import, AccessClass::Runs, WithCache<ImportConfiguration>},
     {CommandCode::ShowAdapter, AccessClass::Warns, WithCache<ListAdapters>},
     {CommandCode::IscsiPortInfo, AccessClass::Runs, WithMac<ShowIscsiPort>},
     {CommandCode::IscsiPortStatistics, AccessClass::Runs, WithMac<ShowIscsiStatistics>},
@@ -150,6 +149,11 @@ constexpr Command CommandTable[] = {
     {CommandCode::GetEthernetXml, AccessClass::Runs, WithMac<GetEthernetXml>},
     {CommandCode::SetAdapterSettings, AccessClass::Blocked, WithMac<ChangeAdapterSettings>},
 };
+
+static_assert(std::ranges::is_sorted(CommandTable, {}, &Command::code) &&
+                  std::ranges::adjacent_find(CommandTable, {}, &Command::code) ==
+                      std::end(CommandTable),
+              "each code has one row");
 
 }  // namespace
 

@@ -22,7 +22,7 @@ enum class AccessClass {
     Blocked,  // changes adapters: is not run
 };
 
-// One row of the command table. A command without a handler does nothing.
+// One row of the command table.
 struct Command {
     CommandCode code;
     AccessClass access;

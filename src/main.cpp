@@ -24,16 +24,11 @@ void ShowRestrictedStateNotice() {
     }
 }
 
-void ReportStartFailure(MessageId id) {
-    ShowMessage(id);
-    ShowLastError();
-}
-
 // The library owns the message texts, so its absence can be told only in the system's own words.
 void ReportMissingLibrary() {
     platform::WriteStandardError(L"tavrocli: cannot load " + ToWide(tavroapi::LibraryFileName) +
                                  L": " + ManagementLibrary().FailureReason() + L"\n");
-    ReportStartFailure(MessageId::LibraryMissing);
+    ShowFailure(MessageId::LibraryMissing);
 }
 
 void RunCommand(const Invocation& invocation, std::int32_t adapterState) {
@@ -53,9 +48,7 @@ void RunCommand(const Invocation& invocation, std::int32_t adapterState) {
                 break;
         }
     }
-    if (command->handler != nullptr) {
-        command->handler(invocation);
-    }
+    command->handler(invocation);
 }
 
 void Run(Arguments arguments) {
@@ -64,7 +57,7 @@ void Run(Arguments arguments) {
         return;
     }
     if (!Initialize(EndsWithDebugSwitch(arguments) ? 1 : 0)) {
-        ReportStartFailure(MessageId::InitializeFailed);
+        ShowFailure(MessageId::InitializeFailed);
         return;
     }
     // Also when a handler is left because the output is gone.

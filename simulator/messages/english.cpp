@@ -418,6 +418,15 @@ constexpr Message Messages[] = {
     {26709, L"Address of the Port"},
     {26710, L"No Address Found, Not Bound"},
 
+    {26881, L"The import is complete."},
+    {26882, L"Adapters Found"},
+    {26883, L"Ports Found"},
+    {26884, L"The functions of a port in the file could not be read."},
+    {26885, L"TCP/IP Settings Applied"},
+    {26886, L"Portals Added"},
+    {26887, L"Targets Logged In"},
+    {26888, L"Failed Operations"},
+
     {28673, L"Invalid IP address"},
     {28674, L"Unknown command. Run \"tavrocli -help\" to see the commands."},
     {28675, L"The command lacks an argument. Run \"tavrocli -help\" to see its form."},

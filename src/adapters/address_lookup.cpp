@@ -12,15 +12,14 @@ std::optional<std::string> FindFunctionAddress(EntryCache& cache, const std::str
     }
     for (const tavroapi::AdapterRecord& adapter : adapters) {
         for (const std::string& portName : adapter.portNames) {
-            std::list<PortFunction> functions;
+            PortFunctions functions;
             if (ReadPortFunctions(cache, adapter.name, portName, functions) != CallOutcome::Done) {
                 continue;
             }
-            const auto found = std::ranges::find_if(functions, [&](const PortFunction& function) {
-                return function.address.keyText == keyText;
-            });
-            if (found != functions.end()) {
-                return found->address.addressText;
+            const auto found = std::ranges::find(functions.addresses, keyText,
+                                                 &tavroapi::FunctionAddress::keyText);
+            if (found != functions.addresses.end()) {
+                return found->addressText;
             }
         }
     }

@@ -25,25 +25,21 @@ bool IsSupported(const tavroapi::AdapterRecord& adapter) {
 }
 
 // The state as reported by the first function of the state-bearing type that answers.
-std::optional<std::int32_t> ReadAdapterState(const std::list<PortFunction>& functions) {
-    for (const PortFunction& function : functions) {
-        if (function.identity.functionType != tavroapi::EthernetFunction) {
-            continue;
+std::optional<std::int32_t> ReadAdapterState(const PortFunctions& functions) {
+    std::wstring state;
+    const bool answered = FindFunction(functions, [&](const auto& address, const auto& identity) {
+        if (identity.functionType != tavroapi::EthernetFunction) {
+            return false;
         }
-        std::wstring state;
-        if (DoOperation<tavroapi::OperationCode::ReadAdapterState>(function.address.keyText,
-                                                                   state) == CallOutcome::Done) {
-            return LeadingInteger(ToNarrow(state));
+        state.clear();
+        if (DoOperation<tavroapi::OperationCode::ReadAdapterState>(address.keyText, state) ==
+            CallOutcome::Done) {
+            return true;
         }
         ShowLastError();
-    }
-    return std::nullopt;
-}
-
-std::int32_t ReportFailure(MessageId message) {
-    ShowMessage(message);
-    ShowLastError();
-    return NoAdapterState;
+        return false;
+    });
+    return answered ? std::optional(LeadingInteger(ToNarrow(state))) : std::nullopt;
 }
 
 }  // namespace
@@ -51,9 +47,11 @@ std::int32_t ReportFailure(MessageId message) {
 std::int32_t DiscoverAdapters(EntryCache& cache) {
     switch (ReadHostName(cache)) {
         case CallOutcome::NotResolved:
-            return ReportFailure(MessageId::HostNameUnavailable);
+            ShowFailure(MessageId::HostNameUnavailable);
+            return NoAdapterState;
         case CallOutcome::Failed:
-            return ReportFailure(MessageId::HostNameFailed);
+            ShowFailure(MessageId::HostNameFailed);
+            return NoAdapterState;
         case CallOutcome::Done:
             break;
     }
@@ -64,7 +62,8 @@ std::int32_t DiscoverAdapters(EntryCache& cache) {
             ShowMessage(MessageId::LibraryMissing);
             return NoAdapterState;
         case CallOutcome::Failed:
-            return ReportFailure(MessageId::AdaptersFailed);
+            ShowFailure(MessageId::AdaptersFailed);
+            return NoAdapterState;
         case CallOutcome::Done:
             break;
     }
@@ -73,12 +72,12 @@ std::int32_t DiscoverAdapters(EntryCache& cache) {
         if (!IsSupported(adapter)) {
             continue;
         }
-        std::list<PortFunction> functions;
+        PortFunctions functions;
         switch (ReadPortFunctions(cache, adapter.name, FirstPort, functions)) {
             case CallOutcome::NotResolved:
                 continue;
             case CallOutcome::Failed:
-                ReportFailure(MessageId::PortFunctionsFailed);
+                ShowFailure(MessageId::PortFunctionsFailed);
                 continue;
             case CallOutcome::Done:
                 break;
@@ -104,7 +103,7 @@ std::uint32_t FindIscsiFunction(EntryCache& cache, std::string& keyText) {
     for (tavroapi::AdapterRecord& adapter : adapters) {
         adapter.portNames.unique();
         for (const std::string& portName : adapter.portNames) {
-            std::list<PortFunction> functions;
+            PortFunctions functions;
             const CallOutcome port = ReadPortFunctions(cache, adapter.name, portName, functions);
             if (port == CallOutcome::NotResolved) {
                 continue;
@@ -113,11 +112,10 @@ std::uint32_t FindIscsiFunction(EntryCache& cache, std::string& keyText) {
             if (port == CallOutcome::Failed) {
                 continue;
             }
-            const auto found = std::ranges::find_if(functions, [](const PortFunction& function) {
-                return function.identity.functionType == tavroapi::IscsiFunction;
-            });
-            if (found != functions.end()) {
-                keyText = found->identity.keyText;
+            const auto found = std::ranges::find(functions.identities, tavroapi::IscsiFunction,
+                                                 &tavroapi::FunctionIdentity::functionType);
+            if (found != functions.identities.end()) {
+                keyText = found->keyText;
                 return status;
             }
         }

@@ -25,22 +25,12 @@ CallOutcome ReadAdapters(EntryCache& cache, std::list<tavroapi::AdapterRecord>& 
 }
 
 CallOutcome ReadPortFunctions(EntryCache& cache, const std::string& adapterName,
-                              const std::string& portName, std::list<PortFunction>& functions) {
-    functions.clear();
+                              const std::string& portName, PortFunctions& functions) {
+    functions = {};
     std::string adapterKey = adapterName;
     std::string portKey = portName;
-    std::list<tavroapi::FunctionAddress> addresses;
-    std::list<tavroapi::FunctionIdentity> identities;
-    const CallOutcome outcome = ResolveAndCall<tavroapi::GetPortWWNsEntry>(
-        cache.getPortWWNs, &adapterKey, &portKey, &addresses, &identities);
-    auto identity = identities.begin();
-    for (auto& address : addresses) {
-        if (identity == identities.end()) {
-            break;
-        }
-        functions.push_back({std::move(address), std::move(*identity++)});
-    }
-    return outcome;
+    return ResolveAndCall<tavroapi::GetPortWWNsEntry>(cache.getPortWWNs, &adapterKey, &portKey,
+                                                      &functions.addresses, &functions.identities);
 }
 
 }  // namespace tavro

@@ -20,31 +20,26 @@ const char* ProtocolName(std::uint32_t functionType) {
     }
 }
 
-void ReportFailure(MessageId message) {
-    ShowMessage(message);
-    ShowLastError();
-}
-
-void PrintFunction(const PortFunction& function) {
-    ShowMessage(MessageId::FunctionNumber, std::to_string(function.address.functionNumber),
-                Layout::Row);
-    ShowMessage(MessageId::FunctionAddress, function.address.addressText, Layout::Row);
-    ShowMessage(MessageId::FunctionProtocol, ProtocolName(function.identity.functionType),
-                Layout::Row);
-    ShowMessage(MessageId::FunctionSecondText, function.identity.secondText, Layout::Row);
-    ShowMessage(MessageId::FunctionKey, function.identity.keyText, Layout::Row);
+void PrintFunction(const tavroapi::FunctionAddress& address,
+                   const tavroapi::FunctionIdentity& identity) {
+    ShowMessage(MessageId::FunctionNumber, std::to_string(address.functionNumber), Layout::Row);
+    ShowMessage(MessageId::FunctionAddress, address.addressText, Layout::Row);
+    ShowMessage(MessageId::FunctionProtocol, ProtocolName(identity.functionType), Layout::Row);
+    ShowMessage(MessageId::FunctionSecondText, identity.secondText, Layout::Row);
+    ShowMessage(MessageId::FunctionKey, identity.keyText, Layout::Row);
     console::Print(L"\t");
     console::PrintLine(Rule78);
 }
 
 // A port's functions come out grouped by the parity of their numbers, even ones first.
-void PrintFunctions(const std::list<PortFunction>& functions) {
+void PrintFunctions(const PortFunctions& functions) {
     for (const std::uint32_t parity : {0U, 1U}) {
-        for (const PortFunction& function : functions) {
-            if ((function.address.functionNumber & 1U) == parity) {
-                PrintFunction(function);
+        FindFunction(functions, [parity](const auto& address, const auto& identity) {
+            if ((address.functionNumber & 1U) == parity) {
+                PrintFunction(address, identity);
             }
-        }
+            return false;
+        });
     }
 }
 
@@ -54,14 +49,14 @@ bool ListAdapter(EntryCache& cache, tavroapi::AdapterRecord& adapter) {
     adapter.portNames.unique();
     bool anyListed = false;
     for (const std::string& portName : adapter.portNames) {
-        std::list<PortFunction> functions;
+        PortFunctions functions;
         const CallOutcome outcome = ReadPortFunctions(cache, adapter.name, portName, functions);
         if (outcome == CallOutcome::NotResolved) {
             break;
         }
         console::Print(L"\n\t[" + ToWide(portName) + L"]\n\n");
         if (outcome == CallOutcome::Failed) {
-            ReportFailure(MessageId::PortFunctionsFailed);
+            ShowFailure(MessageId::PortFunctionsFailed);
             continue;
         }
         PrintFunctions(functions);
@@ -73,10 +68,10 @@ bool ListAdapter(EntryCache& cache, tavroapi::AdapterRecord& adapter) {
 bool ListHost(EntryCache& cache) {
     switch (ReadHostName(cache)) {
         case CallOutcome::NotResolved:
-            ReportFailure(MessageId::HostNameUnavailable);
+            ShowFailure(MessageId::HostNameUnavailable);
             return false;
         case CallOutcome::Failed:
-            ReportFailure(MessageId::HostNameFailed);
+            ShowFailure(MessageId::HostNameFailed);
             return false;
         case CallOutcome::Done:
             break;
@@ -85,7 +80,7 @@ bool ListHost(EntryCache& cache) {
 
     std::list<tavroapi::AdapterRecord> adapters;
     if (ReadAdapters(cache, adapters) == CallOutcome::Failed) {
-        ReportFailure(MessageId::AdaptersFailed);
+        ShowFailure(MessageId::AdaptersFailed);
         return false;
     }
     bool anyListed = false;
@@ -99,7 +94,7 @@ bool ListHost(EntryCache& cache) {
 
 void ListAdapters(EntryCache& cache) {
     if (!ListHost(cache)) {
-        ReportFailure(MessageId::NoAdapterListed);
+        ShowFailure(MessageId::NoAdapterListed);
     }
 }
 

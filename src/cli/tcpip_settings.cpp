@@ -46,9 +46,4 @@ std::optional<tavroapi::TcpIpSettings> SettingsForStaticIPv4(const std::string& 
     return settings;
 }
 
-void ReportTcpIpFailure() {
-    ShowMessage(MessageId::TcpIpFailed);
-    ShowLastError();
-}
-
 }  // namespace tavro

@@ -22,7 +22,4 @@ std::optional<tavroapi::TcpIpSettings> SettingsForStaticIPv4(const std::string& 
                                                              const std::string& subnetMask,
                                                              const std::string& gateway);
 
-// Reports that a change failed, with the library's error details.
-void ReportTcpIpFailure();
-
 }  // namespace tavro

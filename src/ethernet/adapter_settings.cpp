@@ -149,8 +149,7 @@ void ConfirmAndWrite(const std::string& mac, AdapterSettings& settings) {
 bool ReadSettings(const std::string& mac, AdapterSettings& settings, MessageId failure) {
     const CallOutcome outcome = DoOperation<OperationCode::ReadAdapterSettings>(mac, settings);
     if (outcome == CallOutcome::Failed) {
-        ShowMessage(failure);
-        ShowLastError();
+        ShowFailure(failure);
     }
     return outcome == CallOutcome::Done;
 }

@@ -49,8 +49,7 @@ void ShowEthernetPortInfo(const std::string& mac) {
         case CallOutcome::NotResolved:
             return;
         case CallOutcome::Failed:
-            ShowMessage(MessageId::EthernetPortFailed);
-            ShowLastError();
+            ShowFailure(MessageId::EthernetPortFailed);
             return;
         case CallOutcome::Done:
             break;

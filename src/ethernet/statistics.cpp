@@ -109,8 +109,7 @@ void ShowEthernetPortStatistics(const std::string& mac) {
         case CallOutcome::NotResolved:
             return;
         case CallOutcome::Failed:
-            ShowMessage(MessageId::EthernetStatisticsFailed);
-            ShowLastError();
+            ShowFailure(MessageId::EthernetStatisticsFailed);
             return;
         case CallOutcome::Done:
             ShowStatistics(statistics);
@@ -125,8 +124,7 @@ void ResetEthernetPortStatistics(const std::string& mac) {
         case CallOutcome::NotResolved:
             return;
         case CallOutcome::Failed:
-            ShowMessage(MessageId::EthernetStatisticsResetFailed);
-            ShowLastError();
+            ShowFailure(MessageId::EthernetStatisticsResetFailed);
             return;
         case CallOutcome::Done:
             ShowMessage(MessageId::StatisticsReset);

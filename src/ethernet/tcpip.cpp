@@ -47,7 +47,7 @@ bool AddressesIPv4(Arguments arguments) {
 
 void Apply(const std::string& mac, TcpIpSettings& settings) {
     if (DoOperation<OperationCode::SetEthernetTcpIp>(mac, settings) != CallOutcome::Done) {
-        ReportTcpIpFailure();
+        ShowFailure(MessageId::TcpIpFailed);
         return;
     }
     if (settings.result == 0) {
@@ -104,8 +104,7 @@ void SetIPv6Statically(const std::string& mac, Arguments arguments) {
 void ShowEthernetTcpIp(const std::string& mac) {
     TcpIpSettings settings;
     if (DoOperation<OperationCode::ReadEthernetTcpIp>(mac, settings) != CallOutcome::Done) {
-        ShowMessage(MessageId::IscsiPortInfoFailed, "");
-        ShowLastError();
+        ShowFailure(MessageId::IscsiPortInfoFailed, "");
         return;
     }
     ShowMessage(MessageId::TcpIpTitle, mac, Layout::Title);

@@ -74,18 +74,13 @@ std::string OverTwoLines(const std::string& text) {
     return text.substr(0, half) + "\n\t\t\t\t\t" + text.substr(half);
 }
 
-void ReportFailure(MessageId message) {
-    ShowMessage(message);
-    ShowLastError();
-}
-
 }  // namespace
 
 void ShowFcoePortInfo(const std::string& wwn) {
     tavroapi::FcoePortRecord port;
     if (DoOperation<OperationCode::ReadFcoePort>(wwn, port, StatusUse::Ignore) !=
         CallOutcome::Done) {
-        ReportFailure(MessageId::FcoePortInfoFailed);
+        ShowFailure(MessageId::FcoePortInfoFailed);
         return;
     }
     console::EndLine();
@@ -101,7 +96,7 @@ void ShowFcoeStatistics(const std::string& wwn) {
     tavroapi::FcoeStatisticsRecord statistics;
     if (DoOperation<OperationCode::ReadFcoeStatistics>(wwn, unused, statistics) !=
         CallOutcome::Done) {
-        ReportFailure(MessageId::FcoeStatisticsFailed);
+        ShowFailure(MessageId::FcoeStatisticsFailed);
         return;
     }
     ShowMessage(MessageId::FcoeStatisticsTitle, wwn, Layout::Title);
@@ -115,7 +110,7 @@ void ResetFcoeStatistics(const std::string& wwn) {
     tavroapi::FcoeStatisticsRecord statistics;
     if (DoOperation<OperationCode::ResetFcoeStatistics>(wwn, unused, statistics) !=
         CallOutcome::Done) {
-        ReportFailure(MessageId::StatisticsResetFailed);
+        ShowFailure(MessageId::StatisticsResetFailed);
         return;
     }
     ShowMessage(MessageId::StatisticsReset);

@@ -49,11 +49,6 @@ constexpr TextRow LunRows[] = {
     {MessageId::LunScsiUnit, 8},     {MessageId::LunVolumes, 6},
 };
 
-void ReportFailure(MessageId message) {
-    ShowMessage(message);
-    ShowLastError();
-}
-
 // The target's bus and number on the operating system's SCSI bus.
 std::string ScsiAddress(const tavroapi::FcoeTargetRecord& target) {
     return target.texts[9] + "," + target.texts[10];
@@ -64,7 +59,7 @@ std::string ScsiAddress(const tavroapi::FcoeTargetRecord& target) {
 void ListFcoeTargets(const std::string& wwn) {
     std::list<tavroapi::FcoeTargetRecord> targets;
     if (DoOperation<OperationCode::ListFcoeTargets>(wwn, targets) != CallOutcome::Done) {
-        ReportFailure(MessageId::FcoeTargetListFailed);
+        ShowFailure(MessageId::FcoeTargetListFailed);
         return;
     }
     ShowMessage(MessageId::FcoeTargetListTitle, wwn, Layout::Title);
@@ -81,7 +76,7 @@ void ShowFcoeTarget(const std::string& wwn, Arguments arguments) {
     tavroapi::FcoeTargetInfoRecord target;
     if (DoOperation<OperationCode::ReadFcoeTarget>(wwn, ArgumentAt(arguments, TargetNameArgument),
                                                    target) != CallOutcome::Done) {
-        ReportFailure(MessageId::FcoeTargetInfoFailed);
+        ShowFailure(MessageId::FcoeTargetInfoFailed);
         return;
     }
     ShowMessage(MessageId::FcoeTargetInfoTitle, target.texts[1], Layout::Title);
@@ -93,11 +88,11 @@ void ShowFcoeTarget(const std::string& wwn, Arguments arguments) {
 void ListFcoeBindings(const std::string& wwn) {
     std::list<tavroapi::FcoeBindingRecord> bindings;
     if (DoOperation<OperationCode::ListFcoeBindings>(wwn, bindings) != CallOutcome::Done) {
-        ReportFailure(MessageId::FcoeBindingsFailed);
+        ShowFailure(MessageId::FcoeBindingsFailed);
         return;
     }
     if (bindings.empty()) {
-        ReportFailure(MessageId::NoFcoeBinding);
+        ShowFailure(MessageId::NoFcoeBinding);
         return;
     }
     for (const tavroapi::FcoeBindingRecord& binding : bindings) {
@@ -112,7 +107,7 @@ void ListFcoeLuns(const std::string& wwn, Arguments arguments) {
     std::list<tavroapi::FcoeLunRecord> luns;
     if (DoOperation<OperationCode::ListFcoeLuns>(wwn, ArgumentAt(arguments, TargetNameArgument),
                                                  luns) != CallOutcome::Done) {
-        ReportFailure(MessageId::FcoeLunListFailed);
+        ShowFailure(MessageId::FcoeLunListFailed);
         return;
     }
     ShowMessage(MessageId::FcoeLunListTitle, wwn, Layout::Title);

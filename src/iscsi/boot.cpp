@@ -120,8 +120,7 @@ void SetIscsiBoot(const std::string& mac, EntryCache& cache) {
             ShowLastError();
             break;
         case CallOutcome::Failed:
-            ShowMessage(MessageId::IscsiBootWriteFailed);
-            ShowLastError();
+            ShowFailure(MessageId::IscsiBootWriteFailed);
             break;
         case CallOutcome::Done:
             break;

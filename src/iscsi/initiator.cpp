@@ -18,11 +18,6 @@ const std::string Host;
 
 constexpr std::uint32_t RepliesMissing = 0x9017;
 
-void ReportPingFailure() {
-    ShowMessage(MessageId::IscsiPingFailed);
-    ShowLastError();
-}
-
 // A ping of which replies are missing has completed all the same.
 bool PingCompleted(CallOutcome outcome) {
     return outcome == CallOutcome::Done ||
@@ -67,7 +62,7 @@ void SetInitiator(Arguments arguments) {
 
 void PingFromIscsiPort(const std::string& mac, Arguments arguments) {
     if (arguments.size() <= 4) {
-        ReportPingFailure();
+        ShowFailure(MessageId::IscsiPingFailed);
         return;
     }
     tavroapi::IscsiPingRequest request{
@@ -76,7 +71,7 @@ void PingFromIscsiPort(const std::string& mac, Arguments arguments) {
     ShowMessage(MessageId::IscsiPingStarted);
     console::EndLine();
     if (!PingCompleted(DoOperation<OperationCode::PingFromIscsiPort>(mac, request, result))) {
-        ReportPingFailure();
+        ShowFailure(MessageId::IscsiPingFailed);
         return;
     }
     const std::int32_t loss = LossPercentage(request.count, result.received);

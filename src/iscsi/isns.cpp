@@ -34,22 +34,17 @@ std::string FindFunction() {
     return FindIscsiFunction(cache, keyText) == 0 ? keyText : std::string();
 }
 
-void ReportFailure(MessageId message, std::string_view value = NoValue) {
-    ShowMessage(message, value);
-    ShowLastError();
-}
-
 }  // namespace
 
 void ListIsnsServers() {
     const std::string function = FindFunction();
     if (function.empty()) {
-        ReportFailure(MessageId::IsnsListFailed, NoFunction);
+        ShowFailure(MessageId::IsnsListFailed, NoFunction);
         return;
     }
     std::list<std::string> servers;
     if (DoOperation<OperationCode::ListIsnsServers>(function, servers) != CallOutcome::Done) {
-        ReportFailure(MessageId::IsnsListFailed);
+        ShowFailure(MessageId::IsnsListFailed);
         return;
     }
     console::PrintLine(Rule54);
@@ -72,12 +67,12 @@ void AddIsnsServer(Arguments arguments) {
     }
     const std::string function = FindFunction();
     if (function.empty()) {
-        ReportFailure(MessageId::IsnsAddFailed, NoFunctionToAddTo);
+        ShowFailure(MessageId::IsnsAddFailed, NoFunctionToAddTo);
         return;
     }
     console::PrintNarrowLine("IP Address is  " + address);
     if (DoOperation<OperationCode::AddIsnsServer>(function, address) != CallOutcome::Done) {
-        ReportFailure(MessageId::IsnsAddFailed);
+        ShowFailure(MessageId::IsnsAddFailed);
         return;
     }
     console::PrintNarrowLine("Please wait...");
@@ -92,7 +87,7 @@ void RemoveIsnsServer(Arguments arguments) {
     }
     const std::string function = FindFunction();
     if (function.empty()) {
-        ReportFailure(MessageId::IsnsListEmpty, NoFunction);
+        ShowFailure(MessageId::IsnsListEmpty, NoFunction);
         return;
     }
     // What counts as an empty list is the list as it was before the removal.

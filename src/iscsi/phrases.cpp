@@ -16,9 +16,4 @@ void ShowClosingRules() {
     console::PrintLine(Rule78);
 }
 
-void ShowFailure(MessageId id) {
-    ShowMessage(id);
-    ShowLastError();
-}
-
 }  // namespace tavro

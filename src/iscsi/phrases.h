@@ -11,7 +11,4 @@ void ShowPleaseWait();
 // The two rule lines that end a display of rows.
 void ShowClosingRules();
 
-// A failure's own message, then the library's description of what went wrong.
-void ShowFailure(MessageId id);
-
 }  // namespace tavro

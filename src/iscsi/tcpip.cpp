@@ -9,7 +9,7 @@ namespace tavro {
 
 namespace {
 
-// The library wants the IPv6 fields filled although these commands set IPv4 only.
+// These commands set IPv4 only and send these in the IPv6 fields, whatever the port has there.
 constexpr const char* PlaceholderIPv6 = "2001:DB8:85A3:42:1000:8A2E:370:7334";
 constexpr const char* PlaceholderPrefixLength = "124";
 constexpr const char* NoGatewayIPv6 = "0:0:0:0:0:0:0:0";
@@ -18,7 +18,7 @@ void Apply(const std::string& mac, tavroapi::TcpIpSettings& settings) {
     if (DoOperation<tavroapi::OperationCode::SetIscsiTcpIp>(mac, settings) == CallOutcome::Done) {
         ShowMessage(MessageId::TcpIpApplied);
     } else {
-        ReportTcpIpFailure();
+        ShowFailure(MessageId::TcpIpFailed);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "mgmt/rules.h"
 #include "mgmt/text.h"
 
 namespace tavro {
@@ -9,9 +10,6 @@ namespace tavro {
 LayoutGeometry LastLayout;
 
 namespace {
-
-constexpr std::wstring_view TitleRule =
-    L"\t-------------------------------------------------------------------\n";
 
 bool IsEmptyLike(std::string_view value) {
     return value.empty() || value == " " || WithoutOuterBlanks(value) == ":";
@@ -34,11 +32,12 @@ std::wstring LayOutTitle(std::wstring_view message, std::string_view value) {
     const auto half = static_cast<std::int32_t>((message.size() + value.size()) / 2);
     LastLayout = {.padding = half < 34 ? 41 - half : 8, .columnWidth = 33, .indent = 8};
 
-    std::wstring text(TitleRule);
+    const std::wstring rule = std::wstring(TabRule67) + L'\n';
+    std::wstring text = rule;
     text.append(static_cast<std::size_t>(LastLayout.padding), L' ');
     text += IsEmptyLike(value) ? std::wstring(message) : MessageAndValue(message, value);
     text += L'\n';
-    text += TitleRule;
+    text += rule;
     return text;
 }
 

@@ -55,4 +55,9 @@ void ShowLastError() {
     PrintUnlessEmpty(L"Additional: ", error.additional, L"\n");
 }
 
+void ShowFailure(MessageId id, std::string_view value) {
+    ShowMessage(id, value);
+    ShowLastError();
+}
+
 }  // namespace tavro

@@ -23,4 +23,7 @@ void ShowWideRow(std::wstring_view value, std::string_view prefix);
 // additional text, each only when it is not empty.
 void ShowLastError();
 
+// A failure's own message, and then the library's description of it.
+void ShowFailure(MessageId id, std::string_view value = NoValue);
+
 }  // namespace tavro

@@ -242,6 +242,16 @@ enum class MessageId : std::uint32_t {
     ModelName = 25351,
     MaximumFrameSize = 25362,
 
+    // Configuration import
+    ImportSummaryTitle = 26881,
+    ImportedAdapters = 26882,
+    ImportedPorts = 26883,
+    ImportPortFailed = 26884,
+    ImportedTcpIpSettings = 26885,
+    ImportedPortals = 26886,
+    ImportedTargets = 26887,
+    ImportFailures = 26888,
+
     // Ethernet
     WideRowLabel = 29726,
 

@@ -1,6 +1,8 @@
 #include "platform/encoding.h"
 
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #include "platform/code_page.h"
@@ -133,6 +135,34 @@ char32_t TakeUtf8(std::string_view& bytes) {
     return character;
 }
 
+// How many ASCII bytes stand together at the front. Eight at a time.
+std::size_t CountAscii(std::string_view bytes) {
+    std::size_t count = 0;
+    for (std::uint64_t eight = 0; bytes.size() - count >= sizeof eight; count += sizeof eight) {
+        std::memcpy(&eight, bytes.data() + count, sizeof eight);
+        if ((eight & 0x8080808080808080U) != 0) {
+            break;
+        }
+    }
+    while (count < bytes.size() && static_cast<std::uint8_t>(bytes[count]) < 0x80) {
+        ++count;
+    }
+    return count;
+}
+
+// Takes ASCII characters off the bytes, as many as stand together and fit the block through which
+// they go, and tells whether there were any. A block at a time is several times faster than a
+// character.
+bool TakeAscii(std::string_view& bytes, std::wstring& text, std::array<wchar_t, 512>& block) {
+    const std::size_t count = CountAscii(bytes.substr(0, block.size()));
+    for (std::size_t index = 0; index < count; ++index) {
+        block[index] = static_cast<wchar_t>(bytes[index]);
+    }
+    text.append(block.data(), count);
+    bytes.remove_prefix(count);
+    return count > 0;
+}
+
 }  // namespace
 
 std::string EncodeText(std::wstring_view text, unsigned codePage) {
@@ -151,12 +181,9 @@ std::string EncodeText(std::wstring_view text, unsigned codePage) {
 std::wstring DecodeUtf8(std::string_view bytes) {
     std::wstring text;
     text.reserve(bytes.size());
+    std::array<wchar_t, 512> block{};
     while (!bytes.empty()) {
-        const auto first = static_cast<std::uint8_t>(bytes.front());
-        if (first < 0x80) {
-            text += static_cast<wchar_t>(first);
-            bytes.remove_prefix(1);
-        } else {
+        if (!TakeAscii(bytes, text, block)) {
             AppendWide(TakeUtf8(bytes), text);
         }
     }

@@ -105,6 +105,8 @@ std::optional<std::wstring> DecodeByTable(std::string_view bytes, unsigned codeP
         } else if (error == EINVAL) {
             text += L'\xFFFD';
             inputSize = 0;
+        } else if (error != 0 && error != E2BIG) {
+            return std::nullopt;
         }
     }
     return text;

@@ -1,0 +1,25 @@
+// Reading an XML document from a file.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "import/xml_error.h"
+#include "import/xml_node.h"
+
+namespace tavro::xml {
+
+// Reads the file and returns its document's top element, a handle that the caller releases (or lets
+// go out of scope); on failure the empty node. `results` is set in both cases. Never throws.
+// Documents are as ParseXmlText describes them.
+XmlNode ParseXmlFile(const std::wstring& path, XmlResults& results) noexcept;
+
+// The wide text that a file's bytes stand for; nothing when the system cannot convert them.
+//
+// Bytes that look like UTF-16 are little-endian UTF-16: FF FE in front, or EF FF, is skipped, and
+// half a unit at the end makes the whole fail. Other bytes are UTF-8 when the mark EF BB BF is in
+// front, which is skipped, and else text in the system's default code page.
+std::optional<std::wstring> DecodeXmlBytes(std::string_view bytes);
+
+}  // namespace tavro::xml
