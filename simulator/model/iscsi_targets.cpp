@@ -184,7 +184,7 @@ Outcome LogInToTarget(Host& host, const std::string& request,
                                   Quoted(portal.address) + L", port " + Quoted(portal.port) + L".",
                               L"Check the target name, the address and the port number.");
     }
-    const Outcome authenticated = Authenticate(*target, record.login);
+    Outcome authenticated = Authenticate(*target, record.login);
     if (!authenticated.IsDone()) {
         return authenticated;
     }
