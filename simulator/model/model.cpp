@@ -23,7 +23,19 @@ Outcome UnknownIdentifier(const std::string& request, const std::wstring& kind) 
 }
 
 const OperationModel* FindModel(std::uint32_t code) {
-         {AdapterOperations(), InitiatorOperations(), TcpIpOperations(), IscsiPortInfoOperations(), IscsiPortalOperations(), IscsiTargetOperations(), IscsiSessionOperations(), FcoePortOperations(), FcoeTargetOperations(), FcoePingOperations(), VirtualPortOperations(), DcbOperations(), BootOperations(), PartitionOperations(), EthernetPortOperations(), EthernetStatisticsOperations(), AdapterSettingsOperations()}) {
+    for (const auto family :
+         {AdapterOperations(), InitiatorOperations(), TcpIpOperations(), IscsiPortInfoOperations(),
+          IscsiPortalOperations(), IscsiTargetOperations(), IscsiSessionOperations(),
+          FcoePortOperations(), FcoeTargetOperations(), FcoePingOperations(),
+          VirtualPortOperations(), DcbOperations(), BootOperations(), PartitionOperations(),
+          EthernetPortOperations(), EthernetStatisticsOperations(), AdapterSettingsOperations()}) {
+        for (const OperationModel& row : family) {
+            if (static_cast<std::uint32_t>(row.code) == code) {
+                return &row;
+            }
+        }
+    }
+    return nullptr;
 }
 
 }  // namespace tavrosim
