@@ -52,8 +52,8 @@ constexpr SettingRule Address{{}, {}, true};
 constexpr SettingRule Fixed{};
 
 struct SettingRow {
-    std::size_t number;
-    std::string EthernetSettings::*value;
+    std::size_t number = 0;
+    std::string EthernetSettings::*value = nullptr;
     SettingRule rule;
 };
 

@@ -23,8 +23,8 @@ namespace {
 
 // One setting: its title, its number, and how `-setadapinfo` edits it.
 struct SettingRow {
-    MessageId title;
-    std::size_t number;
+    MessageId title{};
+    std::size_t number = 0;
     EditKind kind = EditKind::ShowOnly;
 };
 
