@@ -13,6 +13,7 @@ ROOT = TESTS.parent.parent
 WINE = ROOT / "scripts" / "lib" / "wine"
 LIBRARY = "tavro.dll"
 DEFAULT_LOCALE = "en_US.UTF-8"
+WINDOWS_LOCALES = {"en_US.UTF-8": "English_United States.1252", "ja_JP.UTF-8": "Japanese_Japan.932"}
 TIME_LIMIT = 60  # seconds; far more than any run takes, so that a hanging program ends in a failure
 
 
@@ -50,6 +51,10 @@ class Platform:
         if not self.is_windows:
             return "utf-8"
         return {"ja": "cp932", "zh": "cp936"}.get(locale[:2], "cp1252")
+
+    def locale_name(self, locale):
+        """What the system's C library calls a locale of a run."""
+        return WINDOWS_LOCALES[locale] if self.is_windows else locale
 
     def path(self, path):
         """A path in the form that the program understands."""

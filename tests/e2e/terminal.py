@@ -1,6 +1,7 @@
 """Runs the program on a real terminal: a pseudo-terminal natively, and under Wine a Windows console that Wine
 draws on a pseudo-terminal. Either way what a user would see is kept as a screen of characters."""
 
+import termios
 import time
 import tty
 
@@ -60,6 +61,10 @@ class Terminal:
         self._read_until(lambda: self.has_ended, "the end of the program", seconds)
         self.child.wait()
         return self.child.exitstatus
+
+    def modes(self):
+        """The modes of the pseudo-terminal, native: what tcgetattr tells of it, also after the program's end."""
+        return termios.tcgetattr(self.child.child_fd)
 
     def lines(self):
         """The lines of the screen, without blanks at their ends and empty lines at the bottom."""

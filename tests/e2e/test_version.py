@@ -1,0 +1,83 @@
+"""The version that the program tells, and that Windows tells of it, is the same everywhere."""
+
+import re
+import struct
+import xml.etree.ElementTree
+
+import pytest
+
+from program import ROOT
+
+VERSION = "5.2.3.1"
+RESOURCE_VERSION, RESOURCE_MANIFEST = 16, 24
+ASSEMBLY = "{urn:schemas-microsoft-com:asm.v1}"
+RIGHTS = "{urn:schemas-microsoft-com:asm.v3}"
+
+
+def source(path):
+    return (ROOT / path).read_text(encoding="utf-8")
+
+
+def test_the_sources_agree():
+    script = source("src/platform/tavrocli.rc")
+    found = re.findall(r"project\(tavrocli VERSION ([\d.]+)", source("CMakeLists.txt"))
+    found += re.findall(r'ProductVersion = "(.*)"', source("src/cli/usage.cpp"))
+    found += re.findall(r'<assemblyIdentity [^>]*\bversion="(.*?)"', source("src/platform/tavrocli.manifest"))
+    found += re.findall(r'VALUE "(?:File|Product)Version", "(.*)"', script)
+    found += [number.replace(",", ".") for number in re.findall(r"^(?:FILE|PRODUCT)VERSION (.*)$", script, re.MULTILINE)]
+    assert found == [VERSION] * 7
+
+
+@pytest.mark.platforms("windows")
+def test_the_version_resource(platform):
+    resource = read_resource((platform.folder / "bin" / platform.program).read_bytes(), RESOURCE_VERSION)
+    fixed = resource.index(struct.pack("<I", 0xFEEF04BD))
+    numbers = struct.unpack_from("<4I", resource, fixed + 8)  # of the file, then of the product
+    assert [f"{high >> 16}.{high & 0xFFFF}.{low >> 16}.{low & 0xFFFF}"
+            for high, low in (numbers[:2], numbers[2:])] == [VERSION, VERSION]
+    texts = {"FileVersion": VERSION, "ProductVersion": VERSION, "InternalName": "tavrocli",
+             "OriginalFilename": "tavrocli.exe", "ProductName": "Tavro CLI", "CompanyName": "Tavro"}
+    assert {name: version_text(resource, name) for name in texts} == texts
+
+
+@pytest.mark.platforms("windows")
+def test_the_manifest(platform):
+    resource = read_resource((platform.folder / "bin" / platform.program).read_bytes(), RESOURCE_MANIFEST)
+    manifest = xml.etree.ElementTree.fromstring(resource)
+    identity = manifest.find(ASSEMBLY + "assemblyIdentity")
+    assert identity.get("version") == VERSION
+    assert identity.get("processorArchitecture") == "amd64"
+    level = manifest.find(f".//{RIGHTS}requestedExecutionLevel")
+    assert (level.get("level"), level.get("uiAccess")) == ("asInvoker", "false")
+
+
+def version_text(resource, name):
+    """The value of a string of the version resource; it starts at the next multiple of four bytes."""
+    key = (name + "\0").encode("utf-16-le")
+    start = (resource.index(key) + len(key) + 3) // 4 * 4
+    return resource[start:].decode("utf-16-le").split("\0", 1)[0]
+
+
+def read_resource(program, kind):
+    """The content of the first resource of a kind (a number) in a program file of Windows."""
+    header = struct.unpack_from("<I", program, 0x3C)[0]
+    section_count = struct.unpack_from("<H", program, header + 6)[0]
+    optional_size = struct.unpack_from("<H", program, header + 20)[0]
+    sections = header + 24 + optional_size
+    for section in range(sections, sections + 40 * section_count, 40):
+        name, _, address, _, base = struct.unpack_from("<8s4I", program, section)
+        if name.rstrip(b"\0") == b".rsrc":
+            break
+    else:
+        raise AssertionError("the program has no resources")
+
+    def entries(directory):
+        named, numbered = struct.unpack_from("<2H", program, base + directory + 12)
+        start = base + directory + 16
+        return [struct.unpack_from("<2I", program, start + 8 * entry) for entry in range(named + numbered)]
+
+    directory = dict(entries(0))[kind]
+    while directory & 0x80000000:  # a folder: of kinds, then of names, then of languages
+        directory = entries(directory & 0x7FFFFFFF)[0][1]
+    content, size = struct.unpack_from("<2I", program, base + directory)
+    return program[base + content - address:][:size]
