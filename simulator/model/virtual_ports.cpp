@@ -62,7 +62,7 @@ std::string FreeFcid(const FcoePart& part) {
     std::from_chars(part.fcid.data(), part.fcid.data() + part.fcid.size(), own, 16);
     for (std::uint32_t next = own + 1; next <= std::min(own + AddressesPerFunction, HighestFcid);
          ++next) {
-        const std::string fcid = HexOf(next, part.fcid.size());
+        std::string fcid = HexOf(next, part.fcid.size());
         if (std::none_of(part.virtualPorts.begin(), part.virtualPorts.end(),
                          [&](const VirtualPort& port) { return port.fcid == fcid; })) {
             return fcid;

@@ -15,7 +15,7 @@ std::optional<bool> YesOrNo(const std::string& answer) {
     return std::nullopt;
 }
 
-bool AskYesNo(std::string answer) {
+bool AskYesNo(const std::string& answer) {
     std::optional<bool> verdict = YesOrNo(answer);
     while (!verdict) {
         ShowMessage(MessageId::AskYesOrNo, NoValue, Layout::Prompt);

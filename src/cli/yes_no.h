@@ -10,6 +10,6 @@ std::optional<bool> YesOrNo(const std::string& answer);
 
 // True for "y" or "Y", false for "n" or "N". While the answer is anything else, asks for one of
 // them and reads another line.
-bool AskYesNo(std::string answer);
+bool AskYesNo(const std::string& answer);
 
 }  // namespace tavro
