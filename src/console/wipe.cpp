@@ -1,18 +1,13 @@
 #include "console/wipe.h"
 
-namespace tavro::console {
+#include "platform/wipe.h"
 
-void WipeBytes(void* bytes, std::size_t size) noexcept {
-    auto* byte = static_cast<volatile unsigned char*>(bytes);
-    for (std::size_t index = 0; index < size; ++index) {
-        byte[index] = 0;
-    }
-}
+namespace tavro::console {
 
 void WipeSecret(std::string& text) noexcept {
     // Never more than the capacity, so nothing moves.
     text.resize(text.capacity());
-    WipeBytes(text.data(), text.size());
+    platform::WipeBytes(text.data(), text.size());
     text.clear();
 }
 

@@ -1,13 +1,9 @@
-// Removing secrets from memory.
+// Removing secret texts from memory.
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 namespace tavro::console {
-
-// Overwrites the bytes with zeros in a way that the compiler does not remove.
-void WipeBytes(void* bytes, std::size_t size) noexcept;
 
 // Overwrites the text's whole storage, unused capacity included, with zeros and leaves it empty.
 void WipeSecret(std::string& text) noexcept;

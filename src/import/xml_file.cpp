@@ -6,6 +6,7 @@
 #include "import/xml_parser.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
+#include "platform/wipe.h"
 
 namespace tavro::xml {
 namespace {
@@ -47,7 +48,7 @@ XmlNode Refuse(XmlResults& results, XmlError error) {
 
 // The text of the file, whose bytes are given up; nothing after an error.
 std::optional<std::wstring> ReadText(const std::wstring& path, XmlError& error) {
-    const platform::FileContents file = platform::ReadWholeFile(path);
+    platform::FileContents file = platform::ReadWholeFile(path);
     switch (file.status) {
         case platform::FileReadStatus::CannotOpen:
             error = XmlError::FileNotOpened;
@@ -62,7 +63,9 @@ std::optional<std::wstring> ReadText(const std::wstring& path, XmlError& error) 
             break;
     }
     error = XmlError::ConversionFailed;
-    return DecodeXmlBytes(file.bytes);
+    std::optional<std::wstring> text = DecodeXmlBytes(file.bytes);
+    platform::WipeBytes(file.bytes.data(), file.bytes.size());
+    return text;
 }
 
 }  // namespace

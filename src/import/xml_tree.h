@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "import/xml_node.h"
+#include "platform/wipe.h"
 
 namespace tavro::xml {
 
@@ -75,6 +76,10 @@ struct Node {
 
 struct Document {
     explicit Document(std::wstring wholeText) : text(std::move(wholeText)) {}
+    // Documents hold secrets: the text does not stay behind.
+    ~Document() { platform::WipeBytes(text.data(), text.size() * sizeof(wchar_t)); }
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
 
     std::wstring text;
     Arena arena;

@@ -10,9 +10,9 @@ bool StandardInputIsTerminal();
 int AlternateBackspace();
 
 // While an object of this type lives, the terminal that is standard input hands over every key at
-// once and echoes none. Its former state returns when the object is destroyed and when SIGINT,
-// SIGTERM, SIGHUP or SIGQUIT ends the process; Ctrl-Z is an ordinary key meanwhile. Only one object
-// at a time; only where StandardInputIsTerminal().
+// once and echoes none. Its former state returns when the object is destroyed and when a signal
+// that can be caught ends the process; the process cannot be suspended meanwhile, and Ctrl-Z is an
+// ordinary key. Only one object at a time; only where StandardInputIsTerminal().
 class KeyByKeyMode {
   public:
     KeyByKeyMode();

@@ -1,5 +1,6 @@
 #include "platform/keyboard.h"
 
+#include <sys/resource.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -11,15 +12,20 @@
 namespace tavro::platform {
 namespace {
 
-constexpr std::array<int, 4> EndingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+constexpr std::array<int, 7> EndingSignals{SIGINT,  SIGTERM, SIGHUP, SIGQUIT,
+                                           SIGALRM, SIGUSR1, SIGUSR2};
 
 // A signal handler cannot be told anything, so these are the process's.
 termios formerTerminal{};
 std::array<struct sigaction, EndingSignals.size()> formerActions{};
+struct sigaction formerStop {};
 
 // Puts the terminal back and lets the signal do what it would have done.
 void RestoreAndEnd(int signal) {
     tcsetattr(STDIN_FILENO, TCSANOW, &formerTerminal);
+    // No image of the memory, and so of a secret, is left behind.
+    const rlimit noCore{};
+    setrlimit(RLIMIT_CORE, &noCore);
     struct sigaction defaultAction {};
     defaultAction.sa_handler = SIG_DFL;
     sigaction(signal, &defaultAction, nullptr);
@@ -30,6 +36,10 @@ void InstallHandlers() {
     struct sigaction restoring {};
     restoring.sa_handler = RestoreAndEnd;
     sigemptyset(&restoring.sa_mask);
+    struct sigaction ignoring {};
+    ignoring.sa_handler = SIG_IGN;
+    sigemptyset(&ignoring.sa_mask);
+    sigaction(SIGTSTP, &ignoring, &formerStop);
     for (std::size_t index = 0; index < EndingSignals.size(); ++index) {
         sigaction(EndingSignals[index], nullptr, &formerActions[index]);
         // A signal that the process was started to ignore stays ignored.
@@ -40,6 +50,7 @@ void InstallHandlers() {
 }
 
 void RemoveHandlers() {
+    sigaction(SIGTSTP, &formerStop, nullptr);
     for (std::size_t index = 0; index < EndingSignals.size(); ++index) {
         sigaction(EndingSignals[index], &formerActions[index], nullptr);
     }

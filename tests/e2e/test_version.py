@@ -24,7 +24,8 @@ def test_the_sources_agree():
     found += re.findall(r'ProductVersion = "(.*)"', source("src/cli/usage.cpp"))
     found += re.findall(r'<assemblyIdentity [^>]*\bversion="(.*?)"', source("src/platform/tavrocli.manifest"))
     found += re.findall(r'VALUE "(?:File|Product)Version", "(.*)"', script)
-    found += [number.replace(",", ".") for number in re.findall(r"^(?:FILE|PRODUCT)VERSION (.*)$", script, re.MULTILINE)]
+    numbers = re.findall(r"^(?:FILE|PRODUCT)VERSION (.*)$", script, re.MULTILINE)
+    found += [number.replace(",", ".") for number in numbers]
     assert found == [VERSION] * 7
 
 

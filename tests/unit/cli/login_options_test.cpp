@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "cli/yes_no.h"
@@ -12,7 +13,8 @@ namespace {
 
 using tavroapi::LoginOptions;
 
-// Without the management library messages print nothing: what is seen here is the echo of secrets.
+// What the prompts say depends on whether a management library lies beside the test program, so the
+// answers are looked at and not the screen.
 LoginOptions Parse(std::vector<const char*> words, const std::string& typed = "") {
     console::MemoryConsole memory(typed);
     LoginOptions options;
@@ -83,10 +85,16 @@ TEST(LoginOptions, GuardWipesTheSecrets) {
     options.targetChapName = "target";
     options.targetSecret = "abcdefghijkl";
     options.initiatorSecret = "ABCDEFGHIJKLMNOP";
+    const char* const targetBytes = options.targetSecret.data();
+    const char* const initiatorBytes = options.initiatorSecret.data();
     { const LoginSecretsGuard guard(options); }
     EXPECT_EQ(options.targetChapName, "target");
     EXPECT_EQ(options.targetSecret, "");
     EXPECT_EQ(options.initiatorSecret, "");
+    ASSERT_EQ(options.targetSecret.data(), targetBytes);
+    ASSERT_EQ(options.initiatorSecret.data(), initiatorBytes);
+    EXPECT_EQ(std::string(targetBytes, 12), std::string(12, '\0'));
+    EXPECT_EQ(std::string(initiatorBytes, 16), std::string(16, '\0'));
 }
 
 TEST(YesNo, AsksUntilTheAnswerIsOneOfFourLetters) {
