@@ -19,13 +19,13 @@ def source(path):
 
 
 def test_the_sources_agree():
-    script = source("src/platform/tavrocli.rc")
+    script = " ".join(source("src/platform/tavrocli.rc").split())
     found = re.findall(r"project\(tavrocli VERSION ([\d.]+)", source("CMakeLists.txt"))
     found += re.findall(r'ProductVersion = "(.*)"', source("src/cli/usage.cpp"))
     found += re.findall(r'<assemblyIdentity [^>]*\bversion="(.*?)"', source("src/platform/tavrocli.manifest"))
-    found += re.findall(r'VALUE "(?:File|Product)Version", "(.*)"', script)
-    numbers = re.findall(r"^(?:FILE|PRODUCT)VERSION (.*)$", script, re.MULTILINE)
-    found += [number.replace(",", ".") for number in numbers]
+    found += re.findall(r'VALUE "(?:File|Product)Version", "(.*?)"', script)
+    numbers = re.findall(r"(?:FILE|PRODUCT)VERSION ([\d, ]*\d)", script)
+    found += [re.sub(", ?", ".", number) for number in numbers]
     assert found == [VERSION] * 7
 
 

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <random>
 
-#include "import/xml_helpers.h"
+#include "unit/import/xml_helpers.h"
 #include "platform/encoding.h"
 
 namespace tavro::xml {

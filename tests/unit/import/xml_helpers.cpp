@@ -1,4 +1,4 @@
-#include "import/xml_helpers.h"
+#include "unit/import/xml_helpers.h"
 
 #include <gtest/gtest.h>
 

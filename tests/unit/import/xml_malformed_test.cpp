@@ -1,7 +1,7 @@
 // Documents that are not well-formed, and where and why they are refused.
 #include <gtest/gtest.h>
 
-#include "import/xml_helpers.h"
+#include "unit/import/xml_helpers.h"
 
 namespace tavro::xml {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "import/xml_helpers.h"
+#include "unit/import/xml_helpers.h"
 #include "import/xml_parser.h"
 
 namespace tavro::xml {

@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "import/xml_file.h"
-#include "import/xml_helpers.h"
+#include "unit/import/xml_helpers.h"
 #include "import/xml_parser.h"
 
 namespace tavro::xml {

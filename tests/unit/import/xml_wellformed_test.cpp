@@ -1,7 +1,7 @@
 // Documents that are well-formed, and the trees that they stand for.
 #include <gtest/gtest.h>
 
-#include "import/xml_helpers.h"
+#include "unit/import/xml_helpers.h"
 
 namespace tavro::xml {
 namespace {
