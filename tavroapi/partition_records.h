@@ -9,6 +9,9 @@
 
 namespace tavroapi {
 
+// The completion code of a write that takes effect when the system restarts.
+inline constexpr std::int32_t RestartNeededResult = 201;
+
 // One function of a partitioned adapter. The personality is "3" (Ethernet), "5" (iSCSI) or "9"
 // (FCoE), or its name; the limits are whole numbers from 0 to 100 in decimal; the companion of the
 // personality is "16" with Ethernet and "0" with the others.

@@ -2,9 +2,9 @@
 
 #include <string_view>
 
+#include "cli/prompts.h"
 #include "console/question.h"
 #include "console/wipe.h"
-#include "mgmt/message.h"
 
 namespace tavro {
 
@@ -13,33 +13,29 @@ namespace {
 constexpr std::size_t ShortestSecret = 12;
 constexpr std::size_t LongestSecret = 16;
 
-void AskChapName(std::string& name, MessageId prompt) {
-    ShowMessage(prompt, NoValue, Layout::Prompt);
-    name = console::ReadLine();
-}
-
 void AskChapSecret(std::string& secret, MessageId prompt) {
     console::AskSecret(
-        secret, [=] { ShowMessage(prompt, NoValue, Layout::Prompt); },
-        [] { ShowMessage(MessageId::ChapSecretRefused, NoValue, Layout::Prompt); },
+        secret, [=] { ShowPrompt(prompt); }, [] { ShowPrompt(MessageId::ChapSecretRefused); },
         [](const std::string& entered) {
             return entered.size() >= ShortestSecret && entered.size() <= LongestSecret;
         });
 }
 
 void AskTargetChap(tavroapi::LoginOptions& options) {
-    AskChapName(options.targetChapName, MessageId::AskTargetChapName);
+    options.targetChapName = AskLine(MessageId::AskTargetChapName);
     AskChapSecret(options.targetSecret, MessageId::AskTargetSecret);
 }
 
 void AskInitiatorChap(tavroapi::LoginOptions& options) {
-    AskChapName(options.initiatorChapName, MessageId::AskInitiatorChapName);
+    options.initiatorChapName = AskLine(MessageId::AskInitiatorChapName);
     AskChapSecret(options.initiatorSecret, MessageId::AskInitiatorSecret);
 }
 
 }  // namespace
 
 void ResetLoginOptions(tavroapi::LoginOptions& options) {
+    console::WipeSecret(options.targetSecret);
+    console::WipeSecret(options.initiatorSecret);
     options = {};
     options.multipath = "Yes";
     options.headerDigest = "No";

@@ -1,5 +1,6 @@
 #include "cli/yes_no.h"
 
+#include "cli/prompts.h"
 #include "console/console.h"
 #include "mgmt/message.h"
 
@@ -18,7 +19,7 @@ std::optional<bool> YesOrNo(const std::string& answer) {
 bool AskYesNo(const std::string& answer) {
     std::optional<bool> verdict = YesOrNo(answer);
     while (!verdict) {
-        ShowMessage(MessageId::AskYesOrNo, NoValue, Layout::Prompt);
+        ShowPrompt(MessageId::AskYesOrNo);
         verdict = YesOrNo(console::ReadLine());
     }
     return *verdict;

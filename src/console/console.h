@@ -44,15 +44,15 @@ std::string ReadLine();
 // SkipCharacter takes it, or else it is what the next reading function meets first.
 std::string ReadLineLeavingLineEnd();
 
-// Reads one character and nothing else, waiting for it; a line end, CR LF or LF, reads as '\n', the
-// end of input as
-// '\0'. DropRestOfLine after a '\n' would drop the next line.
+// Reads one character and nothing else, waiting for it. A line end, CR LF or LF, reads as '\n', the
+// end of input as '\0'. DropRestOfLine after a '\n' would drop the next line.
 char ReadCharacter();
 
 // Takes one character off the input and drops it; a line end counts as one character.
 void SkipCharacter();
 
-// Drops the input up to and including the next line end.
+// Drops the input up to and including the next line end. It does not wait: the next reading
+// function drops it first.
 void DropRestOfLine();
 
 }  // namespace tavro::console

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "console/console.h"
 #include "console/state.h"
 
@@ -53,9 +55,18 @@ int TakeByte(State& state) {
     return next;
 }
 
+void DropUnwanted(State& state) {
+    if (!std::exchange(state.dropRestOfLine, false)) {
+        return;
+    }
+    for (int next = TakeByte(state); next != EndOfInput && next != '\n'; next = TakeByte(state)) {
+    }
+}
+
 std::string ReadLine() {
     Flush();
     State& state = Current();
+    DropUnwanted(state);
     std::string line = ReadUpToLineEnd(state);
     TakeByte(state);
     return line;
@@ -63,12 +74,15 @@ std::string ReadLine() {
 
 std::string ReadLineLeavingLineEnd() {
     Flush();
-    return ReadUpToLineEnd(Current());
+    State& state = Current();
+    DropUnwanted(state);
+    return ReadUpToLineEnd(state);
 }
 
 char ReadCharacter() {
     Flush();
     State& state = Current();
+    DropUnwanted(state);
     int character = TakeByte(state);
     if (character == '\r' && PeekByte(state) == '\n') {
         character = TakeByte(state);
@@ -81,7 +95,7 @@ void SkipCharacter() {
 }
 
 void DropRestOfLine() {
-    ReadLine();
+    Current().dropRestOfLine = true;
 }
 
 }  // namespace tavro::console

@@ -85,6 +85,7 @@ void ReadSecret(std::string& text) {
     text.reserve(UsualRoom);
     try {
         Flush();
+        DropUnwanted(Current());
         ReadKeys(text);
         EndLine();
     } catch (...) {

@@ -7,11 +7,16 @@
 #include <utility>
 
 #include "console/redirect.h"
+#include "platform/wipe.h"
 
 namespace tavro::console {
 
 struct State {
     explicit State(Device consoleDevice) : device(std::move(consoleDevice)) {}
+    // Input that nobody read may hold secrets.
+    ~State() { platform::WipeBytes(input.data(), input.size()); }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
 
     Device device;
 
@@ -29,6 +34,8 @@ struct State {
     bool atEnd = false;
     // The last key was a CR: an LF right after it belongs to it.
     bool swallowLineFeed = false;
+    // What is left of the line in front is not wanted; the next reading function drops it.
+    bool dropRestOfLine = false;
 };
 
 inline constexpr int EndOfInput = -1;
@@ -42,6 +49,9 @@ State* Exchange(State* state);
 
 // The next byte of input, which stays unread, or EndOfInput. Waits for it.
 int PeekByte(State& state);
+
+// Drops what DropRestOfLine asked for. Every reading function begins with it.
+void DropUnwanted(State& state);
 
 // Takes the next byte off the input and wipes it from the buffer; or takes the EndOfInput.
 int TakeByte(State& state);

@@ -4,6 +4,8 @@
 #include <optional>
 #include <vector>
 
+#include "cli/prompts.h"
+#include "cli/yes_no.h"
 #include "console/console.h"
 #include "console/question.h"
 #include "ethernet/closing_rule.h"
@@ -68,25 +70,33 @@ bool IsAvailable(const AdapterSetting& setting) {
     return setting.value != tavroapi::SettingNotAvailable;
 }
 
-// Shows the settings that can be changed, numbered from 0, and returns them by these numbers.
-std::vector<const SettingRow*> ShowChangeableSettings(const AdapterSettings& settings) {
-    std::vector<const SettingRow*> shown;
+// The settings that can be changed. Their places, counted from 0, are the numbers that the user
+// types.
+using ChangeableSettings = std::vector<const SettingRow*>;
+
+ChangeableSettings ChangeableOf(const AdapterSettings& settings) {
+    ChangeableSettings changeable;
     for (const SettingRow& row : SettingRows) {
-        const AdapterSetting& setting = settings.settings.at(row.number);
-        if (row.kind != EditKind::ShowOnly && IsAvailable(setting)) {
-            ShowMessage(row.title, setting.value, Layout::Row, std::to_string(shown.size()) + ". ");
-            shown.push_back(&row);
+        if (row.kind != EditKind::ShowOnly && IsAvailable(settings.settings.at(row.number))) {
+            changeable.push_back(&row);
         }
     }
-    return shown;
+    return changeable;
+}
+
+void ShowNumbered(const AdapterSettings& settings, const ChangeableSettings& changeable) {
+    for (std::size_t number = 0; number < changeable.size(); ++number) {
+        const SettingRow& row = *changeable[number];
+        ShowMessage(row.title, settings.settings.at(row.number).value, Layout::Row,
+                    std::to_string(number) + ". ");
+    }
 }
 
 // The row whose number the answer is, by exact text; null when there is none.
-const SettingRow* RowNumbered(const std::string& answer,
-                              const std::vector<const SettingRow*>& shown) {
-    for (std::size_t number = 0; number < shown.size(); ++number) {
+const SettingRow* RowNumbered(const std::string& answer, const ChangeableSettings& changeable) {
+    for (std::size_t number = 0; number < changeable.size(); ++number) {
         if (answer == std::to_string(number)) {
-            return shown[number];
+            return changeable[number];
         }
     }
     return nullptr;
@@ -103,12 +113,12 @@ void Edit(AdapterSettings& settings, const SettingRow& row) {
 enum class Decision { Confirm, Abort };
 
 // Edits the settings that the user names until he is through.
-Decision EditSettings(AdapterSettings& settings, const std::vector<const SettingRow*>& shown) {
+Decision EditSettings(AdapterSettings& settings, const ChangeableSettings& changeable) {
     return console::AskWithRetryPrompt(
-        [] { ShowMessage(MessageId::AskFirstSetting, NoValue, Layout::Prompt); },
+        [] { ShowPrompt(MessageId::AskFirstSetting); },
         [] {
             console::PrintNarrowLine("");
-            ShowMessage(MessageId::AskNextSetting, NoValue, Layout::Prompt);
+            ShowPrompt(MessageId::AskNextSetting);
         },
         [&](const std::string& answer) -> std::optional<Decision> {
             if (answer == "Y" || answer == "y") {
@@ -117,31 +127,30 @@ Decision EditSettings(AdapterSettings& settings, const std::vector<const Setting
             if (answer == "A" || answer == "a") {
                 return Decision::Abort;
             }
-            if (const SettingRow* const row = RowNumbered(answer, shown)) {
+            if (const SettingRow* const row = RowNumbered(answer, changeable)) {
                 Edit(settings, *row);
             } else {
-                ShowMessage(MessageId::ValueRefused, NoValue, Layout::Notice);
+                ShowNotice(MessageId::ValueRefused);
             }
             return std::nullopt;
         });
 }
 
 // Shows the edited settings and writes them when the user says so. He is asked once only.
-void ConfirmAndWrite(const std::string& mac, AdapterSettings& settings) {
+void ConfirmAndWrite(const std::string& mac, AdapterSettings& settings,
+                     const ChangeableSettings& changeable) {
     console::PrintNarrowLine("");
     ShowMessage(MessageId::AdapterSettingsTitle, NoValue, Layout::Title);
     console::PrintNarrowLine("");
-    ShowChangeableSettings(settings);
+    ShowNumbered(settings, changeable);
     console::PrintNarrowLine("");
-    ShowMessage(MessageId::AskConfirmation, NoValue, Layout::Prompt);
-    const std::string answer = console::ReadLine();
-    if (answer == "Y" || answer == "y") {
+    const std::optional<bool> confirmed = YesOrNo(AskLine(MessageId::AskConfirmation));
+    if (!confirmed) {
+        ShowSpacedNotice(MessageId::ConfirmationRefused);
+    } else if (*confirmed) {
         DoOperation<OperationCode::WriteAdapterSettings>(mac, settings);
-    } else if (answer == "N" || answer == "n") {
-        ShowMessage(MessageId::ChangesDeclined, NoValue, Layout::Prompt);
     } else {
-        console::EndLine();
-        ShowMessage(MessageId::ConfirmationRefused, NoValue, Layout::Notice);
+        ShowPrompt(MessageId::ChangesDeclined);
     }
 }
 
@@ -181,10 +190,11 @@ void ChangeAdapterSettings(const std::string& mac) {
     console::PrintNarrowLine("");
     ShowMessage(MessageId::AdapterSettingsTitle, "", Layout::Title);
     console::PrintNarrowLine("");
-    const auto shown = ShowChangeableSettings(settings);
+    const ChangeableSettings changeable = ChangeableOf(settings);
+    ShowNumbered(settings, changeable);
     console::PrintNarrowLine("");
-    if (EditSettings(settings, shown) == Decision::Confirm) {
-        ConfirmAndWrite(mac, settings);
+    if (EditSettings(settings, changeable) == Decision::Confirm) {
+        ConfirmAndWrite(mac, settings, changeable);
     } else {
         console::PrintNarrowLine("Abort any changes");
     }

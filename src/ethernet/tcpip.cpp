@@ -118,8 +118,7 @@ void ShowEthernetTcpIp(const std::string& mac) {
         ShowMessage(MessageId::IPv6LinkLocalAddress, settings.linkLocalIPv6, Layout::Row);
     }
     ShowRows(settings, IPv6Rows);
-    console::PrintLine(TabRule65);
-    console::PrintLine(Rule78);
+    ShowClosingRules();
 }
 
 void SetEthernetTcpIpByDhcp(const std::string& mac, Arguments arguments) {

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "cli/prompts.h"
 #include "cli/validation.h"
 #include "console/console.h"
 #include "mgmt/text.h"
@@ -27,10 +28,10 @@ void EditByList(AdapterSetting& setting) {
     for (const auto& [key, text] : setting.choices) {
         ShowMessage(MessageId::Choice, ToNarrow(text), Layout::Row, std::to_string(key));
     }
-    ShowMessage(MessageId::AskChoice, NoValue, Layout::Prompt);
+    ShowPrompt(MessageId::AskChoice);
     const auto choice = setting.choices.find(LeadingInteger(console::ReadLine()));
     if (choice == setting.choices.end()) {
-        ShowMessage(MessageId::ChoiceRefused, NoValue, Layout::Notice);
+        ShowNotice(MessageId::ChoiceRefused);
         return;
     }
     const std::string value = ToNarrow(choice->second);
@@ -84,7 +85,7 @@ void EditByRange(AdapterSetting& setting) {
                           ", step: " + range.step + ") : "));
     const std::string answer = console::ReadLine();
     if (const auto refusal = RefusalOf(answer, range)) {
-        ShowMessage(*refusal, NoValue, Layout::Notice);
+        ShowNotice(*refusal);
         return;
     }
     SetValue(setting, answer);

@@ -6,6 +6,7 @@
 
 #include "cli/prompts.h"
 #include "cli/validation.h"
+#include "cli/yes_no.h"
 #include "console/question.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
@@ -97,8 +98,7 @@ void AskBootTarget(const std::string& wwn, FcoeBootTarget& bootTarget) {
 }
 
 bool WantsFurtherTarget() {
-    const std::string answer = AskLine(MessageId::AskFurtherFcoeBootTarget);
-    return answer == "y" || answer == "Y";
+    return YesOrNo(AskLine(MessageId::AskFurtherFcoeBootTarget)) == true;
 }
 
 }  // namespace

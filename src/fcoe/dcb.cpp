@@ -1,6 +1,7 @@
 // Data center bridging of an FCoE port: what it negotiated, and how it is configured.
 #include "fcoe/dcb.h"
 
+#include "cli/prompts.h"
 #include "console/console.h"
 #include "fcoe/dcb_text.h"
 #include "mgmt/message.h"
@@ -55,19 +56,19 @@ constexpr std::string_view TableIndent = "  ";
 
 void ShowGroupsAndPriorities(const std::string& groupMap, const std::string& bandwidths,
                              const std::list<tavroapi::DcbPriority>& priorities) {
-    ShowMessage(MessageId::PriorityGroups, NoValue, Layout::Notice);
+    ShowNotice(MessageId::PriorityGroups);
     for (const std::string_view item : ItemsOf(groupMap)) {
         const MapItem group = CutItem(item);
         console::PrintLine(L"\tPriorities in Priority Group " + ToWide(group.key) + L"\t  : " +
                            ToWide(group.values));
     }
     console::EndLine();
-    ShowMessage(MessageId::GroupBandwidths, NoValue, Layout::Notice);
+    ShowNotice(MessageId::GroupBandwidths);
     console::EndLine();
     ShowMessage(MessageId::Priorities, AllPriorities, Layout::Row, TableIndent);
     ShowMessage(MessageId::BandwidthPercentages, JoinedBandwidths(bandwidths), Layout::Row,
                 TableIndent);
-    ShowMessage(MessageId::SettingsByPriority, NoValue, Layout::Notice);
+    ShowNotice(MessageId::SettingsByPriority);
     for (const tavroapi::DcbPriority& priority : priorities) {
         ShowRows(priority, PriorityRows);
     }
@@ -112,7 +113,7 @@ void ShowConfig(const std::string& wwn, const DcbConfig& config) {
 // A missing entry point has no message of its own.
 void ReportReadFailure(CallOutcome outcome) {
     if (outcome == CallOutcome::Failed) {
-        ShowMessage(MessageId::DcbReadFailed, NoValue, Layout::Notice);
+        ShowNotice(MessageId::DcbReadFailed);
     }
     ShowLastError();
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "cli/prompts.h"
 #include "cli/yes_no.h"
 #include "console/console.h"
 #include "console/question.h"
@@ -29,26 +30,13 @@ bool IsConfigurable(const tavroapi::FcoePortRecord& port) {
            std::end(ConfigurableDrivers);
 }
 
-void Prompt(MessageId question) {
-    ShowMessage(question, NoValue, Layout::Prompt);
-}
-
-void Notify(MessageId message) {
-    ShowMessage(message, NoValue, Layout::Notice);
-}
-
-void Refuse(MessageId refusal) {
-    console::EndLine();
-    Notify(refusal);
-}
-
 bool AskDecision(MessageId question, MessageId refusal = MessageId::AskYesOrNo) {
-    return console::Ask([&] { Prompt(question); }, YesOrNo, [&] { Refuse(refusal); });
+    return console::Ask([&] { ShowPrompt(question); }, YesOrNo, [&] { ShowSpacedNotice(refusal); });
 }
 
 // The line end of the answer to the question before is still unread; it is taken here, once.
 std::string AskPriorities() {
-    const auto prompt = [] { Prompt(MessageId::AskPriorities); };
+    const auto prompt = [] { ShowPrompt(MessageId::AskPriorities); };
     const std::string list = console::AskWithRetryPrompt(
         [&] {
             prompt();
@@ -67,7 +55,7 @@ std::string AskPriorities() {
 void ChangePriorities(DcbConfig& config) {
     bool wasRefused = false;
     while (true) {
-        Prompt(MessageId::AskChangePriorities);
+        ShowPrompt(MessageId::AskChangePriorities);
         const std::optional<bool> change = YesOrNo(console::ReadLineLeavingLineEnd());
         if (change == true) {
             config.priorities = AskPriorities();
@@ -82,27 +70,27 @@ void ChangePriorities(DcbConfig& config) {
             console::PrintLine(L"\t\tDefault Values intact");
             return;
         }
-        Refuse(MessageId::AskYesOrNo);
+        ShowSpacedNotice(MessageId::AskYesOrNo);
         wasRefused = true;
     }
 }
 
 void ChangeGroupMap(DcbConfig& config) {
     if (!AskDecision(MessageId::AskChangeGroupMap)) {
-        Notify(MessageId::GroupMapKept);
+        ShowNotice(MessageId::GroupMapKept);
         return;
     }
-    Prompt(MessageId::AskGroupMap);
+    ShowPrompt(MessageId::AskGroupMap);
     config.priorityGroupMap = console::ReadLine();
 }
 
 void ChangePriorityMap(DcbConfig& config) {
     if (!AskDecision(MessageId::AskChangePriorityMap)) {
-        Notify(MessageId::PriorityMapKept);
+        ShowNotice(MessageId::PriorityMapKept);
         return;
     }
-    Prompt(MessageId::PriorityMapHint);
-    Prompt(MessageId::AskPriorityMap);
+    ShowPrompt(MessageId::PriorityMapHint);
+    ShowPrompt(MessageId::AskPriorityMap);
     config.priorityMap = PriorityMapFromAnswer(console::ReadLine());
 }
 
@@ -128,7 +116,7 @@ void ChangeDcbConfig(const std::string& wwn) {
         return;
     }
     if (!IsConfigurable(port)) {
-        Refuse(MessageId::DcbDriverRefused);
+        ShowSpacedNotice(MessageId::DcbDriverRefused);
         return;
     }
     DcbConfig config;

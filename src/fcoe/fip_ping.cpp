@@ -69,8 +69,7 @@ void PingFromFcoePort(const std::string& wwn, Arguments arguments) {
     ShowMessage(MessageId::FcoePingShortestTime, result.time3 + "ms", Layout::Row);
     ShowMessage(MessageId::FcoePingLongestTime, result.time4 + "ms", Layout::Row);
     ShowMessage(MessageId::FcoePingAverageTime, result.time2 + "ms", Layout::Row);
-    console::PrintLine(TabRule65);
-    console::PrintLine(Rule78);
+    ShowClosingRules();
 }
 
 void ShowFip(const std::string& wwn) {

@@ -7,8 +7,7 @@
 namespace tavro {
 
 // `-fcoe <portWWN> -ping <target name> [-pcount <count> | -timeout <seconds>]`: pings a target from
-// an FCoE port. An option counts only as the last word or directly before it, where nothing else
-// follows.
+// an FCoE port. An option counts only right after the target name, with at most one word after it.
 void PingFromFcoePort(const std::string& wwn, Arguments arguments);
 
 // `-fcoe <portWWN> -getfip`: shows the FIP VLAN ID of an FCoE port. Silent on failure.

@@ -101,8 +101,7 @@ void ShowFcoeStatistics(const std::string& wwn) {
     }
     ShowMessage(MessageId::FcoeStatisticsTitle, wwn, Layout::Title);
     ShowRows(statistics, StatisticsRows);
-    console::PrintLine(TabRule65);
-    console::PrintLine(Rule78);
+    ShowClosingRules();
 }
 
 void ResetFcoeStatistics(const std::string& wwn) {

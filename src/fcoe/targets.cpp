@@ -81,8 +81,7 @@ void ShowFcoeTarget(const std::string& wwn, Arguments arguments) {
     }
     ShowMessage(MessageId::FcoeTargetInfoTitle, target.texts[1], Layout::Title);
     ShowRows(target, TargetInfoRows);
-    console::PrintLine(TabRule65);
-    console::PrintLine(Rule78);
+    ShowClosingRules();
 }
 
 void ListFcoeBindings(const std::string& wwn) {
@@ -98,8 +97,7 @@ void ListFcoeBindings(const std::string& wwn) {
     for (const tavroapi::FcoeBindingRecord& binding : bindings) {
         ShowMessage(MessageId::FcoeBindingTitle);
         ShowRows(binding, BindingRows);
-        console::PrintLine(TabRule65);
-        console::PrintLine(Rule78);
+        ShowClosingRules();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "console/wipe.h"
 #include "mgmt/text.h"
 
 namespace tavro {
@@ -66,15 +67,26 @@ constexpr Key<TargetLoginRecord> TargetKeys[] = {
     {L"Immediate_Data", &TargetLoginRecord::text2},
 };
 
+// Takes the element's value, which may be a secret, into the field; leaves the field as it is when
+// there is none.
+void TakeValue(const XmlNode& element, std::string& field) {
+    if (const auto value = element.ValueAttribute()) {
+        console::WipeSecret(field);
+        field.reserve(value->size());
+        for (const wchar_t unit : *value) {
+            field += NarrowUnit(unit);
+        }
+    }
+}
+
 // Takes the values of the element's children into the fields that the keys name.
 template <class Record>
 void Fill(Record& record, const XmlNode& element, std::span<const Key<Record>> keys) {
     for (std::size_t index = 0; index < element.ChildCount(); ++index) {
         const XmlNode child = element.Child(index);
         for (const Key<Record>& key : keys) {
-            const auto value = child.ValueAttribute();
-            if (key.name == child.Name() && value) {
-                record.*key.field = ToNarrow(*value);
+            if (key.name == child.Name()) {
+                TakeValue(child, record.*key.field);
             }
         }
     }
@@ -106,8 +118,9 @@ bool WasConnected(const XmlNode& element) {
     bool connected = false;
     for (std::size_t index = 0; index < element.ChildCount(); ++index) {
         const XmlNode child = element.Child(index);
-        if (child.Name() == L"Status") {
-            connected = child.ValueAttribute() == L"Connected";
+        const auto value = child.ValueAttribute();
+        if (child.Name() == L"Status" && value) {
+            connected = *value == L"Connected";
         }
     }
     return connected;

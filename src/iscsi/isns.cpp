@@ -5,6 +5,7 @@
 #include <string>
 
 #include "adapters/discovery.h"
+#include "cli/prompts.h"
 #include "cli/validation.h"
 #include "console/console.h"
 #include "mgmt/message.h"
@@ -26,6 +27,15 @@ constexpr const char* NoFunction =
 constexpr const char* NoFunctionToAddTo =
     " There is no iscsi function found on installed CNA card,  please configure at lease one iscsi "
     "function";
+
+// Whether the address is one that a server can have; shows that it is not.
+bool AcceptAddress(const std::string& address) {
+    const bool valid = IsValidIPv4(address);
+    if (!valid) {
+        ShowMessage(MessageId::InvalidAddress);
+    }
+    return valid;
+}
 
 // The key of the function to go through; empty when there is none or it cannot be found out.
 std::string FindFunction() {
@@ -54,15 +64,14 @@ void ListIsnsServers() {
         console::PrintLine(ToWide(server));
     }
     if (servers.empty()) {
-        ShowMessage(MessageId::IsnsListEmpty, NoValue, Layout::Notice);
+        ShowNotice(MessageId::IsnsListEmpty);
     }
     console::PrintLine(Rule54);
 }
 
 void AddIsnsServer(Arguments arguments) {
     const std::string address = ArgumentAt(arguments, 4);
-    if (!IsValidIPv4(address)) {
-        ShowMessage(MessageId::InvalidAddress);
+    if (!AcceptAddress(address)) {
         return;
     }
     const std::string function = FindFunction();
@@ -81,8 +90,7 @@ void AddIsnsServer(Arguments arguments) {
 
 void RemoveIsnsServer(Arguments arguments) {
     const std::string address = ArgumentAt(arguments, 4);
-    if (!IsValidIPv4(address)) {
-        ShowMessage(MessageId::InvalidAddress);
+    if (!AcceptAddress(address)) {
         return;
     }
     const std::string function = FindFunction();

@@ -8,7 +8,4 @@ namespace tavro {
 // Asks for patience before the library works, and leaves a line empty.
 void ShowPleaseWait();
 
-// The two rule lines that end a display of rows.
-void ShowClosingRules();
-
 }  // namespace tavro

@@ -4,6 +4,7 @@
 #include <list>
 
 #include "cli/login_options.h"
+#include "cli/prompts.h"
 #include "console/console.h"
 #include "iscsi/phrases.h"
 #include "iscsi/portal_operands.h"
@@ -32,7 +33,7 @@ void ShowPortals(const std::list<tavroapi::PortalEntry>& portals) {
         console::PrintLine(ToWide(portal.address) + L" : \t" + ToWide(portal.port));
     }
     if (portals.empty()) {
-        ShowMessage(MessageId::NoPortals, NoValue, Layout::Notice);
+        ShowNotice(MessageId::NoPortals);
     }
     console::PrintLine(Rule54);
 }

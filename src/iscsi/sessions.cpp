@@ -3,6 +3,7 @@
 #include <iterator>
 #include <tuple>
 
+#include "cli/prompts.h"
 #include "cli/validation.h"
 #include "console/console.h"
 #include "iscsi/phrases.h"
@@ -81,7 +82,7 @@ void ShowLuns(const std::list<LunRecord>& luns) {
     ShowMessage(MessageId::IscsiLunListTitle);
     if (luns.empty()) {
         console::PrintLine(Rule78);
-        ShowMessage(MessageId::NoIscsiLuns, NoValue, Layout::Notice);
+        ShowNotice(MessageId::NoIscsiLuns);
     }
     for (const LunRecord& lun : luns) {
         ShowMessage(MessageId::IscsiLunTitle, lun.texts[LunTitlePosition], Layout::Title);

@@ -4,6 +4,7 @@
 #include <list>
 
 #include "cli/login_options.h"
+#include "cli/prompts.h"
 #include "console/console.h"
 #include "iscsi/phrases.h"
 #include "iscsi/portal_operands.h"
@@ -57,7 +58,7 @@ void ShowTargets(const std::string& mac, MessageId title, MessageId failure) {
         console::PrintLine(line);
     }
     if (targets.empty()) {
-        ShowMessage(MessageId::NoTargets, NoValue, Layout::Notice);
+        ShowNotice(MessageId::NoTargets);
     }
     console::PrintLine(Rule96);
 }
@@ -76,7 +77,7 @@ bool IsDiscovered(const std::string& mac, const std::string& name) {
 // Asks whether an undiscovered target is meant. Only the answer's first character counts; the rest
 // of its line is not left to the questions that follow.
 bool ConfirmNewTarget() {
-    ShowMessage(MessageId::AskLoginToNewTarget, NoValue, Layout::Prompt);
+    ShowPrompt(MessageId::AskLoginToNewTarget);
     const char answer = console::ReadCharacter();
     if (answer != 'Y' && answer != 'y') {
         return false;

@@ -534,7 +534,7 @@ enum class MessageId : std::uint32_t {
     ChangesDeclined = 29198,
     ValueRefused = 29202,
 
-    // and the adapter's setting 0.
+    // Ethernet port information; 29728 also labels the adapter's setting 0
     EthernetPortTitle = 29696,
     EthernetPortText7 = 29697,
     EthernetPortText6 = 29698,

@@ -19,4 +19,7 @@ inline constexpr std::wstring_view TabRule67 =
 static_assert(Rule54.size() == 54 && Rule78.size() == 78 && Rule96.size() == 96);
 static_assert(TabRule65.size() == 1 + 65 && TabRule67.size() == 1 + 67);
 
+// Prints the two rule lines, the tabbed one of 65 hyphens and that of 78, that end many displays.
+void ShowClosingRules();
+
 }  // namespace tavro

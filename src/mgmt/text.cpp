@@ -13,11 +13,13 @@ std::wstring ToWide(std::string_view text) {
     return wide;
 }
 
+char NarrowUnit(wchar_t unit) {
+    return static_cast<char>(static_cast<unsigned char>(unit & 0xFF));
+}
+
 std::string ToNarrow(std::wstring_view text) {
     std::string narrow(text.size(), '\0');
-    std::transform(text.begin(), text.end(), narrow.begin(), [](wchar_t unit) {
-        return static_cast<char>(static_cast<unsigned char>(unit & 0xFF));
-    });
+    std::transform(text.begin(), text.end(), narrow.begin(), NarrowUnit);
     return narrow;
 }
 

@@ -10,6 +10,9 @@ namespace tavro {
 // the code page.
 std::wstring ToWide(std::string_view text);
 
+// The low byte of a wide unit.
+char NarrowUnit(wchar_t unit);
+
 // Narrows a wide text unit by unit: each unit keeps its low byte.
 std::string ToNarrow(std::wstring_view text);
 

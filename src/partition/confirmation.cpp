@@ -1,20 +1,19 @@
 #include "partition/confirmation.h"
 
+#include <optional>
+
 #include "cli/prompts.h"
+#include "cli/yes_no.h"
 
 namespace tavro {
 
 bool AskConfirmation() {
-    const std::string answer = AskLine(MessageId::AskConfirmation);
-    while (true) {
-        if (answer == "Y" || answer == "y") {
-            return true;
-        }
-        if (answer == "N" || answer == "n") {
-            return false;
-        }
+    const std::optional<bool> confirmed = YesOrNo(AskLine(MessageId::AskConfirmation));
+    // A refused answer is not asked for again: it is refused until nobody reads any more.
+    while (!confirmed) {
         ShowSpacedNotice(MessageId::ConfirmationRefused);
     }
+    return *confirmed;
 }
 
 }  // namespace tavro

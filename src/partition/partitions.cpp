@@ -22,7 +22,6 @@ using tavroapi::PartitionFunction;
 
 constexpr std::uint32_t FourPorts = 4;
 constexpr std::int32_t ValueRefusedResult = 5;
-constexpr std::int32_t RestartNeededResult = 201;
 
 // The labels of a function's fields from the second on; the first is not shown.
 constexpr MessageId FunctionLabels[] = {
@@ -88,7 +87,7 @@ void WriteConfiguration(const std::string& mac, PartitionConfig& config) {
     }
     if (config.result == ValueRefusedResult) {
         ShowNotice(MessageId::ValueRefused);
-    } else if (config.result == RestartNeededResult) {
+    } else if (config.result == tavroapi::RestartNeededResult) {
         ShowNotice(MessageId::RestartNeeded);
     }
 }

@@ -17,8 +17,6 @@ namespace {
 using tavroapi::OperationCode;
 using tavroapi::PersonalitySetting;
 
-constexpr std::int32_t RestartNeededResult = 201;
-
 // Whether the adapter's functions are Ethernet for good, which is then said.
 bool RefusesType(const std::string& adapterType) {
     if (adapterType != "Ethernet") {
@@ -88,7 +86,7 @@ void WriteSetting(const std::string& mac, PersonalitySetting& setting) {
             ShowLastError();
             break;
         case CallOutcome::Done:
-            if (setting.result == RestartNeededResult) {
+            if (setting.result == tavroapi::RestartNeededResult) {
                 ShowNotice(MessageId::RestartNeeded);
             }
             break;

@@ -88,9 +88,8 @@ std::optional<std::wstring> DecodeByTable(std::string_view bytes, unsigned codeP
     if (!conversion.IsOpen()) {
         return std::nullopt;
     }
-    // The interface asks for input that may be changed.
-    std::string changeable(bytes);
-    char* input = changeable.data();
+    // The interface asks for input that may be changed; it does not change it.
+    char* input = const_cast<char*>(bytes.data());
     std::size_t inputSize = bytes.size();
     std::array<wchar_t, 512> decoded{};
     while (inputSize > 0) {

@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "platform/encoding.h"
+#include "platform/wipe.h"
 
 namespace tavro::platform {
 namespace {
@@ -52,6 +53,7 @@ FileContents ReadWholeFile(const std::wstring& path) {
         return {FileReadStatus::ReadFailed, {}};
     }
     if (!file.seekg(0).read(contents.bytes.data(), size)) {
+        WipeBytes(contents.bytes.data(), contents.bytes.size());
         return {FileReadStatus::ReadFailed, {}};
     }
     return contents;
