@@ -8,8 +8,8 @@
 #include <fstream>
 #include <random>
 
-#include "unit/import/xml_helpers.h"
 #include "platform/encoding.h"
+#include "unit/import/xml_helpers.h"
 
 namespace tavro::xml {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "unit/import/xml_helpers.h"
 #include "import/xml_parser.h"
+#include "unit/import/xml_helpers.h"
 
 namespace tavro::xml {
 namespace {

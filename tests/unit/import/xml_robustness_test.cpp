@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "import/xml_file.h"
-#include "unit/import/xml_helpers.h"
 #include "import/xml_parser.h"
+#include "unit/import/xml_helpers.h"
 
 namespace tavro::xml {
 namespace {
