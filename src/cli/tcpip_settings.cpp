@@ -2,6 +2,7 @@
 
 #include "cli/validation.h"
 #include "mgmt/message.h"
+#include "mgmt/operation.h"
 
 namespace tavro {
 
@@ -17,6 +18,18 @@ tavroapi::TcpIpSettings SettingsForVlan(const std::string& vlanId) {
     settings.vlanPriority = "0";
     settings.maxFrameSize = "1500";
     return settings;
+}
+
+std::optional<tavroapi::TcpIpSettings> SettingsForDhcp(Arguments arguments, std::size_t position) {
+    if (!CanDoOperation() || position >= arguments.size()) {
+        return std::nullopt;
+    }
+    const std::string vlanId = arguments[position];
+    if (!IsValidVlanId(vlanId)) {
+        ShowMessage(MessageId::InvalidVlanId);
+        return std::nullopt;
+    }
+    return SettingsForVlan(vlanId);
 }
 
 std::optional<tavroapi::TcpIpSettings> SettingsForStaticIPv4(const std::string& vlanId,

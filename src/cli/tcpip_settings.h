@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "cli/arguments.h"
 #include "tavroapi/tcpip_records.h"
 
 namespace tavro {
@@ -14,6 +15,11 @@ bool IsValidVlanId(const std::string& vlanId);
 // VLANs disabled when that is exactly "0", priority "0", frames of 1500 bytes; everything else
 // empty.
 tavroapi::TcpIpSettings SettingsForVlan(const std::string& vlanId);
+
+// What both kinds of DHCP settings begin with: `SettingsForVlan` of the VLAN ID at `position`.
+// Nothing when there is no such argument or operations cannot be performed, which is passed over in
+// silence, and when the VLAN ID is invalid, whose message is shown.
+std::optional<tavroapi::TcpIpSettings> SettingsForDhcp(Arguments arguments, std::size_t position);
 
 // The settings for a fixed IPv4 address. Checks address, VLAN ID, subnet mask and gateway in this
 // order; for the first that is invalid shows its message and returns nothing.

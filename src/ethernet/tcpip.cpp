@@ -122,27 +122,22 @@ void ShowEthernetTcpIp(const std::string& mac) {
 }
 
 void SetEthernetTcpIpByDhcp(const std::string& mac, Arguments arguments) {
-    if (!CanDoOperation() || arguments.size() < 7) {
+    auto settings = SettingsForDhcp(arguments, 6);
+    if (!settings) {
         return;
     }
-    const std::string vlanId = ArgumentAt(arguments, 6);
-    if (!IsValidVlanId(vlanId)) {
-        ShowMessage(MessageId::InvalidVlanId);
-        return;
-    }
-    TcpIpSettings settings = SettingsForVlan(vlanId);
     if (AddressesIPv4(arguments)) {
-        settings.ipVersion = "1";
-        settings.dhcpEnabled = "Yes";
-        settings.dhcpEnabledIPv6 = "No";
+        settings->ipVersion = "1";
+        settings->dhcpEnabled = "Yes";
+        settings->dhcpEnabledIPv6 = "No";
     } else {
-        settings.ipVersion = "0";
-        settings.dhcpEnabledIPv6 = "Yes";
+        settings->ipVersion = "0";
+        settings->dhcpEnabledIPv6 = "Yes";
     }
-    settings.staticIPv6 = NoAddressIPv6;
-    settings.gatewayIPv6 = NoAddressIPv6;
-    settings.staticPrefixLength = DefaultPrefixLength;
-    Apply(mac, settings);
+    settings->staticIPv6 = NoAddressIPv6;
+    settings->gatewayIPv6 = NoAddressIPv6;
+    settings->staticPrefixLength = DefaultPrefixLength;
+    Apply(mac, *settings);
 }
 
 void SetEthernetTcpIpStatically(const std::string& mac, Arguments arguments) {

@@ -25,21 +25,16 @@ void Apply(const std::string& mac, tavroapi::TcpIpSettings& settings) {
 }  // namespace
 
 void SetIscsiTcpIpByDhcp(const std::string& mac, Arguments arguments) {
-    if (!CanDoOperation() || arguments.size() < 6) {
+    auto settings = SettingsForDhcp(arguments, 5);
+    if (!settings) {
         return;
     }
-    const std::string vlanId = ArgumentAt(arguments, 5);
-    if (!IsValidVlanId(vlanId)) {
-        ShowMessage(MessageId::InvalidVlanId);
-        return;
-    }
-    tavroapi::TcpIpSettings settings = SettingsForVlan(vlanId);
-    settings.dhcpEnabled = "Yes";
-    settings.dhcpEnabledIPv6 = "No";
-    settings.staticIPv6 = PlaceholderIPv6;
-    settings.staticPrefixLength = PlaceholderPrefixLength;
-    settings.gatewayIPv6 = NoGatewayIPv6;
-    Apply(mac, settings);
+    settings->dhcpEnabled = "Yes";
+    settings->dhcpEnabledIPv6 = "No";
+    settings->staticIPv6 = PlaceholderIPv6;
+    settings->staticPrefixLength = PlaceholderPrefixLength;
+    settings->gatewayIPv6 = NoGatewayIPv6;
+    Apply(mac, *settings);
 }
 
 void SetIscsiTcpIpStatically(const std::string& mac, Arguments arguments) {
