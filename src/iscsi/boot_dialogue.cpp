@@ -34,7 +34,7 @@ struct TargetQuestions {
     MessageId chapSecret;
 };
 
-constexpr TargetQuestions FirstTarget = {
+constexpr TargetQuestions FirstTargetQuestions = {
     .target = position::FirstTarget,
     .used = MessageId::AskFirstBootTargetUsed,
     .address = MessageId::AskFirstBootTargetAddress,
@@ -46,7 +46,7 @@ constexpr TargetQuestions FirstTarget = {
     .chapSecret = MessageId::AskFirstBootTargetChapSecret,
 };
 
-constexpr TargetQuestions SecondTarget = {
+constexpr TargetQuestions SecondTargetQuestions = {
     .target = position::SecondTarget,
     .used = MessageId::AskSecondBootTargetUsed,
     .address = MessageId::AskSecondBootTargetAddress,
@@ -151,25 +151,26 @@ void AskTargetNames(IscsiBootConfig& config, const TargetQuestions& questions) {
 
 void AskFirstTarget(IscsiBootConfig& config) {
     ShowSectionTitle(MessageId::FirstBootTargetSection);
-    if (!AskTargetUsed(config, FirstTarget)) {
+    if (!AskTargetUsed(config, FirstTargetQuestions)) {
         return;
     }
-    AskTargetAddress(config, FirstTarget);
-    AskTargetPort(config, FirstTarget);
-    config.texts[FirstTarget.target + position::TargetLun] =
-        AskDigits(FirstTarget.lun, MessageId::BootTargetNumberRefused);
-    AskTargetNames(config, FirstTarget);
+    AskTargetAddress(config, FirstTargetQuestions);
+    AskTargetPort(config, FirstTargetQuestions);
+    config.texts[FirstTargetQuestions.target + position::TargetLun] =
+        AskDigits(FirstTargetQuestions.lun, MessageId::BootTargetNumberRefused);
+    AskTargetNames(config, FirstTargetQuestions);
 }
 
 void AskSecondTarget(IscsiBootConfig& config) {
     ShowSectionTitle(MessageId::SecondBootTargetSection);
-    if (!AskTargetUsed(config, SecondTarget)) {
+    if (!AskTargetUsed(config, SecondTargetQuestions)) {
         return;
     }
-    AskTargetAddress(config, SecondTarget);
-    config.texts[SecondTarget.target + position::TargetLun] = AskLine(SecondTarget.lun);
-    AskTargetPort(config, SecondTarget);
-    AskTargetNames(config, SecondTarget);
+    AskTargetAddress(config, SecondTargetQuestions);
+    config.texts[SecondTargetQuestions.target + position::TargetLun] =
+        AskLine(SecondTargetQuestions.lun);
+    AskTargetPort(config, SecondTargetQuestions);
+    AskTargetNames(config, SecondTargetQuestions);
 }
 
 void AskAddressBinding(const std::string& mac, EntryCache& cache, IscsiBootConfig& config) {

@@ -36,7 +36,7 @@ auto AskUntil(MessageId prompt, Accept accept, MessageId refusal, const std::str
 
 void SetDefaults(PartitionConfig& config) {
     for (PartitionFunction& function : config.functions) {
-        SetPersonality(function, EthernetPersonality());
+        GivePersonality(function, EthernetPersonality());
         function.lowerLimit = LowestLimit;
         function.upperLimit = HighestLimit;
     }
@@ -52,9 +52,10 @@ std::string AskFlowControl() {
     return AskUntil(MessageId::AskPartitionFlowControl, code, MessageId::PartitionMenuRefused);
 }
 
-const Personality& AskPersonality() {
-    const auto personality = [](const std::string& answer) -> std::optional<const Personality*> {
-        const Personality* const found = FindPersonality(answer);
+const FunctionPersonality& AskFunctionPersonality() {
+    const auto personality =
+        [](const std::string& answer) -> std::optional<const FunctionPersonality*> {
+        const FunctionPersonality* const found = FindPersonality(answer);
         return found == nullptr ? std::nullopt : std::optional(found);
     };
     return *AskUntil(MessageId::AskPartitionPersonality, personality,
@@ -75,8 +76,8 @@ std::string AskLimit(MessageId prompt, std::size_t function) {
 void AskFunctions(std::string_view adapterType, const std::vector<std::size_t>& functions,
                   PartitionConfig& config) {
     if (functions.size() > 1) {
-        SetPersonality(config.functions[functions[1]],
-                       adapterType == "CNA" ? AskPersonality() : EthernetPersonality());
+        GivePersonality(config.functions[functions[1]],
+                        adapterType == "CNA" ? AskFunctionPersonality() : EthernetPersonality());
     }
     for (const std::size_t number : functions) {
         PartitionFunction& function = config.functions[number];

@@ -9,7 +9,7 @@ namespace tavro {
 
 namespace {
 
-constexpr Personality Personalities[] = {
+constexpr FunctionPersonality Personalities[] = {
     {.menuKey = "1", .code = "3", .name = "Ethernet", .companion = "16"},
     {.menuKey = "2", .code = "5", .name = "iSCSI", .companion = "0"},
     {.menuKey = "3", .code = "9", .name = "FCoE", .companion = "0"},
@@ -49,17 +49,18 @@ void Convert(Conversion direction, const TableRow (&table)[Count], std::string& 
 
 }  // namespace
 
-void SetPersonality(tavroapi::PartitionFunction& function, const Personality& personality) {
+void GivePersonality(tavroapi::PartitionFunction& function,
+                     const FunctionPersonality& personality) {
     function.personality = personality.code;
     function.companion = personality.companion;
 }
 
-const Personality& EthernetPersonality() {
+const FunctionPersonality& EthernetPersonality() {
     return Personalities[0];
 }
 
-const Personality* FindPersonality(std::string_view menuKey) {
-    return FindRow(Personalities, &Personality::menuKey, menuKey);
+const FunctionPersonality* FindPersonality(std::string_view menuKey) {
+    return FindRow(Personalities, &FunctionPersonality::menuKey, menuKey);
 }
 
 std::optional<std::string> FlowControlCode(std::string_view menuKey) {

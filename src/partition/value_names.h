@@ -11,7 +11,7 @@
 // and which key of a menu chooses them.
 namespace tavro {
 
-struct Personality {
+struct FunctionPersonality {
     std::string_view menuKey;
     std::string_view code;
     std::string_view name;
@@ -19,13 +19,13 @@ struct Personality {
 };
 
 // Gives a function this personality, as code.
-void SetPersonality(tavroapi::PartitionFunction& function, const Personality& personality);
+void GivePersonality(tavroapi::PartitionFunction& function, const FunctionPersonality& personality);
 
 // The personality that every function has unless another one is chosen.
-const Personality& EthernetPersonality();
+const FunctionPersonality& EthernetPersonality();
 
 // The personality that a menu key chooses; null for every other text.
-const Personality* FindPersonality(std::string_view menuKey);
+const FunctionPersonality* FindPersonality(std::string_view menuKey);
 
 // The code of the flow control that a menu key chooses; nothing for every other text.
 std::optional<std::string> FlowControlCode(std::string_view menuKey);

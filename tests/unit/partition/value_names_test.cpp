@@ -11,9 +11,9 @@ TEST(FindPersonality, MenuKeysChooseCodeAndCompanion) {
     tavroapi::PartitionFunction function;
     for (const auto& [key, code, companion] :
          {std::array{"1", "3", "16"}, std::array{"2", "5", "0"}, std::array{"3", "9", "0"}}) {
-        const Personality* const personality = FindPersonality(key);
+        const FunctionPersonality* const personality = FindPersonality(key);
         ASSERT_NE(personality, nullptr) << key;
-        SetPersonality(function, *personality);
+        GivePersonality(function, *personality);
         EXPECT_EQ(function.personality, code);
         EXPECT_EQ(function.companion, companion);
     }
