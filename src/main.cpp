@@ -62,7 +62,10 @@ void Run(Arguments arguments) {
     }
     // Also when a handler is left because the output is gone.
     struct LibrarySession {
+        LibrarySession() = default;
         ~LibrarySession() { Uninitialize(); }
+        LibrarySession(const LibrarySession&) = delete;
+        LibrarySession& operator=(const LibrarySession&) = delete;
     } const session;
 
     EntryCache cache;

@@ -61,7 +61,7 @@ Outcome RefuseUsedAddress(const std::string& address, const Function& owner) {
 // An address from the pool: `pattern` and a number.
 std::string LeaseAddress(const Host& host, const Function& function, const std::string& pattern) {
     for (int number = FirstLease; number <= LastLease; ++number) {
-        const std::string address = pattern + std::to_string(number);
+        std::string address = pattern + std::to_string(number);
         if (OwnerOf(host, address, function) == nullptr) {
             return address;
         }
