@@ -1,6 +1,7 @@
 """Runs the program on a real terminal: a pseudo-terminal natively, and under Wine a Windows console that Wine
 draws on a pseudo-terminal. Either way what a user would see is kept as a screen of characters."""
 
+import signal
 import termios
 import time
 import tty
@@ -9,6 +10,12 @@ import pexpect
 import pyte
 
 from program import DEFAULT_LOCALE, TIME_LIMIT
+
+
+def heed_signals():
+    """A job that runs without a terminal may ignore these; a program that a user starts on one does not."""
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT):
+        signal.signal(number, signal.SIG_DFL)
 
 
 class Terminal:
@@ -26,6 +33,7 @@ class Terminal:
             cwd=str(sandbox.work),
             env=sandbox.environment(locale, {"TERM": "xterm"} | (env or {})),
             dimensions=(rows, columns),
+            preexec_fn=heed_signals,
         )
         self.child.delaybeforesend = None
         if sandbox.platform.is_windows:

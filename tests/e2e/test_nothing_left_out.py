@@ -37,7 +37,7 @@ def test_every_unit_test_program_is_run(platform):
         check=True, capture_output=True, text=True,
     )
     run = " ".join(" ".join(test.get("command", [])) for test in json.loads(listing.stdout)["tests"])
-    built = [path.name for path in (platform.folder / "bin").glob("*_tests*") if path.suffix in ("", ".exe")]
+    built = [path.name for path in (platform.folder / "unit").glob("*_tests*") if path.suffix in ("", ".exe")]
     assert built, "no unit test program was built"
     assert [name for name in built if name not in run] == []
 
