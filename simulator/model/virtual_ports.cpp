@@ -151,14 +151,22 @@ Outcome DeletePorts(Host& host, const std::string& request,
     return Done();
 }
 
-Outcome ListTargets(const Host& host, const std::string& request, const VirtualPortQuery& query,
-                    std::list<tavroapi::VirtualPortTargetRecord>& records) {
+// Refuses a request that names no FCoE port of the host, and a query for no virtual port of it.
+Outcome CheckQuery(const Host& host, const std::string& request, const VirtualPortQuery& query) {
     const FcoeRequest function(host, request);
     if (function.IsRefused()) {
         return function.refusal;
     }
     if (FindVirtualPort(function.Part(), query.portWwn) == function.Part().virtualPorts.end()) {
         return UnknownVirtualPort(query.portWwn);
+    }
+    return Done();
+}
+
+Outcome ListTargets(const Host& host, const std::string& request, const VirtualPortQuery& query,
+                    std::list<tavroapi::VirtualPortTargetRecord>& records) {
+    if (Outcome checked = CheckQuery(host, request, query); !checked.IsDone()) {
+        return checked;
     }
     records.clear();
     for (const SeenTarget& seen : TargetsSeenBy(host.fcoeFabric, query.portWwn, {})) {
@@ -174,12 +182,8 @@ Outcome ListTargets(const Host& host, const std::string& request, const VirtualP
 
 Outcome ListLuns(const Host& host, const std::string& request, const VirtualPortQuery& query,
                  std::list<tavroapi::VirtualPortLunRecord>& records) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    if (FindVirtualPort(function.Part(), query.portWwn) == function.Part().virtualPorts.end()) {
-        return UnknownVirtualPort(query.portWwn);
+    if (Outcome checked = CheckQuery(host, request, query); !checked.IsDone()) {
+        return checked;
     }
     records.clear();
     for (const SeenTarget& seen : TargetsSeenBy(host.fcoeFabric, query.portWwn, {})) {
