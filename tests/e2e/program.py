@@ -14,7 +14,7 @@ WINE = ROOT / "scripts" / "lib" / "wine"
 LIBRARY = "tavro.dll"
 DEFAULT_LOCALE = "en_US.UTF-8"
 WINDOWS_LOCALES = {"en_US.UTF-8": "English_United States.1252", "ja_JP.UTF-8": "Japanese_Japan.932"}
-TIME_LIMIT = 60  # seconds; far more than any run takes, so that a hanging program ends in a failure
+TIME_LIMIT = 300  # seconds; far more than any run takes on a busy machine; a hanging program ends in a failure
 
 
 @dataclasses.dataclass(frozen=True)

@@ -15,15 +15,15 @@ SCRIPT = {
     ],
 }
 
-# What is awaited, and what is typed then. A prompt that stands on the screen already is answered ahead.
+# The numbers of the prompts, and what is typed then.
 ACCEPTED = (
-    [("#22018 :", "y"), ("#22019 :", "n"), ("#22021 :", "y"), ("#22022 :", "3"), ("specified format", "3,4"),
-     ("#22024 :", "y"), ("#22025 :", "0:4,1:3"), ("#22032 :", "y"), ("#22038 :", "0:1,1:2")],
+    [(22018, "y"), (22019, "n"), (22021, "y"), (22022, "3"), (22022, "3,4"),
+     (22024, "y"), (22025, "0:4,1:3"), (22032, "y"), (22038, "0:1,1:2")],
     ["Disable", "Enable", "3 4", "3", "0:1,1:2", "0:4,1:3", "100"],
 )
 REFUSED_FIRST = (
-    [("#22018 :", "y"), ("#22019 :", "y"), ("#22021 :", "x"), ("#28690", "y"), ("#22022 :", "1,2"),
-     ("#22021 :", "n"), ("#22024 :", "n"), ("#22032 :", "n")],
+    [(22018, "y"), (22019, "y"), (22021, "x"), (22021, "y"), (22022, "1,2"),
+     (22021, "n"), (22024, "n"), (22032, "n")],
     ["Enable", "Enable", "1 2", "3", "0:1", "0:3", "100"],
 )
 
@@ -32,9 +32,8 @@ REFUSED_FIRST = (
 def test_every_answer_reaches_its_question(sandbox, dialogue, expected):
     sandbox.write_script(SCRIPT)
     with Terminal(sandbox, ["-fcoe", PORT, "-setdcb"]) as terminal:
-        for awaited, answer in dialogue:
-            terminal.wait_for(awaited)
-            terminal.type(answer + "\r")
+        for number, typed in dialogue:
+            terminal.answer(f"#{number} :", typed)
         terminal.wait_for("DCB Configuration Applied!!")
         assert terminal.wait_for_end() == 0
     sent = [call["input"] for call in sandbox.calls() if call.get("operation") == 45]

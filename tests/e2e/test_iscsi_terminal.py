@@ -10,12 +10,9 @@ LOGIN = ["-iscsi", MAC, "-target", "-login", NAME, "192.0.2.20", "3260", "-onewa
 def test_question_and_secret(sandbox):
     """The rest of the answer's line is not taken for the CHAP name, and a secret shows as stars."""
     with Terminal(sandbox, LOGIN) as terminal:
-        terminal.wait_for("#24591 :")
-        terminal.type("yes\r")
-        terminal.wait_for("#28692 :")
-        terminal.type("target user\r")
-        terminal.wait_for("#28693 :")
-        terminal.type("targetsecret\r")
+        terminal.answer("#24591 :", "yes")
+        terminal.answer("#28692 :", "target user")
+        terminal.answer_secret("#28693 :", "targetsecret")
         assert terminal.wait_for_end() == 0
         lines = [line.strip() for line in terminal.lines()]
         assert b"targetsecret" not in terminal.written
@@ -28,8 +25,7 @@ def test_question_and_secret(sandbox):
 
 def test_question_answered_no(sandbox):
     with Terminal(sandbox, LOGIN) as terminal:
-        terminal.wait_for("#24591 :")
-        terminal.type("n\r")
+        terminal.answer("#24591 :", "n")
         assert terminal.wait_for_end() == 0
         lines = [line.strip() for line in terminal.lines()]
     assert lines == ["", "#28691", "", "#24591 : n", "", "#24592"]

@@ -2,27 +2,23 @@
 
 import os
 import signal
-import termios
 
 import pytest
 
-from terminal import Terminal
+from terminal import LOCAL_MODES, SHOWN_LINE, Terminal
 
 pytestmark = pytest.mark.platforms("native", "sanitize")
 
 NAME = "iqn.2015-01.com.example:host"
 SET_INITIATOR = ["-iscsi", "-setinitiator", NAME, "-onewaychap"]
-LOCAL_MODES = 3  # position of the local modes in what tcgetattr gives
-SHOWN_LINE = termios.ECHO | termios.ICANON
 
 
 def start_of_the_secret(terminal):
     """Answers up to the secret; returns the terminal's modes from before."""
-    terminal.wait_for("#28692 :")
+    terminal.wait_for_prompt("#28692 :")
     before = terminal.modes()
-    assert before[LOCAL_MODES] & SHOWN_LINE == SHOWN_LINE
     terminal.type("target user\r")
-    terminal.wait_for("#28693 :")
+    terminal.wait_for_secret_prompt("#28693 :")
     terminal.type("a")
     terminal.wait_for("#28693 : *")
     assert terminal.modes()[LOCAL_MODES] & SHOWN_LINE == 0
@@ -63,12 +59,11 @@ def test_the_terminal_shows_lines_again_after_a_secret(sandbox):
     with Terminal(sandbox, ["-iscsi", "-setinitiator", NAME, "-mutualchap"]) as terminal:
         before = start_of_the_secret(terminal)
         terminal.type("bcdefghijkl\r")
-        terminal.wait_for("#28694 :")
+        terminal.wait_for_prompt("#28694 :")
         assert terminal.modes() == before
         terminal.type("initiator user\r")
+        terminal.answer_secret("#28695 :", "ABCDEFGHIJKLMNOP")
         terminal.wait_for("#28694 : initiator user")
-        terminal.wait_for("#28695 :")
-        terminal.type("ABCDEFGHIJKLMNOP\r")
         assert terminal.wait_for_end() == 0
         assert terminal.modes() == before
 
