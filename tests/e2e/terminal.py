@@ -112,12 +112,12 @@ class Terminal:
         return self.text().split("\n")
 
     def text(self):
-        return "\n".join(line.rstrip() for line in self.screen.display).rstrip("\n")
+        return "\n".join(self._line(row) for row in range(self.screen.lines)).rstrip("\n")
 
     def _wait_for_next_prompt(self, text, modes, seconds):
         def is_reached():
             row = self.screen.cursor.y
-            if row <= self.prompt_row or self._line(row) != text:
+            if row <= self.prompt_row or self._line(row).strip() != text:
                 return False
             assert row < self.screen.lines - 1, f"the screen is not high enough for {text!r}:\n{self.text()}"
             # A console keeps early keys for the read they are meant for, and shows them then or not.
@@ -128,8 +128,9 @@ class Terminal:
         self.prompt_row = self.screen.cursor.y
 
     def _line(self, row):
-        """A line of the screen without blanks at its ends."""
-        return "".join(self.screen.buffer[row][column].data for column in range(self.screen.columns)).strip()
+        """A line of the screen without blanks at its end."""
+        cells = self.screen.buffer.get(row)  # those that were written
+        return "".join(cells[column].data for column in range(max(cells) + 1)).rstrip() if cells else ""
 
     def _read_until(self, is_reached, what, seconds):
         end = time.monotonic() + seconds
