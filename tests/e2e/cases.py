@@ -96,6 +96,8 @@ def read_case(area, entry):
             if step is not entry:
                 check_keys(step, STEP_KEYS)
             step = {key: entry[key] for key in ("script", "env", "locale") if key in entry} | step
+            require(shows_something(step) or {"calls", "allCalls"} & set(step),
+                    f'step {len(steps) + 1} expects no output; its "calls" or "allCalls" tell what the program did')
             steps.append(read_step(step, has_host=host is not None))
         return Case(
             name=f"{area}/{entry['name']}",
@@ -135,6 +137,11 @@ def read_step(step, has_host):
         all_calls=read_calls(step.get("allCalls")),
         exit_code=step.get("exitCode", 0),
     )
+
+
+def shows_something(step):
+    shown = [step.get("outputText", ""), *(join_lines(step.get(key, [])) for key in ("output", "outputStart", "stderr"))]
+    return any(text.strip() for text in shown)
 
 
 def read_script(script, has_host):

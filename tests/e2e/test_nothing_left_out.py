@@ -89,6 +89,28 @@ def test_every_case_is_run_on_the_platforms_it_names():
         assert case.platforms, f"{case.name} is run on no platform"
 
 
+@pytest.mark.parametrize("expected, is_enough", [
+    ({"output": []}, False),
+    ({"output": ["", " "]}, False),
+    ({"outputText": "\n"}, False),
+    ({"outputStart": [""]}, False),
+    ({"output": [], "exitCode": 0, "without": "Uninitialize"}, False),
+    ({"output": ["#1"], "calls": [], "then": [{"args": [], "output": []}]}, False),
+    ({"output": [], "calls": []}, True),
+    ({"output": [], "allCalls": [], "without": "DoOperation"}, True),
+    ({"output": [{"noNewline": "#1"}]}, True),
+    ({"outputText": "#1"}, True),
+    ({"output": [], "stderr": ["an error"]}, True),
+])
+def test_a_case_that_expects_no_output_looks_at_the_calls(expected, is_enough):
+    entry = {"name": "n", "args": []} | expected
+    if is_enough:
+        assert cases.read_case("area", entry).steps
+    else:
+        with pytest.raises(cases.CaseError, match="expects no output"):
+            cases.read_case("area", entry)
+
+
 def test_every_python_test_is_run(collected):
     files = {line.split("::")[0].rsplit("/", 1)[-1] for line in collected}
     assert sorted({path.name for path in TESTS.rglob("test_*.py")} - files) == []
