@@ -1,0 +1,167 @@
+"""The wording of the simulator's messages: no text is written down here a second time; what is tested holds for
+every text in every language."""
+
+import itertools
+import re
+import subprocess
+
+import pytest
+
+import catalogues
+from catalogues import LANGUAGES, OTHERS
+
+TEXTS = {language: catalogues.read_texts(language) for language in LANGUAGES}
+ENGLISH = TEXTS["english"]
+NAMES = catalogues.read_names()
+# Words that have no capital in a label, and one that has it everywhere.
+OF_EITHER_KIND = {"with", "from", "since", "Ethernet"}
+# Messages whose names tell their place and not what they say.
+NAMED_BY_PLACE = {
+    "RestrictedStateNotice2", "RestrictedStateNotice3", "AdapterListTitle", "FunctionSecondText", "FunctionKey",
+    "UsageIntroduction1", "UsageIntroduction2", "UsageIntroduction3", "PersonalityRefused", "IPv4Section",
+    "IPv6Section", "IscsiPingStarted", "IscsiPingLoss", "StatisticsNote", "PortalListColumns", "LoggedIn", "LoggedOut",
+    "ImportFailures", "WideRowLabel", "PrioritySetting", "FcoeBootSecondSwitch", "AskFcoeBootSecondSwitch",
+    "FcoeBootStateRefused", "BootTargetNumberRefused", "PartitionMenuRefused", "PartitionLimitRefused",
+    "PartitionPersonalityRefused", "ConfirmationRefused", "AskConfirmation", "OutsideBounds",
+}
+NUMBERED_NAME = re.compile(r"(Text|Counters?|Setting|Section|Number)(\d|[ABC])")
+
+
+def assert_none(faults):
+    assert not faults, "\n" + "\n".join(faults)
+
+
+def at(language, number, fault):
+    return f"{language} {number} {TEXTS[language][number]!r}: {fault}"
+
+
+@pytest.mark.parametrize("language", LANGUAGES)
+def test_every_message_of_the_program_is_read(language):
+    """The other tests see what is found in the sources; so all of it must be found."""
+    assert list(TEXTS[language]) == sorted(NAMES)
+
+
+@pytest.mark.parametrize("language", LANGUAGES)
+def test_characters_blanks_and_punctuation(language):
+    assert_none([at(language, number, fault) for number, text in TEXTS[language].items()
+                 for fault in catalogues.form_faults(text, language)])
+
+
+@pytest.mark.parametrize("language", OTHERS)
+def test_a_translation_has_the_terms_keys_numbers_and_punctuation_of_the_english_text(language):
+    assert_none([at(language, number, fault) for number, text in TEXTS[language].items()
+                 for fault in catalogues.pair_faults(ENGLISH[number], text, language)])
+
+
+@pytest.mark.parametrize("language", OTHERS)
+def test_what_is_the_same_in_english_is_the_same_in_a_translation_and_the_other_way_round(language):
+    """Apart from capitals, the plural, and a genitive: "Target CHAP name", "CHAP name of the target"."""
+
+    def plain(english):
+        words = re.findall(r"\w+", english.lower().replace("priorities", "priority"))
+        return sorted(word.removesuffix("s") for word in words if word not in ("of", "the"))
+
+    faults = []
+    for one, other in itertools.combinations(NAMES, 2):
+        is_same = TEXTS[language][one] == TEXTS[language][other]
+        if (is_same and plain(ENGLISH[one]) != plain(ENGLISH[other])) or (
+                not is_same and ENGLISH[one] == ENGLISH[other]):
+            faults.append(at(language, one, f"{ENGLISH[one]!r} beside {ENGLISH[other]!r}, {other}"))
+    assert_none(faults)
+
+
+def test_english_words_stand_in_a_dictionary():
+    """Debian's, or the list of our own."""
+    known = catalogues.COMMON_TERMS | catalogues.ENGLISH_WORDS
+    words = {word for text in ENGLISH.values() for word in catalogues.latin_words(text)}
+    checked = {part for word in words - known - {word.lower() for word in known}
+               for part in word.split("-") if part.lower() not in {each.lower() for each in known}}
+    assert len(checked) > 400, "the words are not found in the texts"
+    result = subprocess.run(["hunspell", "-d", "en_US", "-l"], input="\n".join(sorted(checked)), capture_output=True,
+                            text=True, check=True)
+    assert result.stdout.split() == []
+
+
+def test_every_word_of_our_own_list_is_used():
+    used = {word.lower() for text in ENGLISH.values() for word in catalogues.latin_words(text)}
+    assert sorted(word for word in catalogues.COMMON_TERMS | catalogues.ENGLISH_WORDS if word.lower() not in used) == []
+
+
+@pytest.mark.parametrize("language", LANGUAGES)
+def test_every_line_of_the_glossary_is_used(language):
+    column = LANGUAGES.index(language)
+    used = {word for text in TEXTS[language].values() for word, _ in catalogues.GLOSSARY.find(text, column)}
+    terms = catalogues.GLOSSARY.terms[column]
+    assert sorted(set(terms) - used) == []
+
+
+def words_of_name(name):
+    return {stem(word) for word in re.findall(r"[A-Z]+(?![a-z])|[A-Z][a-z0-9]*", name)}
+
+
+def stem(word):
+    word = re.sub("(ies|y)$", "i", word.lower())
+    return word[:5] if len(word) > 4 else word.rstrip("s")
+
+
+def test_a_text_has_a_word_of_its_name():
+    """So that texts exchanged or moved in all languages alike are found."""
+    named = {name for name in NAMES.values() if not NUMBERED_NAME.search(name)}
+    faults = [
+        at("english", number, f"it is called {name}") for number, name in NAMES.items()
+        if name in named - NAMED_BY_PLACE
+        and not words_of_name(name) & {stem(word) for word in re.findall(r"[A-Za-z0-9]+", ENGLISH[number])}
+    ]
+    assert_none(faults)
+    assert NAMED_BY_PLACE <= named and len(named) > 450
+
+
+def english_kind(text):
+    """"label" (Every Word Has a Capital), "sentence", "either" where that cannot be told, or "mixed"."""
+    words = re.findall(r"(?<!\. )(?<!-)(?<!^)\b[A-Za-z][\w/'-]*", re.sub(r"\(.*?\)|\".*?\"", "", text))
+    words = [word for word in words if len(word) >= 4 and word not in OF_EITHER_KIND and word not in catalogues.COMMON_TERMS
+             and not re.search("[A-Z]", word[1:].replace("-Up", ""))]
+    capitals = {word[0].isupper() for word in words}
+    return "either" if not capitals else "mixed" if len(capitals) > 1 else "label" if True in capitals else "sentence"
+
+
+def test_english_texts_are_labels_or_sentences_as_their_names_say():
+    faults = []
+    for number, name in NAMES.items():
+        text, kind = ENGLISH[number], english_kind(ENGLISH[number])
+        is_sentence = re.search("^(Ask|Confirm)[A-Z]|(Failed|Refused)$", name)
+        if kind == "mixed" or not re.match("[A-Zi.]", text):
+            faults.append(at("english", number, "capitals"))
+        if kind == "label" and (is_sentence or text.endswith((".", "?"))):
+            faults.append(at("english", number, "a sentence with capitals, or a label with an end"))
+        if kind == "sentence" and re.search("(Title|Section)$", name) and not text.endswith("."):
+            faults.append(at("english", number, "a title without capitals"))
+        if re.match("(Ask|Confirm)[A-Z]", name) and text.endswith("."):
+            faults.append(at("english", number, "a question that ends like a notice"))
+        if name.endswith("Failed") and not re.search(r"\b(not|failed)\b", text):
+            faults.append(at("english", number, "a failure that sounds like success"))
+        if re.search(r"\((y/n|Y/N)\)", text) and not re.search(r"\? \((y/n|Y/N)\)$", text):
+            faults.append(at("english", number, "a question without its mark"))
+    assert_none(faults)
+
+
+@pytest.mark.parametrize("language", LANGUAGES)
+def test_exchanged_neighbours_are_noticed(language):
+    """The tests above would notice it, in nearly every case, if two texts of one language changed places."""
+    unnoticed, total = [], 0
+    for one, other in itertools.pairwise(sorted(NAMES)):
+        texts = TEXTS[language]
+        if texts[one] == texts[other]:
+            continue
+        total += 1
+        for number, text in ((one, texts[other]), (other, texts[one])):
+            if language == "english":
+                noticed = any(list(catalogues.pair_faults(text, TEXTS[each][number], each)) for each in OTHERS)
+            else:
+                noticed = list(catalogues.pair_faults(ENGLISH[number], text, language))
+            if noticed:
+                break
+        else:
+            unnoticed.append(f"{language} {one} {texts[one]!r} and {other} {texts[other]!r}")
+    assert total > 500
+    assert len(unnoticed) <= total // 100, "\n".join(unnoticed)
