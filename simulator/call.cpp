@@ -39,10 +39,6 @@ static_assert(InEnumerationOrder());
 
 }  // namespace
 
-std::span<const EntryPointRow> EntryPoints() {
-    return Rows;
-}
-
 const EntryPointRow& RowOf(EntryPoint entryPoint) {
     return Rows[static_cast<std::size_t>(entryPoint)];
 }

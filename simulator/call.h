@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <list>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -35,9 +34,6 @@ struct EntryPointRow {
     std::string_view name;
     const RecordType* output;
 };
-
-/// All eleven, in the order of the enumeration.
-std::span<const EntryPointRow> EntryPoints();
 
 const EntryPointRow& RowOf(EntryPoint entryPoint);
 
