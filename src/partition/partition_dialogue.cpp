@@ -92,10 +92,6 @@ void AskPartitions(std::string_view adapterType, std::int32_t portCount, Partiti
     const std::string mode = AskMode();
     const bool isPartitioned = mode == PartitionedMode;
     SetDefaults(config);
-    if (isPartitioned) {
-        ConvertPersonality(Conversion::NamesToCodes, config);
-        ConvertFlowControl(Conversion::NamesToCodes, config, portCount);
-    }
     for (std::size_t port = 0; port < RecordedPorts(portCount); ++port) {
         PrintPortHeading(port);
         config.flowControl[port] = AskFlowControl();

@@ -76,8 +76,8 @@ void ShowNewConfiguration(const PartitionConfig& config) {
         return;
     }
     PartitionConfig named = config;
-    ConvertPersonality(Conversion::CodesToNames, named);
-    ConvertFlowControl(Conversion::CodesToNames, named, named.portCount);
+    PersonalitiesToNames(named);
+    FlowControlToNames(named, named.portCount);
     ShowPartitionSummary(named);
 }
 

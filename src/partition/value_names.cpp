@@ -38,12 +38,9 @@ const TableRow* FindRow(const TableRow (&table)[Count], std::string_view TableRo
 }
 
 template <class TableRow, std::size_t Count>
-void Convert(Conversion direction, const TableRow (&table)[Count], std::string& text) {
-    const bool toCodes = direction == Conversion::NamesToCodes;
-    const auto from = toCodes ? &TableRow::name : &TableRow::code;
-    const auto to = toCodes ? &TableRow::code : &TableRow::name;
-    if (const TableRow* const row = FindRow(table, from, text)) {
-        text = row->*to;
+void CodeToName(const TableRow (&table)[Count], std::string& text) {
+    if (const TableRow* const row = FindRow(table, &TableRow::code, text)) {
+        text = row->name;
     }
 }
 
@@ -68,16 +65,15 @@ std::optional<std::string> FlowControlCode(std::string_view menuKey) {
     return row == nullptr ? std::nullopt : std::optional<std::string>(row->code);
 }
 
-void ConvertPersonality(Conversion direction, tavroapi::PartitionConfig& config) {
+void PersonalitiesToNames(tavroapi::PartitionConfig& config) {
     for (tavroapi::PartitionFunction& function : config.functions) {
-        Convert(direction, Personalities, function.personality);
+        CodeToName(Personalities, function.personality);
     }
 }
 
-void ConvertFlowControl(Conversion direction, tavroapi::PartitionConfig& config,
-                        std::int32_t portCount) {
+void FlowControlToNames(tavroapi::PartitionConfig& config, std::int32_t portCount) {
     for (std::size_t port = 0; port < RecordedPorts(portCount); ++port) {
-        Convert(direction, FlowControls, config.flowControl[port]);
+        CodeToName(FlowControls, config.flowControl[port]);
     }
 }
 

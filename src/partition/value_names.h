@@ -30,14 +30,11 @@ const FunctionPersonality* FindPersonality(std::string_view menuKey);
 // The code of the flow control that a menu key chooses; nothing for every other text.
 std::optional<std::string> FlowControlCode(std::string_view menuKey);
 
-enum class Conversion { NamesToCodes, CodesToNames };
+// Replaces the personality of every function by its name. A text that is no code stays as it is.
+void PersonalitiesToNames(tavroapi::PartitionConfig& config);
 
-// Converts the personality of every function. A text that matches no row stays as it is.
-void ConvertPersonality(Conversion direction, tavroapi::PartitionConfig& config);
-
-// Converts the flow control of the first `portCount` ports; those beyond the record's four do not
-// count. A text that matches no row stays as it is.
-void ConvertFlowControl(Conversion direction, tavroapi::PartitionConfig& config,
-                        std::int32_t portCount);
+// Replaces the flow control of the first `portCount` ports by its name; those beyond the record's
+// four do not count. A text that is no code stays as it is.
+void FlowControlToNames(tavroapi::PartitionConfig& config, std::int32_t portCount);
 
 }  // namespace tavro

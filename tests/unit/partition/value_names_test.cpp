@@ -40,68 +40,46 @@ TEST(FlowControlCode, IsTheMenuKeyLessOne) {
 constexpr std::array PersonalityCodes{"3", "5", "9"};
 constexpr std::array PersonalityNames{"Ethernet", "iSCSI", "FCoE"};
 
-TEST(ConvertPersonality, GoesBothWaysInAllEightFunctions) {
+TEST(PersonalitiesToNames, NamesAllEightFunctions) {
     PartitionConfig config;
     for (std::size_t i = 0; i < config.functions.size(); ++i) {
         config.functions[i].personality = PersonalityCodes[i % 3];
     }
-    ConvertPersonality(Conversion::CodesToNames, config);
+    PersonalitiesToNames(config);
     for (std::size_t i = 0; i < config.functions.size(); ++i) {
         EXPECT_EQ(config.functions[i].personality, PersonalityNames[i % 3]);
     }
-    ConvertPersonality(Conversion::NamesToCodes, config);
-    for (std::size_t i = 0; i < config.functions.size(); ++i) {
-        EXPECT_EQ(config.functions[i].personality, PersonalityCodes[i % 3]);
+}
+
+TEST(PersonalitiesToNames, OtherTextsStay) {
+    PartitionConfig config;
+    const std::array<const char*, 8> texts{"", "4", "03", "iSCSI", "FCoE ", "ethernet", "55", "x"};
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        config.functions[i].personality = texts[i];
+    }
+    PersonalitiesToNames(config);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        EXPECT_EQ(config.functions[i].personality, texts[i]);
     }
 }
 
-TEST(ConvertPersonality, UnknownTextsStay) {
+TEST(FlowControlToNames, EveryCodeHasItsName) {
     PartitionConfig config;
-    const std::array<const char*, 8> texts{"", "4", "03", "iscsi", "FCoE ", "ethernet", "55", "x"};
-    for (const Conversion direction : {Conversion::NamesToCodes, Conversion::CodesToNames}) {
-        for (std::size_t i = 0; i < texts.size(); ++i) {
-            config.functions[i].personality = texts[i];
-        }
-        ConvertPersonality(direction, config);
-        for (std::size_t i = 0; i < texts.size(); ++i) {
-            EXPECT_EQ(config.functions[i].personality, texts[i]);
-        }
-    }
-}
-
-TEST(ConvertPersonality, WhatIsAlreadyConvertedStays) {
-    PartitionConfig config;
-    config.functions[0].personality = "3";
-    config.functions[1].personality = "iSCSI";
-    ConvertPersonality(Conversion::NamesToCodes, config);
-    EXPECT_EQ(config.functions[0].personality, "3");
-    EXPECT_EQ(config.functions[1].personality, "5");
-    ConvertPersonality(Conversion::CodesToNames, config);
-    config.functions[2].personality = "9";
-    ConvertPersonality(Conversion::CodesToNames, config);
-    EXPECT_EQ(config.functions[0].personality, "Ethernet");
-    EXPECT_EQ(config.functions[2].personality, "FCoE");
-}
-
-TEST(ConvertFlowControl, GoesBothWays) {
-    PartitionConfig config;
-    const std::array<std::string, 4> names{"Auto", "Tx Enabled", "Rx Enabled", "Tx/Rx Enabled"};
     config.flowControl = {"0", "1", "2", "3"};
-    ConvertFlowControl(Conversion::CodesToNames, config, 4);
-    EXPECT_EQ(config.flowControl, names);
-    ConvertFlowControl(Conversion::NamesToCodes, config, 4);
-    EXPECT_EQ(config.flowControl, (std::array<std::string, 4>{"0", "1", "2", "3"}));
+    FlowControlToNames(config, 4);
+    EXPECT_EQ(config.flowControl,
+              (std::array<std::string, 4>{"Auto", "Tx Enabled", "Rx Enabled", "Tx/Rx Enabled"}));
     config.flowControl[0] = "4";
-    ConvertFlowControl(Conversion::CodesToNames, config, 1);
+    FlowControlToNames(config, 1);
     EXPECT_EQ(config.flowControl[0], "Disabled");
 }
 
-TEST(ConvertFlowControl, OnlyTheGivenPortsAreConverted) {
+TEST(FlowControlToNames, OnlyTheGivenPortsAreNamed) {
     const std::array<std::string, 4> codes{"0", "0", "0", "0"};
     for (const std::int32_t portCount : {-1, 0, 1, 2, 3, 4, 5, 2147483647}) {
         PartitionConfig config;
         config.flowControl = codes;
-        ConvertFlowControl(Conversion::CodesToNames, config, portCount);
+        FlowControlToNames(config, portCount);
         for (std::int32_t port = 0; port < 4; ++port) {
             EXPECT_EQ(config.flowControl[static_cast<std::size_t>(port)],
                       port < portCount ? "Auto" : "0")
@@ -110,12 +88,11 @@ TEST(ConvertFlowControl, OnlyTheGivenPortsAreConverted) {
     }
 }
 
-TEST(ConvertFlowControl, UnknownTextsStay) {
+TEST(FlowControlToNames, OtherTextsStay) {
     PartitionConfig config;
     config.flowControl = {"auto", "5", "", "Tx Enabled "};
     const auto before = config.flowControl;
-    ConvertFlowControl(Conversion::NamesToCodes, config, 4);
-    ConvertFlowControl(Conversion::CodesToNames, config, 4);
+    FlowControlToNames(config, 4);
     EXPECT_EQ(config.flowControl, before);
 }
 
