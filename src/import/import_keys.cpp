@@ -72,10 +72,8 @@ constexpr Key<TargetLoginRecord> TargetKeys[] = {
 void TakeValue(const XmlNode& element, std::string& field) {
     if (const auto value = element.ValueAttribute()) {
         console::WipeSecret(field);
-        field.reserve(value->size());
-        for (const wchar_t unit : *value) {
-            field += NarrowUnit(unit);
-        }
+        field.reserve(Utf16Length(*value));
+        AppendNarrow(*value, field);
     }
 }
 

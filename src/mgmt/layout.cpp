@@ -29,7 +29,7 @@ std::wstring Prefixed(std::string_view prefix, std::wstring_view message) {
 }
 
 std::wstring LayOutTitle(std::wstring_view message, std::string_view value) {
-    const auto half = static_cast<std::int32_t>((message.size() + value.size()) / 2);
+    const auto half = static_cast<std::int32_t>((Utf16Length(message) + value.size()) / 2);
     LastLayout = {.padding = half < 34 ? 41 - half : 8, .columnWidth = 33, .indent = 8};
 
     const std::wstring rule = std::wstring(TabRule67) + L'\n';
@@ -59,8 +59,9 @@ std::wstring LayOutRow(std::wstring_view message, std::wstring_view value,
                        std::string_view prefix) {
     constexpr std::wstring_view Separator = L": ";
     const std::wstring label = Prefixed(prefix, message);
-    LastLayout = {
-        .padding = 36 - static_cast<std::int32_t>(label.size()), .columnWidth = 40, .indent = 4};
+    LastLayout = {.padding = 36 - static_cast<std::int32_t>(Utf16Length(label)),
+                  .columnWidth = 40,
+                  .indent = 4};
 
     std::wstring text = L"\t" + label;
     const auto separatorWidth = static_cast<std::int32_t>(Separator.size());

@@ -2,8 +2,27 @@
 
 #include <algorithm>
 #include <limits>
+#include <type_traits>
 
 namespace tavro {
+
+namespace {
+
+constexpr std::uint32_t FirstInPairs = 0x10000;
+constexpr std::uint32_t LastCharacter = 0x10FFFF;
+
+// The number of a unit (wchar_t is signed on some systems).
+constexpr std::uint32_t UnitValue(wchar_t unit) {
+    return static_cast<std::make_unsigned_t<wchar_t>>(unit);
+}
+
+// Whether the unit is a whole character that UTF-16 makes two units of.
+constexpr bool NeedsPair(wchar_t unit) {
+    const std::uint32_t value = UnitValue(unit);
+    return value >= FirstInPairs && value <= LastCharacter;
+}
+
+}  // namespace
 
 std::wstring ToWide(std::string_view text) {
     std::wstring wide(text.size(), L'\0');
@@ -13,14 +32,26 @@ std::wstring ToWide(std::string_view text) {
     return wide;
 }
 
-char NarrowUnit(wchar_t unit) {
-    return static_cast<char>(static_cast<unsigned char>(unit & 0xFF));
+std::size_t Utf16Length(std::wstring_view text) {
+    return text.size() + static_cast<std::size_t>(std::ranges::count_if(text, NeedsPair));
 }
 
 std::string ToNarrow(std::wstring_view text) {
-    std::string narrow(text.size(), '\0');
-    std::transform(text.begin(), text.end(), narrow.begin(), NarrowUnit);
+    std::string narrow;
+    narrow.reserve(Utf16Length(text));
+    AppendNarrow(text, narrow);
     return narrow;
+}
+
+void AppendNarrow(std::wstring_view text, std::string& narrow) {
+    for (const wchar_t unit : text) {
+        const std::uint32_t value = UnitValue(unit);
+        if (NeedsPair(unit)) {
+            // The low byte of the pair's first half; that of the second is the character's own.
+            narrow += static_cast<char>(((value - FirstInPairs) >> 10U) & 0xFFU);
+        }
+        narrow += static_cast<char>(value & 0xFFU);
+    }
 }
 
 std::string_view WithoutOuterBlanks(std::string_view text) {

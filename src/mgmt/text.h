@@ -10,11 +10,16 @@ namespace tavro {
 // the code page.
 std::wstring ToWide(std::string_view text);
 
-// The low byte of a wide unit.
-char NarrowUnit(wchar_t unit);
+// How many units the text has as UTF-16, which it is not on every system: what lengths of texts are
+// counted in, so that they are the same everywhere.
+std::size_t Utf16Length(std::wstring_view text);
 
-// Narrows a wide text unit by unit: each unit keeps its low byte.
+// Narrows a wide text unit by unit: each unit of its UTF-16 form keeps its low byte.
 std::string ToNarrow(std::wstring_view text);
+
+// Appends the narrowed text. Never moves what `narrow` holds if it has room for Utf16Length(text)
+// bytes more.
+void AppendNarrow(std::wstring_view text, std::string& narrow);
 
 // The text without the blanks at both ends. Only ' ' is a blank.
 std::string_view WithoutOuterBlanks(std::string_view text);

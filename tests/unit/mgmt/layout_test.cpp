@@ -51,6 +51,14 @@ TEST(Layout, RowAlignsItsColon) {
     EXPECT_EQ(LastLayout.indent, 4);
 }
 
+TEST(Layout, ACharacterThatIsAPairInUtf16CountsTwice) {
+    EXPECT_EQ(LayOutMessage(L"Lab\U0001F600", "value", Layout::Row, ""),
+              L"\tLab\U0001F600" + Blanks(29) + L": value\n");
+    EXPECT_EQ(LastLayout.padding, 31);
+    EXPECT_EQ(LayOutMessage(L"Na\U0001F600", "", Layout::Title, ""),
+              TitleRule + Blanks(39) + L"Na\U0001F600\n" + TitleRule);
+}
+
 TEST(Layout, RowKeepsItsValueAsItIs) {
     EXPECT_EQ(LayOutMessage(L"Label", "", Layout::Row, ""), L"\tLabel" + Blanks(29) + L": \n");
     EXPECT_EQ(LayOutMessage(L"Label", " : ", Layout::Row, ""),

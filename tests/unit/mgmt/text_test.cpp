@@ -15,6 +15,29 @@ TEST(Text, NarrowsEveryUnitToItsLowByte) {
     EXPECT_EQ(ToNarrow(std::wstring{L'A', wchar_t{0x30C6}, wchar_t{0xFF}}), "A\xC6\xFF");
 }
 
+TEST(Text, NarrowsBothUnitsOfACharacterThatIsAPair) {
+    // D83D DE00, D83D DC41, D800 DC00 and DBFF DFFF, whatever units wide text has here.
+    EXPECT_EQ(ToNarrow(L"a\U0001F600b"), std::string("a=\0b", 4));
+    EXPECT_EQ(ToNarrow(L"\U0001F441"), "=A");
+    EXPECT_EQ(ToNarrow(L"\U00010000\uFFFF\U0010FFFF"), std::string("\0\0\xFF\xFF\xFF", 5));
+}
+
+TEST(Text, CountsACharacterThatIsAPairTwice) {
+    EXPECT_EQ(Utf16Length(L""), 0U);
+    EXPECT_EQ(Utf16Length(L"a\uFFFF"), 2U);
+    EXPECT_EQ(Utf16Length(L"\U00010000a\U0010FFFF"), 5U);
+}
+
+TEST(Text, AppendedTextDoesNotMoveWhatFits) {
+    const std::wstring text = L"secret secret secret \U0001F441";
+    std::string narrow = "before ";
+    narrow.reserve(narrow.size() + Utf16Length(text));
+    const char* const place = narrow.data();
+    AppendNarrow(text, narrow);
+    EXPECT_EQ(narrow, "before secret secret secret =A");
+    EXPECT_EQ(narrow.data(), place);
+}
+
 TEST(Text, KeepsZerosInBothDirections) {
     const std::string text("a\0b", 3);
     EXPECT_EQ(ToNarrow(ToWide(text)), text);
