@@ -12,6 +12,15 @@ std::string ToUtf8(std::wstring_view text) {
     return platform::EncodeText(text, platform::Utf8CodePage);
 }
 
+std::wstring WideCharacter(char32_t character) {
+    if (sizeof(wchar_t) == 2 && character >= 0x10000) {
+        const char32_t rest = character - 0x10000;
+        return {static_cast<wchar_t>(0xD800 + (rest >> 10U)),
+                static_cast<wchar_t>(0xDC00 + (rest & 0x3FFU))};
+    }
+    return {static_cast<wchar_t>(character)};
+}
+
 bool IsUnusual(std::string_view name) {
     return std::ranges::any_of(name, [](char byte) { return (byte & 0x80) != 0; });
 }
@@ -69,8 +78,7 @@ std::string WithoutCharacterReferences(std::string text) {
             begin += 2;
             continue;
         }
-        std::wstring character;
-        character += static_cast<wchar_t>(value);
+        const std::wstring character = WideCharacter(static_cast<char32_t>(value));
         const auto end = static_cast<std::size_t>(digitsEnd + 1 - text.c_str());
         text.replace(begin, end - begin, ToUtf8(character));
         // A reference to "&" may complete one that begins before it.
@@ -93,6 +101,26 @@ std::string WithoutEntityReferences(std::string_view text) {
             text.remove_prefix(1);
         }
     }
+    return result;
+}
+
+std::string WithLineFeedsOnly(std::string_view text) {
+    std::string result;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        if (text[index] == '\r') {
+            result += '\n';
+            index += text.substr(index, 2) == "\r\n" ? 1U : 0U;
+        } else {
+            result += text[index];
+        }
+    }
+    return result;
+}
+
+std::string WithBlanksAsSpaces(std::string_view text) {
+    std::string result = WithLineFeedsOnly(text);
+    std::ranges::replace_if(
+        result, [](char character) { return character == '\t' || character == '\n'; }, ' ');
     return result;
 }
 

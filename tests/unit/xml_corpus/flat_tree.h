@@ -40,6 +40,12 @@ std::string WithoutCharacterReferences(std::string text);
 // The text without references to entities ("&name;").
 std::string WithoutEntityReferences(std::string_view text);
 
+// Each CR LF and each CR becomes one line feed.
+std::string WithLineFeedsOnly(std::string_view text);
+
+// Each tab and each line end (CR LF is one) becomes a space.
+std::string WithBlanksAsSpaces(std::string_view text);
+
 // Runs of blanks become one, none stay at the ends: what a declared type does to a value.
 std::string WithBlanksCollapsed(std::string_view text);
 
