@@ -35,9 +35,10 @@ constexpr std::uint8_t ClassesOf(char32_t character) {
     };
     add(letter, NameStart);
     add(namePart, NamePart);
-    add((printable || character == U'\t') && !markup && character != U']', PlainInText);
-    add(printable && !markup && character != U'"' && character != U'\'', PlainInValue);
-    add(printable || character == U'\t', PlainInRegion);
+    const bool inLine = printable || character == U'\t';
+    add(inLine && !markup && character != U']', PlainInText);
+    add(inLine && !markup && character != U'"' && character != U'\'', PlainInValue);
+    add(inLine, PlainInRegion);
     return static_cast<std::uint8_t>(classes);
 }
 

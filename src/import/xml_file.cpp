@@ -1,5 +1,6 @@
 #include "import/xml_file.h"
 
+#include <algorithm>
 #include <new>
 #include <stdexcept>
 
@@ -15,15 +16,14 @@ constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
 // The second is no byte-order mark of any encoding; files that begin with it are known to be read.
 constexpr std::string_view SkippedBeforeUtf16[] = {"\xFF\xFE", "\xEF\xFF"};
 
-// Nothing when half a unit is left over.
-std::optional<std::wstring> DecodeUtf16(std::string_view bytes) {
-    if (bytes.size() % 2 != 0) {
-        return std::nullopt;
-    }
+// A zero completes half a unit at the end.
+std::wstring DecodeUtf16(std::string_view bytes) {
     std::wstring text;
-    text.reserve(bytes.size() / 2);
+    text.reserve(bytes.size() / 2 + 1);
     const auto byteAt = [bytes](std::size_t index) {
-        return static_cast<char32_t>(static_cast<unsigned char>(bytes[index]));
+        return index < bytes.size()
+                   ? static_cast<char32_t>(static_cast<unsigned char>(bytes[index]))
+                   : char32_t{0};
     };
     for (std::size_t index = 0; index < bytes.size(); index += 2) {
         const char32_t unit = byteAt(index) | (byteAt(index + 1) << 8U);
@@ -39,6 +39,29 @@ std::optional<std::wstring> DecodeUtf16(std::string_view bytes) {
         text += static_cast<wchar_t>(unit);
     }
     return text;
+}
+
+std::optional<std::wstring> DecodeWhole(std::string_view bytes) {
+    if (platform::LooksLikeUtf16(bytes)) {
+        for (const std::string_view skipped : SkippedBeforeUtf16) {
+            if (bytes.starts_with(skipped)) {
+                bytes.remove_prefix(skipped.size());
+                break;
+            }
+        }
+        return DecodeUtf16(bytes);
+    }
+    if (bytes.starts_with(Utf8Mark)) {
+        return platform::DecodeText(bytes.substr(Utf8Mark.size()), platform::Utf8CodePage);
+    }
+    return platform::DecodeText(bytes, platform::SystemCodePage);
+}
+
+// The text ends before its first zero; what follows may be secret and does not stay in memory.
+void EndAtFirstZero(std::wstring& text) {
+    const std::size_t end = std::min(text.find(L'\0'), text.size());
+    platform::WipeBytes(text.data() + end, (text.size() - end) * sizeof(wchar_t));
+    text.resize(end);
 }
 
 XmlNode Refuse(XmlResults& results, XmlError error) {
@@ -71,19 +94,11 @@ std::optional<std::wstring> ReadText(const std::wstring& path, XmlError& error) 
 }  // namespace
 
 std::optional<std::wstring> DecodeXmlBytes(std::string_view bytes) {
-    if (platform::LooksLikeUtf16(bytes)) {
-        for (const std::string_view skipped : SkippedBeforeUtf16) {
-            if (bytes.starts_with(skipped)) {
-                bytes.remove_prefix(skipped.size());
-                break;
-            }
-        }
-        return DecodeUtf16(bytes);
+    std::optional<std::wstring> text = DecodeWhole(bytes);
+    if (text) {
+        EndAtFirstZero(*text);
     }
-    if (bytes.starts_with(Utf8Mark)) {
-        return platform::DecodeText(bytes.substr(Utf8Mark.size()), platform::Utf8CodePage);
-    }
-    return platform::DecodeText(bytes, platform::SystemCodePage);
+    return text;
 }
 
 XmlNode ParseXmlFile(const std::wstring& path, XmlResults& results) noexcept {

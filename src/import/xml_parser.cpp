@@ -28,7 +28,7 @@ class Parser {
     bool ParseMarkup(const Scanner::Mark& opening);
     bool ParseBang(const Scanner::Mark& opening);
     bool ParseRegion(XmlRegion region, XmlError whenUnclosed, const Scanner::Mark& opening);
-    bool AddRegion(XmlRegion region, wchar_t* begin, const wchar_t* closing);
+    bool AddRegion(XmlRegion region, const wchar_t* begin, wchar_t* closing);
     bool ParseStartTag(const Scanner::Mark& opening);
     bool ParseAttributes();
     bool ParseValue(const wchar_t*& value);
@@ -98,7 +98,7 @@ bool Parser::ParseMarkup(const Scanner::Mark& opening) {
 bool Parser::ParseBang(const Scanner::Mark& opening) {
     if (scanner.Sees(L"--")) {
         scanner.at += 2;
-        wchar_t* const begin = scanner.at;
+        const wchar_t* const begin = scanner.at;
         return AddRegion(XmlRegion::Comment, begin, scanner.SkipComment(opening));
     }
     if (scanner.Sees(L"[CDATA[")) {
@@ -111,7 +111,7 @@ bool Parser::ParseBang(const Scanner::Mark& opening) {
         }
         doctypeSeen = true;
         scanner.at += 7;
-        wchar_t* const begin = scanner.at;
+        const wchar_t* const begin = scanner.at;
         return AddRegion(XmlRegion::Doctype, begin, SkipDoctype(scanner, opening));
     }
     return scanner.Fail(XmlError::MalformedMarkup, opening);
@@ -122,17 +122,17 @@ bool Parser::ParseRegion(XmlRegion region, XmlError whenUnclosed, const Scanner:
     if (!builder.HasOpenElement()) {
         return scanner.Fail(XmlError::ContentOutsideTopElement, opening);
     }
-    wchar_t* const begin = scanner.at;
+    const wchar_t* const begin = scanner.at;
     return AddRegion(region, begin,
                      scanner.SkipPast(MarkersOf(region).closing, whenUnclosed, opening));
 }
 
 // Adds the region between the places; false when there is no closing marker.
-bool Parser::AddRegion(XmlRegion region, wchar_t* begin, const wchar_t* closing) {
+bool Parser::AddRegion(XmlRegion region, const wchar_t* begin, wchar_t* closing) {
     if (closing == nullptr) {
         return false;
     }
-    FinishRegion(begin, closing);
+    *closing = L'\0';
     builder.AddRegion(begin, region);
     return true;
 }
@@ -200,7 +200,7 @@ bool Parser::ParseAttributes() {
     return attributes.size() < 2 || CheckForDuplicates();
 }
 
-// Reads an attribute's quoted value; every blank in it becomes a space.
+// Reads an attribute's quoted value.
 bool Parser::ParseValue(const wchar_t*& value) {
     if (*scanner.at != L'"' && *scanner.at != L'\'') {
         return scanner.FailUnexpected(XmlError::MissingQuote);
@@ -223,14 +223,9 @@ bool Parser::ParseValue(const wchar_t*& value) {
                     return true;
                 }
                 break;
-            case L'\t':
-                ++scanner.at;
-                text.Replace(here, L' ', scanner.at);
-                break;
             case L'\n':
             case L'\r':
                 scanner.SkipLineEnd();
-                text.Replace(here, L' ', scanner.at);
                 break;
             case L'&':
                 if (!scanner.ReadReference(text)) {
@@ -324,11 +319,8 @@ bool Parser::ParseText(Scanner::Mark& opening) {
                 }
                 return true;
             case L'\n':
-                scanner.SkipLineEnd();
-                break;
             case L'\r':
                 scanner.SkipLineEnd();
-                text.Replace(here, L'\n', scanner.at);
                 break;
             case L'&':
                 if (!scanner.ReadReference(text)) {

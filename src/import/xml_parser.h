@@ -22,6 +22,8 @@ namespace tavro::xml {
 // - A reference to a character or to an entity other than the five that every document may use
 //   stays as it stands, whether the entity is declared or not.
 // - The encoding that an XML declaration names has no effect.
+// - Text, values and regions are taken as they stand: a line end stays CR LF, CR or LF, and a value
+//   keeps its line ends and tabs.
 XmlNode ParseXmlText(std::wstring text, XmlResults& results) noexcept;
 
 }  // namespace tavro::xml

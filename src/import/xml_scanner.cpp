@@ -186,15 +186,4 @@ bool Scanner::SkipInstruction(const Mark& opening) {
     return SkipPast(L"?>", XmlError::UnclosedInstruction, opening) != nullptr;
 }
 
-void FinishRegion(wchar_t* begin, const wchar_t* end) {
-    Shortener text(begin);
-    const wchar_t* at = begin;
-    while ((at = std::find(at, end, L'\r')) != end) {
-        const wchar_t* const next = at + (at + 1 != end && at[1] == L'\n' ? 2 : 1);
-        text.Replace(at, L'\n', next);
-        at = next;
-    }
-    text.Finish(end);
-}
-
 }  // namespace tavro::xml

@@ -141,7 +141,4 @@ class Scanner {
     XmlResults results;
 };
 
-// Makes every line end in [begin, end) one line feed, and puts a zero behind the text.
-void FinishRegion(wchar_t* begin, const wchar_t* end);
-
 }  // namespace tavro::xml

@@ -24,8 +24,9 @@ std::string EncodeText(std::wstring_view text, unsigned codePage);
 std::optional<std::wstring> DecodeText(std::string_view bytes, unsigned codePage);
 
 // Whether bytes read from a file look like little-endian UTF-16 text. On Windows that is the
-// system's own test (IsTextUnicode); elsewhere the mark FF FE, or a sample in which every other
-// byte is zero often enough that it is text.
+// system's own test (IsTextUnicode), which refuses an odd number of bytes; elsewhere the mark FF
+// FE, or a sample in which every other byte is zero often enough that it is text, where zeros at
+// the end of all bytes do not count.
 bool LooksLikeUtf16(std::string_view bytes);
 
 }  // namespace tavro::platform

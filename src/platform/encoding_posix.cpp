@@ -115,9 +115,10 @@ bool LooksLikeUtf16(std::string_view bytes) {
     if (bytes.substr(0, 2) == "\xFF\xFE") {
         return true;
     }
-    // Markup is ASCII, whose upper halves are zero bytes at the odd places; 8-bit text has none at
-    // all.
-    const std::string_view sample = bytes.substr(0, 4096);
+    // Markup is ASCII, whose upper halves are zero bytes at the odd places; 8-bit text has zeros
+    // at its end at most.
+    const std::string_view text = bytes.substr(0, bytes.find_last_not_of('\0') + 1);
+    const std::string_view sample = text.substr(0, 4096);
     const std::size_t pairs = sample.size() / 2;
     std::size_t zerosAtEven = 0;
     std::size_t zerosAtOdd = 0;

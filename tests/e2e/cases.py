@@ -161,9 +161,14 @@ def read_calls(calls):
 
 
 def file_content(content):
-    """A text, lines of it, or {"path": "a file, relative to the tree's root"} as bytes."""
+    """The bytes of a text, of lines, of {"path": "a file, relative to the tree's root"}, or of
+    {"text": …, "encoding": "one of Python's", "cut": how many bytes are missing at the end}."""
+    if isinstance(content, dict) and "text" in content:
+        check_keys(content, {"text", "encoding", "cut"})
+        encoded = content["text"].encode(content.get("encoding", "utf-8"))
+        return encoded[:len(encoded) - content.get("cut", 0)]
     if isinstance(content, dict):
-        require(set(content) == {"path"}, f'a file is a text, lines, or a "path": {content}')
+        require(set(content) == {"path"}, f'a file is a text, lines, a "text" or a "path": {content}')
         return (ROOT / content["path"]).read_bytes()
     return (content if isinstance(content, str) else join_lines(content)).encode()
 

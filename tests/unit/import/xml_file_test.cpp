@@ -174,20 +174,59 @@ TEST(XmlFile, OfUtf16MayHoldCharactersInPairs) {
     EXPECT_EQ(Describe(ParseBytes("\xFF\xFE" + Utf16(u"<a>\xD83D")).results), "100 at 1:4");
 }
 
-TEST(XmlFile, OfUtf16WithHalfAUnitIsRefused) {
+TEST(XmlFile, OfUtf16WithHalfAUnitIsCompletedByAZero) {
     const std::string document = "\xFF\xFE" + Utf16(Utf16Document);
     for (const std::string& bytes :
          {document + "\n", document + '\0', document.substr(0, document.size() - 1)}) {
         const Parsed parsed = ParseBytes(bytes);
-        EXPECT_TRUE(parsed.top.IsEmpty());
-        // A system that still sees UTF-16 cannot convert it; for one that does not the document
-        // begins with two characters of 8-bit text.
+        // For a system that does not see UTF-16 in it the document begins with two characters of
+        // 8-bit text.
         if (platform::LooksLikeUtf16(bytes)) {
-            EXPECT_EQ(Describe(parsed.results), "14 at 0:0");
+            EXPECT_EQ(Describe(parsed.top), Utf16Tree);
         } else {
             EXPECT_EQ(Describe(parsed.results), "152 at 1:1");
         }
     }
+}
+
+#ifndef _WIN32
+TEST(XmlFile, OfUtf16MayHaveAnOddLength) {
+    EXPECT_EQ(Describe(ParseBytes("\xFF\xFE" + Utf16(u"<a b='\u65E5'/>") + "\n").top),
+              L"a @b='\u65E5'");
+    EXPECT_EQ(Describe(ParseBytes(Utf16(Utf16Document) + "\n").top), Utf16Tree);
+    // The last unit would be another character without its second byte.
+    EXPECT_EQ(Describe(ParseBytes("\xFF\xFE" + Utf16(u"<a/>") + "x").results), "152 at 1:5");
+}
+#endif
+
+TEST(XmlFile, EndsAtItsFirstZero) {
+    const LocaleForTest locale("C.UTF-8");
+    const std::string document =
+        "<?xml version='1.0'?><settings><Initiator_Name value='iqn.2001-04.example'/></settings>";
+    const std::string wide = Utf16(Utf16Document);
+    // An even and an odd number of bytes: with two bytes to a unit, zeros lie differently.
+    for (const std::string& bytes :
+         {document, document + "\n", "\xEF\xBB\xBF" + document, "\xEF\xBB\xBF" + document + "\n"}) {
+        EXPECT_EQ(Describe(ParseBytes(bytes + '\0').top), Utf16Tree);
+    }
+    EXPECT_EQ(Describe(ParseBytes("\xFF\xFE" + wide + std::string(2, '\0')).top), Utf16Tree);
+    EXPECT_EQ(Describe(ParseBytes(wide + std::string(2, '\0')).top), Utf16Tree);
+    // What follows the zero is no part of the document, whatever it is. (A system may refuse UTF-16
+    // that has a zero near its beginning.)
+    const std::string blanks = Utf16(std::u16string(300, u' '));
+    EXPECT_EQ(Describe(ParseBytes("\xFF\xFE" + wide + blanks + Utf16({u"\0<b/>\0", 6})).top),
+              Utf16Tree);
+    EXPECT_EQ(
+        Describe(ParseBytes("\xFF\xFE" + Utf16(u"<a>") + blanks + Utf16({u"\0</a>", 5})).results),
+        "102 at 1:304");
+}
+
+TEST(XmlFile, WhatFollowsTheFirstZeroDoesNotStayInMemory) {
+    const std::string_view bytes("\xEF\xBB\xBF<settings/>\0secret", 21);
+    const std::optional<std::wstring> text = DecodeXmlBytes(bytes);
+    ASSERT_EQ(text, L"<settings/>");
+    ASSERT_GE(text->capacity(), 18U);
+    EXPECT_EQ(std::wstring_view(text->data() + 11, 7), std::wstring(7, L'\0'));
 }
 
 TEST(XmlFile, OfZerosIsRefused) {
@@ -215,7 +254,8 @@ TEST(XmlFile, OfUtf16CutOffAnywhereIsRefused) {
     const std::string document =
         "\xFF\xFE" + Utf16(u"<?xml version='1.0'?><a b='\U0001F600'>x</a>");
     ASSERT_EQ(ParseBytes(document).results.error, 0U);
-    for (std::size_t size = 0; size < document.size(); ++size) {
+    // But for the last byte, which is a zero.
+    for (std::size_t size = 0; size + 1 < document.size(); ++size) {
         const Parsed parsed = ParseBytes(document.substr(0, size));
         EXPECT_NE(parsed.results.error, 0U) << size;
         EXPECT_TRUE(parsed.top.IsEmpty()) << size;

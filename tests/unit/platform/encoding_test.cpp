@@ -163,5 +163,26 @@ TEST(LooksLikeUtf16, EightBitTextIsNot) {
     EXPECT_FALSE(LooksLikeUtf16("\xEF\xBB\xBF<?xml version=\"1.0\"?>\r\n<a/>\r\n"));
 }
 
+TEST(LooksLikeUtf16, ATerminatorDoesNotMakeEightBitTextUtf16) {
+    for (const char* text : {"<?xml version=\"1.0\"?>\n<a/>", "<?xml version=\"1.0\"?>\n<a/>\n"}) {
+        EXPECT_FALSE(LooksLikeUtf16(std::string(text) + '\0'));
+    }
+}
+
+#ifndef _WIN32
+TEST(LooksLikeUtf16, ZerosAtTheEndAreNotCounted) {
+    // A file that was filled up to a whole block.
+    for (const char* text : {"<a/>", "<ab/>", "<?xml version=\"1.0\"?>\n<a/>"}) {
+        std::string bytes = text;
+        bytes.resize(1024);
+        EXPECT_FALSE(LooksLikeUtf16(bytes)) << text;
+    }
+    std::string bytes("<\0a\0/\0>\0", 8);
+    bytes.resize(1024);
+    EXPECT_TRUE(LooksLikeUtf16(bytes));
+    EXPECT_FALSE(LooksLikeUtf16(std::string(1024, '\0')));
+}
+#endif
+
 }  // namespace
 }  // namespace tavro::platform
