@@ -60,7 +60,7 @@ void Run(Arguments arguments) {
         ShowFailure(MessageId::InitializeFailed);
         return;
     }
-    // Also when a handler is left because the output is gone.
+    // Also when a handler is left by an exception.
     struct LibrarySession {
         LibrarySession() = default;
         ~LibrarySession() { Uninitialize(); }
@@ -83,17 +83,13 @@ int main(int argc, char** argv) {
     std::wstring failure;
     try {
         tavro::Run({argv, static_cast<std::size_t>(argc)});
-    } catch (const tavro::console::OutputClosed&) {
-        // Nobody reads any more: there is nothing left to do and nobody to tell.
+    } catch (const tavro::console::OutputLost&) {
+        // A question that nobody would see: there is nobody to tell, either.
         return 0;
     } catch (const std::exception& error) {
         failure = L"tavrocli: " + tavro::ToWide(error.what()) + L"\n";
     }
-    try {
-        tavro::console::Flush();
-    } catch (const tavro::console::OutputClosed&) {
-        // What was pending is lost with its reader.
-    }
+    tavro::console::Flush();
     tavro::platform::WriteStandardError(failure);
     return 0;
 }

@@ -38,17 +38,21 @@ void PrintFunctions(const PortFunctions& functions) {
             if ((address.functionNumber & 1U) == parity) {
                 PrintFunction(address, identity);
             }
-            return false;
+            return console::OutputIsLost();
         });
     }
 }
 
-// Lists one adapter; true when the functions of at least one of its ports were listed.
+// Lists one adapter, until output is lost; true when the functions of at least one of its ports
+// were listed.
 bool ListAdapter(EntryCache& cache, tavroapi::AdapterRecord& adapter) {
     ShowMessage(MessageId::AdapterName, adapter.name, Layout::Row);
     adapter.portNames.unique();
     bool anyListed = false;
     for (const std::string& portName : adapter.portNames) {
+        if (console::OutputIsLost()) {
+            break;
+        }
         PortFunctions functions;
         const CallOutcome outcome = ReadPortFunctions(cache, adapter.name, portName, functions);
         if (outcome == CallOutcome::NotResolved) {
@@ -85,6 +89,9 @@ bool ListHost(EntryCache& cache) {
     }
     bool anyListed = false;
     for (tavroapi::AdapterRecord& adapter : adapters) {
+        if (console::OutputIsLost()) {
+            break;
+        }
         anyListed = ListAdapter(cache, adapter) || anyListed;
     }
     return anyListed;

@@ -3,6 +3,9 @@
 // Wide and narrow output share one pending line, so whatever was printed first comes out first. A
 // line end writes the line, as one write; a prompt without a line end is written before the program
 // waits for input. In every text "\n" is the end of a line, whatever the system's own line end is.
+// On a terminal (a console on Windows) every other control character but the tab is shown as '?':
+// names come from the fabric, and must not clear the administrator's screen. Files and pipes get
+// what was printed.
 #pragma once
 
 #include <stdexcept>
@@ -11,18 +14,40 @@
 
 namespace tavro::console {
 
-// Thrown by the functions below once output can no longer be written (closed or full). The program
-// is to end then, with exit code 0 and without printing anything more. What was pending is dropped.
-struct OutputClosed : std::runtime_error {
-    OutputClosed() : std::runtime_error("standard output cannot be written any more") {}
+// Once output cannot be written (closed, full, nobody reads any more) it is lost for good: what was
+// pending is dropped, and printing does nothing. The program goes on with its work, for which it
+// needs no output. Only what makes no sense unseen throws OutputLost: a question and a notice
+// without end.
+
+// The program is to end, with exit code 0, because nobody would see what it is about to show.
+struct OutputLost : std::runtime_error {
+    OutputLost() : std::runtime_error("standard output cannot be written any more") {}
 };
+
+// Whether output is lost, as far as is known: a write has failed.
+bool OutputIsLost();
+
+// Writes whatever is pending, and throws OutputLost if output is lost. The reading functions begin
+// with it; a notice that repeats without end needs it each time.
+void RequireOutput();
+
+// Calls show(item) for each item of a list, which may be long, unless output is lost.
+template <typename List, typename Show>
+void ShowEach(const List& list, Show show) {
+    for (const auto& item : list) {
+        if (OutputIsLost()) {
+            return;
+        }
+        show(item);
+    }
+}
 
 // Prints wide text. Characters that the output cannot hold become '?'.
 void Print(std::wstring_view text);
 
 // Prints narrow text: the bytes as they are. On a Windows console, which takes Unicode, they are
-// read in the console's output code page; a character of several bytes must not be spread over two
-// calls.
+// read in the console's output code page, on other terminals as UTF-8; a character of several bytes
+// must not be spread over two calls.
 void PrintNarrow(std::string_view bytes);
 
 // Ends the line and writes it.
@@ -35,6 +60,8 @@ void PrintNarrowLine(std::string_view bytes);
 // Writes whatever is pending. To be called before the program ends; the reading functions do it by
 // themselves.
 void Flush();
+
+// The reading functions throw OutputLost if output is lost, and read nothing then.
 
 // Reads a line: the bytes up to the next line end, without the line end and without one CR before
 // it. The end of input ends a line too, so that at the end of input every line is empty.

@@ -64,7 +64,7 @@ void DropUnwanted(State& state) {
 }
 
 std::string ReadLine() {
-    Flush();
+    RequireOutput();
     State& state = Current();
     DropUnwanted(state);
     std::string line = ReadUpToLineEnd(state);
@@ -73,14 +73,14 @@ std::string ReadLine() {
 }
 
 std::string ReadLineLeavingLineEnd() {
-    Flush();
+    RequireOutput();
     State& state = Current();
     DropUnwanted(state);
     return ReadUpToLineEnd(state);
 }
 
 char ReadCharacter() {
-    Flush();
+    RequireOutput();
     State& state = Current();
     DropUnwanted(state);
     int character = TakeByte(state);

@@ -1,5 +1,6 @@
 #include "console/console.h"
 #include "console/state.h"
+#include "platform/control_characters.h"
 
 namespace tavro::console {
 namespace {
@@ -8,15 +9,11 @@ void WritePending(State& state) {
     if (state.pendingText.empty() && state.pendingBytes.empty()) {
         return;
     }
-    const bool written = !state.outputClosed &&
-                         (state.device.writeText ? state.device.writeText(state.pendingText)
-                                                 : state.device.writeBytes(state.pendingBytes));
+    const bool written = state.device.writeText ? state.device.writeText(state.pendingText)
+                                                : state.device.writeBytes(state.pendingBytes);
+    state.outputIsLost = !written;
     state.pendingText.clear();
     state.pendingBytes.clear();
-    if (!written) {
-        state.outputClosed = true;
-        throw OutputClosed();
-    }
 }
 
 // Bytes that the code page cannot make sense of are widened one by one.
@@ -31,7 +28,8 @@ std::wstring Widen(std::string_view bytes, unsigned codePage) {
     return text;
 }
 
-void AppendPending(State& state, std::wstring_view text) {
+// Appends text as it stands.
+void AppendRaw(State& state, std::wstring_view text) {
     if (state.device.writeText) {
         state.pendingText += text;
     } else {
@@ -39,27 +37,33 @@ void AppendPending(State& state, std::wstring_view text) {
     }
 }
 
+void AppendPending(State& state, std::wstring_view text) {
+    if (state.device.isTerminal) {
+        AppendRaw(state, platform::MaskControlCharacters(text));
+    } else {
+        AppendRaw(state, text);
+    }
+}
+
 void AppendPending(State& state, std::string_view bytes) {
     if (state.device.writeText) {
-        state.pendingText += Widen(bytes, state.device.codePage);
+        AppendPending(state, Widen(bytes, state.device.codePage));
+    } else if (state.device.isTerminal) {
+        state.pendingBytes += platform::MaskControlCharacters(bytes);
     } else {
         state.pendingBytes += bytes;
     }
 }
 
 void FinishLine(State& state) {
-    if (state.device.writeText) {
-        state.pendingText.append(state.device.lineEnd.begin(), state.device.lineEnd.end());
-    } else {
-        state.pendingBytes += state.device.lineEnd;
-    }
+    PrintControlSequence(state, state.device.lineEnd);
     WritePending(state);
 }
 
 template <typename View>
 void PrintLines(View text) {
     State& state = Current();
-    while (!text.empty()) {
+    while (!text.empty() && !state.outputIsLost) {
         const std::size_t end = text.find('\n');
         const View line = text.substr(0, end);
         if (!line.empty()) {
@@ -74,6 +78,28 @@ void PrintLines(View text) {
 }
 
 }  // namespace
+
+void PrintControlSequence(State& state, std::string_view sequence) {
+    if (state.outputIsLost) {
+        return;
+    }
+    if (state.device.writeText) {
+        state.pendingText.append(sequence.begin(), sequence.end());
+    } else {
+        state.pendingBytes += sequence;
+    }
+}
+
+bool OutputIsLost() {
+    return Current().outputIsLost;
+}
+
+void RequireOutput() {
+    Flush();
+    if (OutputIsLost()) {
+        throw OutputLost();
+    }
+}
 
 void Print(std::wstring_view text) {
     PrintLines(text);

@@ -23,6 +23,9 @@ struct Device {
     // The code page that wide text is encoded in, or, with writeText, that narrow text is decoded
     // from.
     unsigned codePage = platform::Utf8CodePage;
+    // Whether a terminal takes the output, on which control characters must not act that a text
+    // brings along. Its bytes are UTF-8.
+    bool isTerminal = false;
     // What a "\n" becomes.
     std::string lineEnd = "\n";
     // Puts at most `size` bytes into the buffer and returns how many; 0 is the end of input.

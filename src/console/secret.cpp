@@ -59,8 +59,8 @@ void AppendKey(std::string& text, int key) {
 }
 
 void Echo(std::string_view shown) {
-    PrintNarrow(shown);
-    Flush();
+    PrintControlSequence(Current(), shown);
+    RequireOutput();
 }
 
 void ReadKeys(std::string& text) {
@@ -84,7 +84,7 @@ void ReadSecret(std::string& text) {
     WipeSecret(text);
     text.reserve(UsualRoom);
     try {
-        Flush();
+        RequireOutput();
         DropUnwanted(Current());
         ReadKeys(text);
         EndLine();

@@ -16,6 +16,7 @@ Device ProcessDevice() {
         device.writeText = platform::WriteConsoleText;
     }
     device.codePage = platform::OutputCodePage();
+    device.isTerminal = platform::StandardOutputIsTerminal();
     device.lineEnd = platform::OutputLineEnd();
     device.readBytes = platform::ReadStandardInput;
     device.keysFromTerminal = platform::StandardInputIsTerminal();

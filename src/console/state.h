@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "console/redirect.h"
@@ -24,7 +25,8 @@ struct State {
     // otherwise.
     std::wstring pendingText;
     std::string pendingBytes;
-    bool outputClosed = false;
+    // A write has failed; nothing is pending any more, and nothing is written.
+    bool outputIsLost = false;
 
     // Bytes read from the device; those from `position` on have not been used yet.
     std::array<char, 4096> input{};
@@ -46,6 +48,9 @@ State& Current();
 // Makes another state the one in use, null for that of the process's streams; returns the one
 // before.
 State* Exchange(State* state);
+
+// Prints ASCII characters of the console's own that may steer a terminal.
+void PrintControlSequence(State& state, std::string_view sequence);
 
 // The next byte of input, which stays unread, or EndOfInput. Waits for it.
 int PeekByte(State& state);

@@ -25,9 +25,10 @@ void SetValue(AdapterSetting& setting, const std::string& value) {
 }
 
 void EditByList(AdapterSetting& setting) {
-    for (const auto& [key, text] : setting.choices) {
+    console::ShowEach(setting.choices, [](const auto& choice) {
+        const auto& [key, text] = choice;
         ShowMessage(MessageId::Choice, ToNarrow(text), Layout::Row, std::to_string(key));
-    }
+    });
     ShowPrompt(MessageId::AskChoice);
     const auto choice = setting.choices.find(LeadingInteger(console::ReadLine()));
     if (choice == setting.choices.end()) {

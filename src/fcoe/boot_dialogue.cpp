@@ -66,9 +66,9 @@ void ShowTargets(const std::string& wwn) {
     std::list<FcoeTargetRecord> targets;
     DoOperation<OperationCode::ListFcoeTargets>(wwn, targets);
     ShowMessage(MessageId::FcoeTargetListTitle, wwn, Layout::Title);
-    for (const FcoeTargetRecord& target : targets) {
+    console::ShowEach(targets, [](const FcoeTargetRecord& target) {
         ShowMessage(MessageId::FcoeTargetPortName, target.texts[ShownTargetText], Layout::Row);
-    }
+    });
     console::PrintLine(TabRule65);
 }
 
@@ -76,9 +76,9 @@ std::list<FcoeLunRecord> ShowLuns(const std::string& wwn, const std::string& tar
     std::list<FcoeLunRecord> luns;
     DoOperation<OperationCode::ListFcoeLuns>(wwn, target, luns);
     ShowMessage(MessageId::FcoeLunListTitle, target, Layout::Title);
-    for (const FcoeLunRecord& lun : luns) {
+    console::ShowEach(luns, [](const FcoeLunRecord& lun) {
         ShowMessage(MessageId::FcoeLunItem, lun.texts[ShownLunText], Layout::Row);
-    }
+    });
     console::PrintLine(TabRule65);
     return luns;
 }

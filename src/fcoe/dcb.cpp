@@ -57,11 +57,11 @@ constexpr std::string_view TableIndent = "  ";
 void ShowGroupsAndPriorities(const std::string& groupMap, const std::string& bandwidths,
                              const std::list<tavroapi::DcbPriority>& priorities) {
     ShowNotice(MessageId::PriorityGroups);
-    for (const std::string_view item : ItemsOf(groupMap)) {
+    console::ShowEach(ItemsOf(groupMap), [](std::string_view item) {
         const MapItem group = CutItem(item);
         console::PrintLine(L"\tPriorities in Priority Group " + ToWide(group.key) + L"\t  : " +
                            ToWide(group.values));
-    }
+    });
     console::EndLine();
     ShowNotice(MessageId::GroupBandwidths);
     console::EndLine();
@@ -69,23 +69,22 @@ void ShowGroupsAndPriorities(const std::string& groupMap, const std::string& ban
     ShowMessage(MessageId::BandwidthPercentages, JoinedBandwidths(bandwidths), Layout::Row,
                 TableIndent);
     ShowNotice(MessageId::SettingsByPriority);
-    for (const tavroapi::DcbPriority& priority : priorities) {
+    console::ShowEach(priorities, [](const tavroapi::DcbPriority& priority) {
         ShowRows(priority, PriorityRows);
-    }
+    });
     console::PrintLine(Rule78);
 }
 
 void PrintPriorityMap(const std::string& map) {
     const std::wstring indent(42, L' ');
-    for (const std::string_view item : ItemsOf(map)) {
-        console::PrintLine(indent + ToWide(item));
-    }
+    console::ShowEach(ItemsOf(map),
+                      [&](std::string_view item) { console::PrintLine(indent + ToWide(item)); });
 }
 
 // An item without ':' is pointed out, and then printed under the key of the item before it.
 void PrintPriorityGroupMap(const std::string& map) {
     std::wstring key;
-    for (const std::string_view item : ItemsOf(map)) {
+    console::ShowEach(ItemsOf(map), [&](std::string_view item) {
         const std::size_t colon = item.find(':');
         std::string_view values = item;
         if (colon == std::string_view::npos) {
@@ -95,7 +94,7 @@ void PrintPriorityGroupMap(const std::string& map) {
             values.remove_prefix(colon);
         }
         console::PrintLine(L"         " + key + L" Priority          " + ToWide(values));
-    }
+    });
 }
 
 void ShowConfig(const std::string& wwn, const DcbConfig& config) {

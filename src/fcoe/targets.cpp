@@ -63,12 +63,12 @@ void ListFcoeTargets(const std::string& wwn) {
         return;
     }
     ShowMessage(MessageId::FcoeTargetListTitle, wwn, Layout::Title);
-    for (const tavroapi::FcoeTargetRecord& target : targets) {
+    console::ShowEach(targets, [](const tavroapi::FcoeTargetRecord& target) {
         ShowRows(target, TargetRowsBeforeAddress);
         ShowMessage(MessageId::FcoeTargetBusAndNumber, ScsiAddress(target), Layout::Row);
         ShowRows(target, TargetRowsAfterAddress);
         console::PrintLine(TabRule65);
-    }
+    });
     console::PrintLine(Rule78);
 }
 
@@ -94,11 +94,11 @@ void ListFcoeBindings(const std::string& wwn) {
         ShowFailure(MessageId::NoFcoeBinding);
         return;
     }
-    for (const tavroapi::FcoeBindingRecord& binding : bindings) {
+    console::ShowEach(bindings, [](const tavroapi::FcoeBindingRecord& binding) {
         ShowMessage(MessageId::FcoeBindingTitle);
         ShowRows(binding, BindingRows);
         ShowClosingRules();
-    }
+    });
 }
 
 void ListFcoeLuns(const std::string& wwn, Arguments arguments) {
@@ -109,10 +109,10 @@ void ListFcoeLuns(const std::string& wwn, Arguments arguments) {
         return;
     }
     ShowMessage(MessageId::FcoeLunListTitle, wwn, Layout::Title);
-    for (const tavroapi::FcoeLunRecord& lun : luns) {
+    console::ShowEach(luns, [](const tavroapi::FcoeLunRecord& lun) {
         ShowRows(lun, LunRows);
         console::PrintLine(TabRule65);
-    }
+    });
     console::PrintLine(Rule78);
 }
 

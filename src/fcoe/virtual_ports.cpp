@@ -104,11 +104,11 @@ void ListVirtualPorts(const std::string& wwn) {
         return;
     }
     console::PrintLine(L"There are totally " + std::to_wstring(ports.size()) + L" virtual ports.");
-    for (const VirtualPortRecord& port : ports) {
+    console::ShowEach(ports, [](const VirtualPortRecord& port) {
         console::PrintLine(VirtualPortRule);
         PrintLines(port, VirtualPortLines);
         console::PrintLine(Rule57);
-    }
+    });
 }
 
 void CreateVirtualPorts(const std::string& wwn, Arguments arguments) {
@@ -132,11 +132,11 @@ void ListVirtualPortTargets(const std::string& wwn, Arguments arguments) {
         CallOutcome::Done) {
         return;
     }
-    for (const VirtualPortTargetRecord& target : targets) {
+    console::ShowEach(targets, [](const VirtualPortTargetRecord& target) {
         console::PrintLine(VirtualPortRule);
         PrintLines(target, TargetLines);
         console::PrintLine(Rule57);
-    }
+    });
 }
 
 void ListVirtualPortLuns(const std::string& wwn, Arguments arguments) {
@@ -145,12 +145,12 @@ void ListVirtualPortLuns(const std::string& wwn, Arguments arguments) {
     if (DoOperation<OperationCode::ListVirtualPortLuns>(wwn, query, luns) != CallOutcome::Done) {
         return;
     }
-    for (const VirtualPortLunRecord& lun : luns) {
+    console::ShowEach(luns, [](const VirtualPortLunRecord& lun) {
         PrintLineOf(lun, {L"Target Port WWN:", &VirtualPortLunRecord::targetPortWwn});
         console::PrintLine(Rule57);
         PrintLines(lun, LunLines);
         console::PrintLine(Rule57);
-    }
+    });
 }
 
 }  // namespace tavro

@@ -60,9 +60,8 @@ void ListIsnsServers() {
     console::PrintLine(Rule54);
     ShowMessage(MessageId::IsnsListTitle);
     console::PrintLine(Rule54);
-    for (const std::string& server : servers) {
-        console::PrintLine(ToWide(server));
-    }
+    console::ShowEach(servers,
+                      [](const std::string& server) { console::PrintLine(ToWide(server)); });
     if (servers.empty()) {
         ShowNotice(MessageId::IsnsListEmpty);
     }

@@ -29,9 +29,9 @@ void ShowPortals(const std::list<tavroapi::PortalEntry>& portals) {
     console::PrintLine(Rule54);
     ShowMessage(MessageId::PortalListColumns);
     console::PrintLine(Rule54);
-    for (const tavroapi::PortalEntry& portal : portals) {
+    console::ShowEach(portals, [](const tavroapi::PortalEntry& portal) {
         console::PrintLine(ToWide(portal.address) + L" : \t" + ToWide(portal.port));
-    }
+    });
     if (portals.empty()) {
         ShowNotice(MessageId::NoPortals);
     }

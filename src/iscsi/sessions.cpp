@@ -84,11 +84,11 @@ void ShowLuns(const std::list<LunRecord>& luns) {
         console::PrintLine(Rule78);
         ShowNotice(MessageId::NoIscsiLuns);
     }
-    for (const LunRecord& lun : luns) {
+    console::ShowEach(luns, [](const LunRecord& lun) {
         ShowMessage(MessageId::IscsiLunTitle, lun.texts[LunTitlePosition], Layout::Title);
         ShowRows(lun, LunRows);
         console::EndLine();
-    }
+    });
     console::PrintLine(Rule78);
 }
 

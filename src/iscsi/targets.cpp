@@ -49,14 +49,14 @@ void ShowTargets(const std::string& mac, MessageId title, MessageId failure) {
     ShowMessage(MessageId::TargetListColumns);
     console::PrintLine(Rule96);
     constexpr std::wstring_view Gap = L"   \t";
-    for (const TargetRecord& target : targets) {
+    console::ShowEach(targets, [&](const TargetRecord& target) {
         std::wstring line = ToWide(target.text3);
         line += Gap;
         line += ToWide(target.text6);
         line += Gap;
         line += ToWide(target.name);
         console::PrintLine(line);
-    }
+    });
     if (targets.empty()) {
         ShowNotice(MessageId::NoTargets);
     }

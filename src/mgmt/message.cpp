@@ -10,7 +10,11 @@ namespace tavro {
 
 namespace {
 
+// The text of a message that is about to be shown; nothing where none can be shown.
 std::optional<std::wstring> MessageText(MessageId id) {
+    if (console::OutputIsLost()) {
+        return std::nullopt;
+    }
     auto* const getMessage = ResolveEntryPoint<tavroapi::GetLocalizeMessageEntry>();
     if (getMessage == nullptr) {
         return std::nullopt;

@@ -4,6 +4,7 @@
 
 #include "cli/prompts.h"
 #include "cli/yes_no.h"
+#include "console/console.h"
 
 namespace tavro {
 
@@ -12,6 +13,7 @@ bool AskConfirmation() {
     // A refused answer is not asked for again: it is refused until nobody reads any more.
     while (!confirmed) {
         ShowSpacedNotice(MessageId::ConfirmationRefused);
+        console::RequireOutput();
     }
     return *confirmed;
 }

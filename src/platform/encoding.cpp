@@ -111,30 +111,6 @@ constexpr LeadByte DescribeLead(std::uint8_t lead) {
     return {0, 0, 0};
 }
 
-// Takes one character, or one malformed sequence, off bytes that begin beyond ASCII.
-char32_t TakeUtf8(std::string_view& bytes) {
-    const auto lead = static_cast<std::uint8_t>(bytes.front());
-    bytes.remove_prefix(1);
-    const LeadByte expected = DescribeLead(lead);
-    if (expected.trailCount == 0) {
-        return Replacement;
-    }
-    char32_t character = lead & (0x3FU >> expected.trailCount);
-    for (unsigned index = 0; index < expected.trailCount; ++index) {
-        if (bytes.empty()) {
-            return Replacement;
-        }
-        const auto trail = static_cast<std::uint8_t>(bytes.front());
-        if (trail < (index == 0 ? expected.lowestFirst : 0x80) ||
-            trail > (index == 0 ? expected.highestFirst : 0xBF)) {
-            return Replacement;
-        }
-        character = (character << 6U) | (trail & 0x3FU);
-        bytes.remove_prefix(1);
-    }
-    return character;
-}
-
 // How many ASCII bytes stand together at the front. Eight at a time.
 std::size_t CountAscii(std::string_view bytes) {
     std::size_t count = 0;
@@ -178,13 +154,39 @@ std::string EncodeText(std::wstring_view text, unsigned codePage) {
     });
 }
 
+std::optional<char32_t> TakeUtf8(std::string_view& bytes) {
+    const auto lead = static_cast<std::uint8_t>(bytes.front());
+    bytes.remove_prefix(1);
+    if (lead < 0x80) {
+        return lead;
+    }
+    const LeadByte expected = DescribeLead(lead);
+    if (expected.trailCount == 0) {
+        return std::nullopt;
+    }
+    char32_t character = lead & (0x3FU >> expected.trailCount);
+    for (unsigned index = 0; index < expected.trailCount; ++index) {
+        if (bytes.empty()) {
+            return std::nullopt;
+        }
+        const auto trail = static_cast<std::uint8_t>(bytes.front());
+        if (trail < (index == 0 ? expected.lowestFirst : 0x80) ||
+            trail > (index == 0 ? expected.highestFirst : 0xBF)) {
+            return std::nullopt;
+        }
+        character = (character << 6U) | (trail & 0x3FU);
+        bytes.remove_prefix(1);
+    }
+    return character;
+}
+
 std::wstring DecodeUtf8(std::string_view bytes) {
     std::wstring text;
     text.reserve(bytes.size());
     std::array<wchar_t, 512> block{};
     while (!bytes.empty()) {
         if (!TakeAscii(bytes, text, block)) {
-            AppendWide(TakeUtf8(bytes), text);
+            AppendWide(TakeUtf8(bytes).value_or(Replacement), text);
         }
     }
     return text;

@@ -23,6 +23,10 @@ std::string EncodeText(std::wstring_view text, unsigned codePage);
 // when the system cannot convert (it has no such code page, or out of range).
 std::optional<std::wstring> DecodeText(std::string_view bytes, unsigned codePage);
 
+// Takes the first character off UTF-8 bytes, of which there must be some; or the malformed sequence
+// that stands there, which is nothing.
+std::optional<char32_t> TakeUtf8(std::string_view& bytes);
+
 // Whether bytes read from a file look like little-endian UTF-16 text. On Windows that is the
 // system's own test (IsTextUnicode), which refuses an odd number of bytes; elsewhere the mark FF
 // FE, or a sample in which every other byte is zero often enough that it is text, where zeros at

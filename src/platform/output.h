@@ -5,15 +5,18 @@
 
 namespace tavro::platform {
 
-// To be called first in main. Where the system hands out the numbers of closed standard streams
-// again, a stream that was closed from the start is put in a state in which it stays unusable, so
-// that no file opened later becomes the program's output or input. A write to a pipe that nobody
+// To be called first in main. The system hands out the numbers of closed standard streams again: a
+// stream that was closed from the start is put in a state in which it stays unusable, so that no
+// file opened later becomes the program's output or input. A write to a pipe that nobody
 // reads any more fails instead of ending the process.
 void PrepareStandardStreams();
 
 // Writes all bytes to standard output as they are, waiting as long as needed. False when that is
 // impossible (closed, full, nobody reads any more); a part may have been written then.
 bool WriteStandardOutput(std::string_view bytes);
+
+// Whether standard output is a terminal (a console on Windows).
+bool StandardOutputIsTerminal();
 
 // Whether standard output is a console that takes Unicode text through WriteConsoleText. Always
 // false outside Windows.
@@ -31,7 +34,8 @@ unsigned OutputCodePage();
 std::string_view OutputLineEnd();
 
 // Writes a diagnostic to standard error, "\n" as the system's line end, characters that cannot be
-// encoded as '?'. A failure is ignored: there is no one left to tell.
+// encoded as '?', and on a terminal foreign control characters too (control_characters.h). A
+// failure is ignored: there is no one left to tell.
 void WriteStandardError(std::wstring_view text);
 
 }  // namespace tavro::platform

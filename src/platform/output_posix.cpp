@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <csignal>
 
+#include "platform/control_characters.h"
 #include "platform/encoding.h"
 #include "platform/output.h"
 
@@ -55,6 +56,10 @@ bool WriteStandardOutput(std::string_view bytes) {
     return WriteAll(STDOUT_FILENO, bytes);
 }
 
+bool StandardOutputIsTerminal() {
+    return isatty(STDOUT_FILENO) == 1;
+}
+
 bool StandardOutputIsUnicodeConsole() {
     return false;
 }
@@ -72,7 +77,10 @@ std::string_view OutputLineEnd() {
 }
 
 void WriteStandardError(std::wstring_view text) {
-    WriteAll(STDERR_FILENO, EncodeText(text, Utf8CodePage));
+    const bool isTerminal = isatty(STDERR_FILENO) == 1;
+    WriteAll(
+        STDERR_FILENO,
+        EncodeText(isTerminal ? MaskControlCharacters(text) : std::wstring(text), Utf8CodePage));
 }
 
 }  // namespace tavro::platform

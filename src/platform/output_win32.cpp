@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/control_characters.h"
 #include "platform/encoding.h"
 #include "platform/output.h"
 
@@ -55,15 +56,27 @@ bool WriteText(HANDLE console, std::wstring_view text) {
 
 }  // namespace
 
-// Handles are never reused for another stream here, and a broken pipe is an error anyway.
-void PrepareStandardStreams() {}
+// A broken pipe is an error anyway.
+void PrepareStandardStreams() {
+    for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+        const HANDLE handle = StreamHandle(stream);
+        DWORD flags = 0;
+        if (!IsConsole(handle) && GetHandleInformation(handle, &flags) == 0) {
+            SetStdHandle(stream, nullptr);
+        }
+    }
+}
 
 bool WriteStandardOutput(std::string_view bytes) {
     return WriteBytes(StreamHandle(STD_OUTPUT_HANDLE), bytes);
 }
 
-bool StandardOutputIsUnicodeConsole() {
+bool StandardOutputIsTerminal() {
     return IsConsole(StreamHandle(STD_OUTPUT_HANDLE));
+}
+
+bool StandardOutputIsUnicodeConsole() {
+    return StandardOutputIsTerminal();
 }
 
 bool WriteConsoleText(std::wstring_view text) {
@@ -80,15 +93,16 @@ std::string_view OutputLineEnd() {
 }
 
 void WriteStandardError(std::wstring_view text) {
+    const HANDLE handle = StreamHandle(STD_ERROR_HANDLE);
+    const bool isConsole = IsConsole(handle);
     std::wstring translated;
-    for (const wchar_t unit : text) {
+    for (const wchar_t unit : isConsole ? MaskControlCharacters(text) : std::wstring(text)) {
         if (unit == L'\n') {
             translated += L'\r';
         }
         translated += unit;
     }
-    const HANDLE handle = StreamHandle(STD_ERROR_HANDLE);
-    if (IsConsole(handle)) {
+    if (isConsole) {
         WriteText(handle, translated);
     } else {
         WriteBytes(handle, EncodeText(translated, OutputCodePage()));

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "console/console.h"
 #include "recording_device.h"
@@ -103,34 +105,108 @@ TEST(ConsoleOutput, AUnicodeConsoleGetsTextInOrder) {
     EXPECT_THAT(recording.writes, IsEmpty());
 }
 
-TEST(ConsoleOutput, ClosedOutputIsReportedAndStaysClosed) {
+TEST(ConsoleOutput, LostOutputStaysLostAndNothingIsThrown) {
     Recording recording;
     recording.writesLeft = 1;
     Redirect redirect(recording.ToBytes());
     PrintLine(L"arrives");
+    EXPECT_FALSE(OutputIsLost());
     Print(L"lost");
-    EXPECT_THROW(EndLine(), OutputClosed);
+    EXPECT_FALSE(OutputIsLost());
+    EndLine();
+    EXPECT_TRUE(OutputIsLost());
     recording.writesLeft = 10;
-    EXPECT_THROW(PrintLine(L"too late"), OutputClosed);
+    PrintLine(L"too late");
+    PrintNarrowLine("too late");
+    Print(L"too\nlate\n");
+    PrintNarrow("too late");
+    EndLine();
+    Flush();
+    EXPECT_TRUE(OutputIsLost());
     EXPECT_THAT(recording.writes, ElementsAre("arrives\n"));
 }
 
-TEST(ConsoleOutput, AfterClosedOutputNothingIsPending) {
+TEST(ConsoleOutput, LostTextOfAUnicodeConsoleStaysLost) {
     Recording recording;
     recording.writesLeft = 0;
     Redirect redirect(recording.ToText(1252, "\r\n"));
-    EXPECT_THROW(PrintNarrowLine("lost"), OutputClosed);
-    EXPECT_NO_THROW(Flush());
+    PrintNarrowLine("lost");
+    EXPECT_TRUE(OutputIsLost());
+    recording.writesLeft = 10;
+    PrintLine(L"too late");
+    PrintNarrow("too late");
+    Flush();
+    EXPECT_THAT(recording.textWrites, IsEmpty());
 }
 
-TEST(ConsoleOutput, ReadingWithClosedOutputIsReportedBeforeAnythingIsRead) {
+TEST(ConsoleOutput, LostOutputIsNotTriedAgain) {
+    std::size_t tries = 0;
+    Device device;
+    device.writeBytes = [&tries](std::string_view) {
+        ++tries;
+        return false;
+    };
+    Redirect redirect(device);
+    Print(L"one\ntwo\nthree\n");
+    EndLine();
+    EXPECT_EQ(tries, 1U);
+}
+
+TEST(ConsoleOutput, ReadingWithLostOutputIsRefusedBeforeAnythingIsRead) {
     Recording recording;
-    recording.writesLeft = 0;
     recording.input = {"answer\n"};
+    recording.writesLeft = 0;
     Redirect redirect(recording.ToBytes());
     Print(L"prompt : ");
-    EXPECT_THROW(ReadLine(), OutputClosed);
+    EXPECT_THROW(ReadLine(), OutputLost);
+    EXPECT_THROW(ReadLine(), OutputLost);
+    EXPECT_THROW(ReadLineLeavingLineEnd(), OutputLost);
+    EXPECT_THROW(ReadCharacter(), OutputLost);
+    EXPECT_THROW(SkipCharacter(), OutputLost);
     EXPECT_EQ(recording.nextInput, 0U);
+}
+
+TEST(ConsoleOutput, WhatNeedsOutputIsWrittenOrRefused) {
+    Recording recording;
+    recording.writesLeft = 1;
+    Redirect redirect(recording.ToBytes());
+    Print(L"notice");
+    EXPECT_NO_THROW(RequireOutput());
+    EXPECT_THAT(recording.writes, ElementsAre("notice"));
+    EXPECT_NO_THROW(RequireOutput());
+    Print(L"notice");
+    EXPECT_THROW(RequireOutput(), OutputLost);
+    EXPECT_THROW(RequireOutput(), OutputLost);
+}
+
+TEST(ConsoleOutput, AListIsShownUntilOutputIsLost) {
+    Recording recording;
+    recording.writesLeft = 2;
+    Redirect redirect(recording.ToBytes());
+    std::vector<int> shown;
+    const auto show = [&shown](int number) {
+        shown.push_back(number);
+        PrintLine(std::to_wstring(number));
+    };
+    ShowEach(std::vector<int>{1, 2}, show);
+    EXPECT_THAT(shown, ElementsAre(1, 2));
+    ShowEach(std::vector<int>{3, 4, 5}, show);
+    EXPECT_THAT(shown, ElementsAre(1, 2, 3));
+    EXPECT_THAT(recording.writes, ElementsAre("1\n", "2\n"));
+}
+
+TEST(ConsoleOutput, AnotherConsoleIsNotLostWithThisOne) {
+    Recording outer;
+    outer.writesLeft = 0;
+    Redirect redirect(outer.ToBytes());
+    PrintLine(L"lost");
+    {
+        MemoryConsole inner;
+        EXPECT_FALSE(OutputIsLost());
+        PrintLine(L"inside");
+        EXPECT_EQ(inner.Output(), "inside\n");
+    }
+    EXPECT_TRUE(OutputIsLost());
 }
 
 TEST(ConsoleOutput, RedirectsNestAndKeepWhatIsPending) {
@@ -144,6 +220,56 @@ TEST(ConsoleOutput, RedirectsNestAndKeepWhatIsPending) {
     }
     PrintLine(L"ended");
     EXPECT_THAT(outer.writes, ElementsAre("begun ended\n"));
+}
+
+Device Terminal(Device device) {
+    device.isTerminal = true;
+    return device;
+}
+
+TEST(ConsoleOnATerminal, ControlCharactersOfATextAreQuestionMarks) {
+    Recording recording;
+    Redirect redirect(Terminal(recording.ToBytes()));
+    PrintLine(
+        L"a\x1B[2J\tb\rc\x9B"
+        L"d\x7F\u00A0");
+    PrintLine(std::wstring_view(L"e\0f", 3));
+    PrintNarrowLine("g\x1B[2J\th\r\xC2\x9Bi\x9Bj\x7F\xC2\xA0\xD0\x9F");
+    EXPECT_THAT(recording.writes, ElementsAre("a?[2J\tb?c?d?\xC2\xA0\n", "e?f\n",
+                                              "g?[2J\th??i?j?\xC2\xA0\xD0\x9F\n"));
+}
+
+TEST(ConsoleOnATerminal, LineEndsAreTheConsolesOwn) {
+    Recording recording;
+    Redirect redirect(Terminal(recording.ToBytes(platform::Utf8CodePage, "\r\n")));
+    Print(L"a\nb\r\n");
+    PrintNarrow("c\r\nd\n");
+    EXPECT_THAT(recording.writes, ElementsAre("a\r\n", "b?\r\n", "c?\r\n", "d\r\n"));
+}
+
+TEST(ConsoleOnATerminal, AUnicodeConsoleGetsQuestionMarksToo) {
+    Recording recording;
+    Redirect redirect(Terminal(recording.ToText(platform::Utf8CodePage, "\r\n")));
+    Print(L"a\x1B\x9B\t");
+    PrintNarrow("b\x1B\xC2\x9B\t\xD0\x9F");
+    EndLine();
+    EXPECT_THAT(recording.textWrites, ElementsAre(L"a??\tb??\t\x041F\r\n"));
+}
+
+TEST(ConsoleOnATerminal, BytesThatNoCodePageReadsAreMaskedAsTheyAreShown) {
+    // A code page that no system has: each byte becomes the character of that number.
+    Recording recording;
+    Redirect redirect(Terminal(recording.ToText(1, "\r\n")));
+    PrintNarrowLine("\xD0\x9F");
+    EXPECT_THAT(recording.textWrites, ElementsAre(L"\xD0?\r\n"));
+}
+
+TEST(ConsoleOnATerminal, WhatGoesElsewhereStaysAsItIs) {
+    Recording recording;
+    Redirect redirect(recording.ToBytes());
+    PrintLine(L"a\x1B[2J\r\x9B\x7F");
+    PrintNarrowLine("b\x1B[2J\r\x9B\x7F");
+    EXPECT_THAT(recording.writes, ElementsAre("a\x1B[2J\r\xC2\x9B\x7F\n", "b\x1B[2J\r\x9B\x7F\n"));
 }
 
 }  // namespace

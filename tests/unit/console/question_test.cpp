@@ -80,13 +80,13 @@ TEST(AskSecret, RepeatsUntilTheSecretIsAccepted) {
     EXPECT_EQ(console.Output(), "\n\tWhich : *****\n\n\tAgain : ************\n");
 }
 
-TEST(Ask, ClosedOutputEndsTheDialogue) {
+TEST(Ask, LostOutputEndsTheDialogue) {
     std::size_t writesLeft = 5;
     Device device;
     device.writeBytes = [&writesLeft](std::string_view) { return writesLeft-- > 1; };
     device.readBytes = [](char*, std::size_t) { return std::size_t{0}; };
     Redirect redirect(device);
-    EXPECT_THROW(Ask(Prompt, OneOrTwo, Refuse), OutputClosed);
+    EXPECT_THROW(Ask(Prompt, OneOrTwo, Refuse), OutputLost);
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ struct Recording {
     // read is one.
     std::vector<std::string> input;
     std::size_t nextInput = 0;
-    // How many writes succeed before output is closed.
+    // How many writes succeed before output is lost.
     std::size_t writesLeft = 1000000;
     // What had been written when the first read came.
     std::vector<std::string> writesBeforeRead;

@@ -120,15 +120,45 @@ TEST(ReadSecret, LeavesNothingInTheInputBuffer) {
                             [](char byte) { return byte == '\0'; }));
 }
 
-TEST(ReadSecret, ClosedOutputWipesWhatWasRead) {
+TEST(ReadSecret, LostOutputWipesWhatWasRead) {
     Recording recording;
     recording.input = {"topsecret\n"};
     recording.writesLeft = 3;
     Redirect redirect(recording.ToBytes());
     std::string secret;
-    EXPECT_THROW(ReadSecret(secret), OutputClosed);
+    EXPECT_THROW(ReadSecret(secret), OutputLost);
     EXPECT_EQ(secret, "");
     EXPECT_EQ(std::string(secret.data(), 3), std::string(3, '\0'));
+}
+
+TEST(ReadSecret, LostOutputIsFoundBeforeTheFirstKey) {
+    Recording recording;
+    recording.input = {"topsecret\n"};
+    recording.writesLeft = 0;
+    Redirect redirect(recording.ToBytes());
+    std::string secret;
+    Print(L"prompt : ");
+    EXPECT_THROW(ReadSecret(secret), OutputLost);
+    EXPECT_EQ(recording.nextInput, 0U);
+}
+
+TEST(ReadSecret, ASecretThatWasReadIsKeptWhenItsLineEndIsLost) {
+    Recording recording;
+    recording.input = {"abc\n"};
+    recording.writesLeft = 3;
+    Redirect redirect(recording.ToBytes());
+    EXPECT_EQ(Secret(), "abc");
+    EXPECT_TRUE(OutputIsLost());
+}
+
+TEST(ReadSecret, BackspaceSteersATerminal) {
+    Recording recording;
+    recording.input = {"abx\bc\n"};
+    Device device = recording.ToBytes();
+    device.isTerminal = true;
+    Redirect redirect(device);
+    EXPECT_EQ(Secret(), "abc");
+    EXPECT_THAT(recording.writes, ElementsAre("*", "*", "*", "\b \b", "*", "\n"));
 }
 
 TEST(WipeSecret, ClearsTheWholeStorage) {
@@ -152,8 +182,8 @@ TEST(SecretGuard, WipesOnEveryWayOut) {
     std::string secret = "topsecret";
     try {
         SecretGuard guard(secret);
-        throw OutputClosed();
-    } catch (const OutputClosed&) {
+        throw OutputLost();
+    } catch (const OutputLost&) {
         EXPECT_EQ(secret, "");
     }
     EXPECT_EQ(std::string(secret.data(), 9), std::string(9, '\0'));
