@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
 #include <thread>
 
 #include "simulator/host/host_file.h"
@@ -189,6 +190,27 @@ TEST_F(StoreTest, ALockThatIsHeldIsWaitedForInVain) {
     } catch (const platform::FileError& error) {
         EXPECT_NE(error.Text().find(L"held by another program"), std::wstring::npos);
     }
+}
+
+TEST_F(StoreTest, AChangeWaitsForTheLockOfAnother) {
+    auto held = std::make_unique<platform::FileLock>(folder_ / "host.json.lock",
+                                                     std::chrono::milliseconds(0));
+    std::atomic<bool> isOver = false;
+    Outcome outcome;
+    std::thread writer([&] {
+        Store store = NewStore();
+        outcome = store.Change([](Host& host) { return AddAdapter(host, "new"); });
+        isOver = true;
+    });
+    // A change that does not wait is over long before.
+    for (int i = 0; i < 300 && !isOver; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    EXPECT_FALSE(std::filesystem::exists(File()));
+    held.reset();
+    writer.join();
+    EXPECT_TRUE(outcome.IsDone());
+    EXPECT_EQ(HostFromText(tavrosim_test::Read(File())).adapters.back().name, "new");
 }
 
 TEST_F(StoreTest, ASymbolicLinkIsFollowed) {
