@@ -106,4 +106,26 @@ bool IsOwnersOnly(const std::filesystem::path& file) {
 #endif
 }
 
+bool IsOpen(const std::filesystem::path& file) {
+#ifdef _WIN32
+    const HANDLE alone =
+        CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (alone == INVALID_HANDLE_VALUE) {
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION)) << file;
+        return true;
+    }
+    CloseHandle(alone);
+    return false;
+#else
+    const auto wanted = std::filesystem::canonical(file);
+    for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        if (std::filesystem::read_symlink(descriptor.path(), gone) == wanted) {
+            return true;
+        }
+    }
+    return false;
+#endif
+}
+
 }  // namespace tavrosim_test

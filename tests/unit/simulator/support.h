@@ -45,4 +45,7 @@ std::vector<std::string> Lines(const std::filesystem::path& file);
 /// Whether the file's owner, and nobody else but Windows itself, may read and write it.
 bool IsOwnersOnly(const std::filesystem::path& file);
 
+/// Whether this process, or on Windows any, has the file open.
+bool IsOpen(const std::filesystem::path& file);
+
 }  // namespace tavrosim_test
