@@ -40,9 +40,16 @@ class OutputPipe : public ::testing::Test {
     }
     ~OutputPipe() override {
         std::signal(SIGPIPE, formerAction_);
-        dup2(former_, STDOUT_FILENO);
-        close(former_);
+        RestoreOutput();
         CloseReader();
+    }
+
+    // Before anything is expected: a failure is told on standard output.
+    void RestoreOutput() {
+        if (former_ >= 0) {
+            dup2(former_, STDOUT_FILENO);
+            close(std::exchange(former_, -1));
+        }
     }
 
     static void MakeNonBlocking() {
@@ -109,6 +116,7 @@ TEST_F(OutputPipe, ANonBlockingPipeThatIsFullIsWaitedFor) {
         }
     }
     writer.join();
+    RestoreOutput();
     arrived += ReadSome();
     EXPECT_TRUE(written);
     EXPECT_EQ(arrived, text);
@@ -126,9 +134,11 @@ TEST_F(OutputPipe, AReaderThatGoesAwayEndsTheWaiting) {
     for (int i = 0; i < 50 && !isDone; ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    EXPECT_FALSE(isDone) << "a full pipe must be waited for";
+    const bool hasWaited = !isDone;
     CloseReader();
     writer.join();
+    RestoreOutput();
+    EXPECT_TRUE(hasWaited);
     EXPECT_FALSE(written);
 }
 
@@ -152,26 +162,32 @@ TEST_F(OutputPipe, AnInterruptedWriteIsRepeated) {
         pthread_kill(writer.native_handle(), SIGUSR1);
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    EXPECT_FALSE(isDone) << "given up at an interruption";
-    EXPECT_EQ(ReadSome(), std::string(PipeSize, 'f'));
+    const bool hasWaited = !isDone;
+    const std::string filling = ReadSome();
     writer.join();
     sigaction(SIGUSR1, &former, nullptr);
-    ASSERT_TRUE(written);
+    RestoreOutput();
+    EXPECT_TRUE(hasWaited);
+    EXPECT_EQ(filling, std::string(PipeSize, 'f'));
+    EXPECT_TRUE(written);
     EXPECT_EQ(ReadSome(), "whole");
 }
 
 TEST_F(OutputPipe, AnythingElseIsAFailureAtOnce) {
     CloseReader();
-    EXPECT_FALSE(WriteStandardOutput("x"));
+    const bool toNobody = WriteStandardOutput("x");
     const int full = open("/dev/full", O_WRONLY);
-    ASSERT_GE(full, 0);
     dup2(full, STDOUT_FILENO);
-    EXPECT_FALSE(WriteStandardOutput("x"));
     close(full);
+    const bool toFull = WriteStandardOutput("x");
     const int readOnly = open("/dev/null", O_RDONLY);
     dup2(readOnly, STDOUT_FILENO);
     close(readOnly);
-    EXPECT_FALSE(WriteStandardOutput("x"));
+    const bool toReadOnly = WriteStandardOutput("x");
+    RestoreOutput();
+    EXPECT_FALSE(toNobody);
+    EXPECT_FALSE(toFull);
+    EXPECT_FALSE(toReadOnly);
 }
 
 }  // namespace
