@@ -92,9 +92,11 @@ void AskPartitions(std::string_view adapterType, std::int32_t portCount, Partiti
     const std::string mode = AskMode();
     const bool isPartitioned = mode == PartitionedMode;
     SetDefaults(config);
-    for (std::size_t port = 0; port < RecordedPorts(portCount); ++port) {
+    for (std::size_t port = 0; port < ShownPorts(portCount); ++port) {
         PrintPortHeading(port);
-        config.flowControl[port] = AskFlowControl();
+        if (port < config.flowControl.size()) {
+            config.flowControl[port] = AskFlowControl();
+        }
         if (isPartitioned) {
             AskFunctions(adapterType, FunctionsOfPort(port, portCount), config);
         }

@@ -39,6 +39,12 @@ void ShowTitle(MessageId title) {
     console::EndLine();
 }
 
+// Empty for a port that the record has no flow control for.
+std::string_view FlowControlOfPort(const PartitionConfig& config, std::size_t port) {
+    return port < config.flowControl.size() ? std::string_view(config.flowControl[port])
+                                            : std::string_view();
+}
+
 void ShowFunction(std::size_t number, const PartitionFunction& function) {
     ShowMessage(MessageId::PartitionFunctionNumber, std::to_string(number), Layout::Row);
     tavroapi::ForEachField(function,
@@ -52,10 +58,10 @@ void ShowFunction(std::size_t number, const PartitionFunction& function) {
 }
 
 void ShowDetail(const PartitionConfig& config) {
-    for (std::size_t port = 0; port < RecordedPorts(config.portCount); ++port) {
+    for (std::size_t port = 0; port < ShownPorts(config.portCount); ++port) {
         PrintPortHeading(port);
         console::EndLine();
-        ShowMessage(MessageId::PartitionFlowControl, config.flowControl[port], Layout::Row);
+        ShowMessage(MessageId::PartitionFlowControl, FlowControlOfPort(config, port), Layout::Row);
         console::EndLine();
         for (const std::size_t number : FunctionsOfPort(port, config.portCount)) {
             ShowFunction(number, config.functions[number]);
@@ -96,9 +102,9 @@ void WriteConfiguration(const std::string& mac, PartitionConfig& config) {
 
 void ShowPartitionSummary(const PartitionConfig& config) {
     console::PrintLine(L"\tMulti-function mode: " + ToWide(config.mode));
-    for (std::size_t port = 0; port < RecordedPorts(config.portCount); ++port) {
+    for (std::size_t port = 0; port < ShownPorts(config.portCount); ++port) {
         console::PrintLine(L"\tPort" + std::to_wstring(port + 1) + L" >>>");
-        console::PrintLine(L"\tFlow_control:" + ToWide(config.flowControl[port]));
+        console::PrintLine(L"\tFlow_control:" + ToWide(FlowControlOfPort(config, port)));
         if (config.mode != "SF") {
             for (const std::size_t number : FunctionsOfPort(port, config.portCount)) {
                 PrintFunctionSummary(number, config.functions[number]);

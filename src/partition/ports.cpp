@@ -11,15 +11,24 @@ namespace tavro {
 
 namespace {
 
-constexpr std::size_t MostPorts =
+constexpr std::size_t MostShownPorts = 64;
+constexpr std::size_t FlowControlCount =
     std::tuple_size_v<decltype(tavroapi::PartitionConfig::flowControl)>;
 constexpr std::size_t FunctionCount =
     std::tuple_size_v<decltype(tavroapi::PartitionConfig::functions)>;
 
+std::size_t AtMost(std::size_t most, std::int32_t portCount) {
+    return std::min(static_cast<std::size_t>(std::max(portCount, 0)), most);
+}
+
 }  // namespace
 
-std::size_t RecordedPorts(std::int32_t portCount) {
-    return std::min(static_cast<std::size_t>(std::max(portCount, 0)), MostPorts);
+std::size_t PortsWithFlowControl(std::int32_t portCount) {
+    return AtMost(FlowControlCount, portCount);
+}
+
+std::size_t ShownPorts(std::int32_t portCount) {
+    return AtMost(MostShownPorts, portCount);
 }
 
 std::vector<std::size_t> FunctionsOfPort(std::size_t port, std::int32_t portCount) {

@@ -72,7 +72,7 @@ void PersonalitiesToNames(tavroapi::PartitionConfig& config) {
 }
 
 void FlowControlToNames(tavroapi::PartitionConfig& config, std::int32_t portCount) {
-    for (std::size_t port = 0; port < RecordedPorts(portCount); ++port) {
+    for (std::size_t port = 0; port < PortsWithFlowControl(portCount); ++port) {
         CodeToName(FlowControls, config.flowControl[port]);
     }
 }

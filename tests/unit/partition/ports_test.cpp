@@ -11,14 +11,25 @@ namespace {
 
 using Functions = std::vector<std::size_t>;
 
-TEST(RecordedPorts, AreAtMostFour) {
-    EXPECT_EQ(RecordedPorts(std::numeric_limits<std::int32_t>::min()), 0U);
-    EXPECT_EQ(RecordedPorts(-1), 0U);
-    EXPECT_EQ(RecordedPorts(0), 0U);
-    EXPECT_EQ(RecordedPorts(1), 1U);
-    EXPECT_EQ(RecordedPorts(4), 4U);
-    EXPECT_EQ(RecordedPorts(5), 4U);
-    EXPECT_EQ(RecordedPorts(std::numeric_limits<std::int32_t>::max()), 4U);
+TEST(PortsWithFlowControl, AreAtMostFour) {
+    EXPECT_EQ(PortsWithFlowControl(std::numeric_limits<std::int32_t>::min()), 0U);
+    EXPECT_EQ(PortsWithFlowControl(-1), 0U);
+    EXPECT_EQ(PortsWithFlowControl(0), 0U);
+    EXPECT_EQ(PortsWithFlowControl(1), 1U);
+    EXPECT_EQ(PortsWithFlowControl(4), 4U);
+    EXPECT_EQ(PortsWithFlowControl(5), 4U);
+    EXPECT_EQ(PortsWithFlowControl(std::numeric_limits<std::int32_t>::max()), 4U);
+}
+
+TEST(ShownPorts, AreAtMostSixtyFour) {
+    EXPECT_EQ(ShownPorts(std::numeric_limits<std::int32_t>::min()), 0U);
+    EXPECT_EQ(ShownPorts(-1), 0U);
+    EXPECT_EQ(ShownPorts(0), 0U);
+    EXPECT_EQ(ShownPorts(1), 1U);
+    EXPECT_EQ(ShownPorts(5), 5U);
+    EXPECT_EQ(ShownPorts(64), 64U);
+    EXPECT_EQ(ShownPorts(65), 64U);
+    EXPECT_EQ(ShownPorts(std::numeric_limits<std::int32_t>::max()), 64U);
 }
 
 TEST(FunctionsOfPort, OnePortHasAll) {
@@ -38,6 +49,19 @@ TEST(FunctionsOfPort, ThreePortsEndAtFunctionSeven) {
 
 TEST(FunctionsOfPort, FourPortsHaveTwoEach) {
     EXPECT_EQ(FunctionsOfPort(3, 4), (Functions{3, 7}));
+}
+
+TEST(FunctionsOfPort, FivePortsLeaveTheLastTwoWithOne) {
+    EXPECT_EQ(FunctionsOfPort(0, 5), (Functions{0, 5}));
+    EXPECT_EQ(FunctionsOfPort(2, 5), (Functions{2, 7}));
+    EXPECT_EQ(FunctionsOfPort(3, 5), (Functions{3}));
+    EXPECT_EQ(FunctionsOfPort(4, 5), (Functions{4}));
+}
+
+TEST(FunctionsOfPort, CountsOfBrokenRecordsDoNoHarm) {
+    constexpr std::int32_t Largest = std::numeric_limits<std::int32_t>::max();
+    EXPECT_EQ(FunctionsOfPort(0, Largest), (Functions{0}));
+    EXPECT_EQ(FunctionsOfPort(63, Largest), Functions{});
 }
 
 TEST(FunctionsOfPort, MorePortsThanFunctionsLeaveSomeWithout) {

@@ -65,5 +65,34 @@ TEST(ShowPartitionSummary, WithoutPortsThereIsOnlyTheMode) {
     EXPECT_EQ(SummaryOf(Sample("MF", -3)), "\tMulti-function mode: MF\n\n");
 }
 
+TEST(ShowPartitionSummary, ThePortsBeyondTheFourthHaveNoFlowControl) {
+    EXPECT_EQ(SummaryOf(Sample("MF", 5)),
+              "\tMulti-function mode: MF\n"
+              "\tPort1 >>>\n"
+              "\tFlow_control:flow 1\n"
+              "\t0 = P0\tL0\tU0\n"
+              "\t5 = P5\tL5\tU5\n"
+              "\t-------------------------------\n"
+              "\tPort2 >>>\n"
+              "\tFlow_control:flow 2\n"
+              "\t1 = P1\tL1\tU1\n"
+              "\t6 = P6\tL6\tU6\n"
+              "\t-------------------------------\n"
+              "\tPort3 >>>\n"
+              "\tFlow_control:flow 3\n"
+              "\t2 = P2\tL2\tU2\n"
+              "\t7 = P7\tL7\tU7\n"
+              "\t-------------------------------\n"
+              "\tPort4 >>>\n"
+              "\tFlow_control:flow 4\n"
+              "\t3 = P3\tL3\tU3\n"
+              "\t-------------------------------\n"
+              "\tPort5 >>>\n"
+              "\tFlow_control:\n"
+              "\t4 = P4\tL4\tU4\n"
+              "\t-------------------------------\n"
+              "\n");
+}
+
 }  // namespace
 }  // namespace tavro

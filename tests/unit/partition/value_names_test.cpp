@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace tavro {
 namespace {
 
@@ -76,7 +78,8 @@ TEST(FlowControlToNames, EveryCodeHasItsName) {
 
 TEST(FlowControlToNames, OnlyTheGivenPortsAreNamed) {
     const std::array<std::string, 4> codes{"0", "0", "0", "0"};
-    for (const std::int32_t portCount : {-1, 0, 1, 2, 3, 4, 5, 2147483647}) {
+    for (const std::int32_t portCount :
+         {std::numeric_limits<std::int32_t>::min(), -1, 0, 1, 2, 3, 4, 5, 64, 65, 2147483647}) {
         PartitionConfig config;
         config.flowControl = codes;
         FlowControlToNames(config, portCount);
