@@ -1,6 +1,6 @@
 #include "adapters/partition_queries.h"
 
-#include "mgmt/library.h"
+#include "mgmt/operation.h"
 #include "tavroapi/entry_points.h"
 
 namespace tavro {
@@ -18,22 +18,28 @@ std::optional<Answer> Query(std::string identifier) {
     return answer;
 }
 
+// The library is not asked for anything when what follows the question cannot be done.
+template <class Entry, class Answer>
+std::optional<Answer> QueryBeforeOperation(const std::string& identifier) {
+    return CanDoOperation() ? Query<Entry, Answer>(identifier) : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<std::uint32_t> GetPartitionState(const std::string& portIdentifier) {
-    return Query<tavroapi::GetPartitionStateEntry, std::uint32_t>(portIdentifier);
+    return QueryBeforeOperation<tavroapi::GetPartitionStateEntry, std::uint32_t>(portIdentifier);
 }
 
 std::optional<std::string> GetAdapterType(const std::string& mac) {
-    return Query<tavroapi::GetAdapterTypeEntry, std::string>(mac);
+    return QueryBeforeOperation<tavroapi::GetAdapterTypeEntry, std::string>(mac);
 }
 
 std::optional<std::uint32_t> GetAdapterPortNumber(const std::string& mac) {
-    return Query<tavroapi::GetAdapterPortNumberEntry, std::uint32_t>(mac);
+    return QueryBeforeOperation<tavroapi::GetAdapterPortNumberEntry, std::uint32_t>(mac);
 }
 
 std::optional<MessageId> BootChangeRefusal(const std::string& portIdentifier) {
-    switch (GetPartitionState(portIdentifier).value_or(0)) {
+    switch (Query<tavroapi::GetPartitionStateEntry, std::uint32_t>(portIdentifier).value_or(0)) {
         case 1:
         case 3:
             return std::nullopt;

@@ -115,29 +115,25 @@ void ShowPartitionSummary(const PartitionConfig& config) {
     console::EndLine();
 }
 
-bool ShowPartitionConfig(const std::string& mac, PartitionView view) {
+void ShowPartitionConfig(const std::string& mac, PartitionView view) {
     const auto state = GetPartitionState(mac);
-    if (!state) {
-        return false;
-    }
-    if (*state == 1) {
+    if (state == 1) {
         ShowSpacedNotice(MessageId::NotPartitioned);
-        return true;
+        return;
     }
-    if (*state != 2 && *state != 3) {
-        return true;
+    if (state != 2 && state != 3) {
+        return;
     }
     PartitionConfig config;
-    const CallOutcome outcome = DoOperation<OperationCode::ReadPartitions>(mac, config);
-    if (outcome == CallOutcome::Done) {
-        ShowTitle(MessageId::PartitionsTitle);
-        if (view == PartitionView::Summary) {
-            ShowPartitionSummary(config);
-        } else {
-            ShowDetail(config);
-        }
+    if (DoOperation<OperationCode::ReadPartitions>(mac, config) != CallOutcome::Done) {
+        return;
     }
-    return outcome != CallOutcome::NotResolved;
+    ShowTitle(MessageId::PartitionsTitle);
+    if (view == PartitionView::Summary) {
+        ShowPartitionSummary(config);
+    } else {
+        ShowDetail(config);
+    }
 }
 
 void ShowPartitions(const std::string& mac) {
@@ -146,9 +142,9 @@ void ShowPartitions(const std::string& mac) {
 
 void SetPartitions(const std::string& mac) {
     const auto state = GetPartitionState(mac);
-    const auto adapterType = GetAdapterType(mac);
-    const auto portCount = GetAdapterPortNumber(mac);
-    if (!state || !adapterType || !portCount) {
+    const auto adapterType = state ? GetAdapterType(mac) : std::nullopt;
+    const auto portCount = adapterType ? GetAdapterPortNumber(mac) : std::nullopt;
+    if (!portCount) {
         return;
     }
     if (*portCount == FourPorts) {
@@ -159,9 +155,10 @@ void SetPartitions(const std::string& mac) {
         ShowSpacedNotice(MessageId::PartitionChangeRefused);
         return;
     }
-    if ((*state != 1 && *state != 3) || !ShowPartitionConfig(mac, PartitionView::Summary)) {
+    if (*state != 1 && *state != 3) {
         return;
     }
+    ShowPartitionConfig(mac, PartitionView::Summary);
     // A completely new configuration, not an edit of the current one.
     PartitionConfig config;
     AskPartitions(*adapterType, static_cast<std::int32_t>(*portCount), config);

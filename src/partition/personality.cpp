@@ -41,37 +41,6 @@ void ShowValue(const PersonalitySetting& setting) {
     ShowMessage(MessageId::CurrentPersonality, setting.value, Layout::Row);
 }
 
-// Shows the port's personality or why it has none. False when the library lacks an entry point.
-bool ReadAndShow(const std::string& mac) {
-    const auto adapterType = GetAdapterType(mac);
-    if (!adapterType) {
-        return false;
-    }
-    if (RefusesType(*adapterType)) {
-        return true;
-    }
-    const auto state = GetPartitionState(mac);
-    if (!state) {
-        return false;
-    }
-    if (!IsUnpartitioned(*state)) {
-        return true;
-    }
-    PersonalitySetting setting;
-    switch (DoOperation<OperationCode::ReadPersonality>(mac, setting)) {
-        case CallOutcome::NotResolved:
-            return false;
-        case CallOutcome::Failed:
-            console::EndLine();
-            ShowLastError();
-            break;
-        case CallOutcome::Done:
-            ShowValue(setting);
-            break;
-    }
-    return true;
-}
-
 std::string AskPersonality() {
     return console::Ask([] { ShowPrompt(MessageId::AskPersonality); },
                         [](const std::string& answer) { return answer == "1" || answer == "2"; },
@@ -96,16 +65,35 @@ void WriteSetting(const std::string& mac, PersonalitySetting& setting) {
 }  // namespace
 
 void ShowPersonality(const std::string& mac) {
-    ReadAndShow(mac);
+    const auto adapterType = GetAdapterType(mac);
+    if (!adapterType || RefusesType(*adapterType)) {
+        return;
+    }
+    const auto state = GetPartitionState(mac);
+    if (!state || !IsUnpartitioned(*state)) {
+        return;
+    }
+    PersonalitySetting setting;
+    switch (DoOperation<OperationCode::ReadPersonality>(mac, setting)) {
+        case CallOutcome::NotResolved:
+            break;
+        case CallOutcome::Failed:
+            console::EndLine();
+            ShowLastError();
+            break;
+        case CallOutcome::Done:
+            ShowValue(setting);
+            break;
+    }
 }
 
 void SetPersonality(const std::string& mac) {
     const auto state = GetPartitionState(mac);
-    const auto adapterType = GetAdapterType(mac);
-    if (!state || !adapterType || RefusesType(*adapterType) || !IsUnpartitioned(*state) ||
-        !ReadAndShow(mac)) {
+    const auto adapterType = state ? GetAdapterType(mac) : std::nullopt;
+    if (!adapterType || RefusesType(*adapterType) || !IsUnpartitioned(*state)) {
         return;
     }
+    ShowPersonality(mac);
     console::EndLine();
     PersonalitySetting setting;
     setting.value = AskPersonality();

@@ -3,7 +3,8 @@
 #include <string>
 
 // `-res <MAC> -get` and `-res <MAC> -set`: what a port that is not partitioned is used for. Ports
-// of adapters of type "Ethernet" and of partitioned adapters are refused.
+// of adapters of type "Ethernet" and of partitioned adapters are refused. A library that lacks an
+// entry point for it ends a command without a word before its first question.
 namespace tavro {
 
 // Shows the port's personality.
