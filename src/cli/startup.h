@@ -15,7 +15,7 @@ bool EndsWithDebugSwitch(Arguments arguments);
 std::wstring LocaleText(const std::string& localeName);
 
 // Sets the process to the user's default locale and returns its name for the library, at most 30
-// characters; empty when the system does not know that locale.
+// characters; empty when the system knows neither that locale nor the one of its messages.
 std::wstring GetLanguage();
 
 // Opens "tavrocli.log" in the current directory for append, unless it is open already. The program

@@ -1,11 +1,11 @@
-#include "platform/locale.h"
-
 #include <clocale>
+
+#include "platform/locale.h"
 
 namespace tavro::platform {
 
 std::string UserLocaleName() {
-    const char* name = std::setlocale(LC_ALL, "");
+    const char* const name = std::setlocale(LC_ALL, "");
     return name == nullptr ? std::string() : std::string(name);
 }
 
