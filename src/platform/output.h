@@ -7,8 +7,8 @@ namespace tavro::platform {
 
 // To be called first in main. The system hands out the numbers of closed standard streams again: a
 // stream that was closed from the start is put in a state in which it stays unusable, so that no
-// file opened later becomes the program's output or input. A write to a pipe that nobody
-// reads any more fails instead of ending the process.
+// file opened later becomes the program's output or input. A write to a pipe that nobody reads any
+// more, or to a file that must not grow, fails instead of ending the process.
 void PrepareStandardStreams();
 
 // Writes all bytes to standard output as they are, waiting as long as needed. False when that is

@@ -50,6 +50,7 @@ void PrepareStandardStreams() {
         }
     }
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool WriteStandardOutput(std::string_view bytes) {

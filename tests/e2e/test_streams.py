@@ -1,6 +1,7 @@
 """What happens at the program's ends: output that nobody takes, input that is not there, languages in pipes."""
 
 import re
+import resource
 import subprocess
 
 import pytest
@@ -28,6 +29,20 @@ def run_redirected(sandbox, redirection, arguments):
 def test_output_closed_or_full(sandbox, redirection):
     result = run_redirected(sandbox, redirection, ["-help"])
     assert (result.returncode, result.stderr) == (0, b"")
+    assert [call["call"] for call in sandbox.calls()][-1] == "Uninitialize"
+
+
+@pytest.mark.platforms("native", "sanitize")
+def test_output_beyond_the_limit_of_file_sizes(sandbox):
+    """The limit is an error like a full disk, and no signal ends the program."""
+    limit = 65536  # has room for the trace
+    path = sandbox.folder / "output"
+    path.write_bytes(b"." * limit)
+    with path.open("ab") as output:
+        process = sandbox.start(["-help"], stdout=output,
+                                preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+        _, errors = finish(process, b"")
+    assert (process.returncode, errors, path.stat().st_size) == (0, b"", limit)
     assert [call["call"] for call in sandbox.calls()][-1] == "Uninitialize"
 
 
