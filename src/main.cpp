@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <string_view>
 
 #include "adapters/discovery.h"
 #include "cli/command_line.h"
@@ -51,26 +53,64 @@ void RunCommand(const Invocation& invocation, std::int32_t adapterState) {
     command->handler(invocation);
 }
 
-void Run(Arguments arguments) {
+// Whether the library is there and initialized; if not, that is told.
+bool Start(Arguments arguments) {
     if (!ManagementLibrary().IsLoaded()) {
         ReportMissingLibrary();
-        return;
+        return false;
     }
     if (!Initialize(EndsWithDebugSwitch(arguments) ? 1 : 0)) {
         ShowFailure(MessageId::InitializeFailed);
-        return;
+        return false;
     }
-    // Also when a handler is left by an exception.
-    struct LibrarySession {
-        LibrarySession() = default;
-        ~LibrarySession() { Uninitialize(); }
-        LibrarySession(const LibrarySession&) = delete;
-        LibrarySession& operator=(const LibrarySession&) = delete;
-    } const session;
+    return true;
+}
 
+void DiscoverAndRun(Arguments arguments) {
     EntryCache cache;
     const std::int32_t adapterState = DiscoverAdapters(cache);
     RunCommand({arguments, cache}, adapterState);
+}
+
+// One line, whatever the text.
+std::wstring FailureLine(std::string_view text) {
+    std::wstring line = L"tavrocli: " + ToWide(text);
+    std::ranges::replace_if(
+        line, [](wchar_t character) { return character == L'\r' || character == L'\n'; }, L' ');
+    return line + L'\n';
+}
+
+// Takes a step and returns the line that tells of the exception that ended it; empty when there is
+// none to tell of. The library is not to let exceptions out, but if it does, of whatever type, that
+// is how they end.
+template <class Step>
+std::wstring FailureOf(const Step& step) {
+    try {
+        step();
+    } catch (const console::OutputLost&) {
+        // A question that nobody would see: there is nobody to tell, either.
+    } catch (const std::exception& error) {
+        return FailureLine(error.what());
+    } catch (...) {
+        return FailureLine("an exception of an unknown type");
+    }
+    return {};
+}
+
+// Returns the line that tells of the first exception, for standard error; empty without one.
+std::wstring Run(Arguments arguments) {
+    bool isStarted = false;
+    std::wstring failure = FailureOf([&] { isStarted = Start(arguments); });
+    if (isStarted) {
+        failure = FailureOf([&] { DiscoverAndRun(arguments); });
+        // Also when a handler was left by an exception.
+        const std::wstring secondFailure = FailureOf(Uninitialize);
+        if (failure.empty()) {
+            failure = secondFailure;
+        }
+    }
+    console::Flush();
+    return failure;
 }
 
 }  // namespace
@@ -80,16 +120,7 @@ void Run(Arguments arguments) {
 // The exit code is always 0: outcomes are told as text.
 int main(int argc, char** argv) {
     tavro::platform::PrepareStandardStreams();
-    std::wstring failure;
-    try {
-        tavro::Run({argv, static_cast<std::size_t>(argc)});
-    } catch (const tavro::console::OutputLost&) {
-        // A question that nobody would see: there is nobody to tell, either.
-        return 0;
-    } catch (const std::exception& error) {
-        failure = L"tavrocli: " + tavro::ToWide(error.what()) + L"\n";
-    }
-    tavro::console::Flush();
+    const std::wstring failure = tavro::Run({argv, static_cast<std::size_t>(argc)});
     tavro::platform::WriteStandardError(failure);
     return 0;
 }

@@ -24,12 +24,18 @@ bool PingCompleted(CallOutcome outcome) {
            (outcome == CallOutcome::Failed && LastStatus == RepliesMissing);
 }
 
+// The library may have written either count, and any 32-bit number; the arithmetic wraps around at
+// 32 bits. Nothing is lost of nothing.
 std::int32_t LossPercentage(const std::string& sentText, const std::string& receivedText) {
     const std::int32_t sent = ParseSigned(sentText);
-    // The library's count may be any 32-bit number; the arithmetic wraps around at 32 bits.
-    const auto lost =
-        static_cast<std::uint32_t>(sent) - static_cast<std::uint32_t>(ParseSigned(receivedText));
-    return static_cast<std::int32_t>(lost * 100U) / sent;
+    const std::int32_t received = ParseSigned(receivedText);
+    if (sent == 0) {
+        return 0;
+    }
+    const auto lost = static_cast<std::uint32_t>(sent) - static_cast<std::uint32_t>(received);
+    // One quotient does not fit into 32 bits, that of the smallest number and -1.
+    const std::int64_t percentage = std::int64_t{static_cast<std::int32_t>(lost * 100U)} / sent;
+    return static_cast<std::int32_t>(percentage);
 }
 
 }  // namespace
