@@ -48,21 +48,23 @@ needPackages() {
         apt-get install -y -q --no-install-recommends "${missing[@]}" >&2
 }
 
-# Configures and builds one preset. Another script that builds the same preset waits for this one.
+# Configures and builds one preset. Another script that builds in the same folder waits for this one. What
+# "native-tests" builds is added to the folder of "native", whose own targets stay the program and the simulator.
 buildPreset() {
-    local folder=$root/build/$1
+    local folder=$root/build/${1%-tests}
     mkdir -p "$folder"
     (
-        cd "$root" && flock 9 && configurePreset "$1" &&
+        cd "$root" && flock 9 && configurePreset "$1" "$folder" &&
             cmake --build --preset "$1" --parallel "$(nproc)"
     ) 9>"$folder.lock"
 }
 
+# Configures a preset in its folder, where that has not been done.
 configurePreset() {
-    local rules=$root/build/$1/build.ninja
-    [ ! -e "$rules" ] || [ CMakePresets.json -nt "$rules" ] || return 0
-    # The compiler is Debian's g++ whatever the environment names.
-    env -u CC -u CXX -u CFLAGS -u CXXFLAGS -u LDFLAGS cmake --preset "$1"
+    local configured=$2/configured-$1
+    [ ! -e "$configured" ] || [ CMakePresets.json -nt "$configured" ] || return 0
+    # The compiler is the preset's, or Debian's g++, whatever the environment names.
+    env -u CC -u CXX -u CFLAGS -u CXXFLAGS -u LDFLAGS cmake --preset "$1" && touch "$configured"
 }
 
 # The same without a word on standard output: what the build says is shown only when it fails.

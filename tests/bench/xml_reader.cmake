@@ -1,6 +1,6 @@
 # The benchmark of the XML document reader, included by CMakeLists.txt:
-#     cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DTAVRO_BUILD_BENCH=ON
-#     cmake --build build/bench --target xml_reader_bench && build/bench/bin/xml_reader_bench
+#     cmake --preset native-tests && cmake --build --preset native-tests --target xml_reader_bench
+#     build/native/bin/xml_reader_bench
 #
 # Debian's libpugixml-dev is built for narrow characters, and the reader's counterpart is pugixml built for wide
 # ones. `apt-get source pugixml` gets the source of the same package; give its folder (the one that holds src) as
@@ -19,3 +19,4 @@ if(TAVRO_PUGIXML_SOURCE)
 else()
     target_link_libraries(xml_reader_bench PRIVATE pugixml::pugixml)
 endif()
+add_test(NAME xml_reader_bench COMMAND xml_reader_bench --short)
