@@ -24,6 +24,12 @@ def heed_signals():
         signal.signal(number, signal.SIG_DFL)
 
 
+def heed_signals_under_wine():
+    """The end of the program hangs up on the console, which is a process of its own and may still have to draw."""
+    heed_signals()
+    signal.signal(signal.SIGHUP, signal.SIG_IGN)
+
+
 class Terminal:
     """A program on a screen. To be used as a context, so that the program is gone at the end.
 
@@ -44,7 +50,7 @@ class Terminal:
             cwd=str(sandbox.work),
             env=sandbox.environment(locale, {"TERM": "xterm"} | (env or {})),
             dimensions=(rows, columns),
-            preexec_fn=heed_signals,
+            preexec_fn=heed_signals_under_wine if self.is_console else heed_signals,
         )
         self.child.delaybeforesend = None
         if self.is_console:
