@@ -259,7 +259,7 @@ TEST(ConsoleOnATerminal, AUnicodeConsoleGetsQuestionMarksToo) {
 TEST(ConsoleOnATerminal, BytesThatNoCodePageReadsAreMaskedAsTheyAreShown) {
     // A code page that no system has: each byte becomes the character of that number.
     Recording recording;
-    Redirect redirect(Terminal(recording.ToText(1, "\r\n")));
+    Redirect redirect(Terminal(recording.ToText(12345, "\r\n")));
     PrintNarrowLine("\xD0\x9F");
     EXPECT_THAT(recording.textWrites, ElementsAre(L"\xD0?\r\n"));
 }
