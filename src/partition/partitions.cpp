@@ -116,7 +116,7 @@ void ShowPartitionSummary(const PartitionConfig& config) {
 }
 
 void ShowPartitionConfig(const std::string& mac, PartitionView view) {
-    const auto state = GetPartitionState(mac);
+    const std::uint32_t state = GetPartitionState(mac).value_or(0);
     if (state == 1) {
         ShowSpacedNotice(MessageId::NotPartitioned);
         return;
