@@ -82,8 +82,8 @@ void ShowNewConfiguration(const PartitionConfig& config) {
         return;
     }
     PartitionConfig named = config;
-    PersonalitiesToNames(named);
-    FlowControlToNames(named, named.portCount);
+    ConvertPersonality(named);
+    ConvertFlowControl(named, named.portCount);
     ShowPartitionSummary(named);
 }
 

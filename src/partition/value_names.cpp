@@ -65,13 +65,13 @@ std::optional<std::string> FlowControlCode(std::string_view menuKey) {
     return row == nullptr ? std::nullopt : std::optional<std::string>(row->code);
 }
 
-void PersonalitiesToNames(tavroapi::PartitionConfig& config) {
+void ConvertPersonality(tavroapi::PartitionConfig& config) {
     for (tavroapi::PartitionFunction& function : config.functions) {
         CodeToName(Personalities, function.personality);
     }
 }
 
-void FlowControlToNames(tavroapi::PartitionConfig& config, std::int32_t portCount) {
+void ConvertFlowControl(tavroapi::PartitionConfig& config, std::int32_t portCount) {
     for (std::size_t port = 0; port < PortsWithFlowControl(portCount); ++port) {
         CodeToName(FlowControls, config.flowControl[port]);
     }

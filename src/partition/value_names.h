@@ -31,10 +31,10 @@ const FunctionPersonality* FindPersonality(std::string_view menuKey);
 std::optional<std::string> FlowControlCode(std::string_view menuKey);
 
 // Replaces the personality of every function by its name. A text that is no code stays as it is.
-void PersonalitiesToNames(tavroapi::PartitionConfig& config);
+void ConvertPersonality(tavroapi::PartitionConfig& config);
 
 // Replaces the flow control of the first `portCount` ports by its name; those beyond the record's
 // four do not count. A text that is no code stays as it is.
-void FlowControlToNames(tavroapi::PartitionConfig& config, std::int32_t portCount);
+void ConvertFlowControl(tavroapi::PartitionConfig& config, std::int32_t portCount);
 
 }  // namespace tavro

@@ -42,47 +42,47 @@ TEST(FlowControlCode, IsTheMenuKeyLessOne) {
 constexpr std::array PersonalityCodes{"3", "5", "9"};
 constexpr std::array PersonalityNames{"Ethernet", "iSCSI", "FCoE"};
 
-TEST(PersonalitiesToNames, NamesAllEightFunctions) {
+TEST(ConvertPersonality, NamesAllEightFunctions) {
     PartitionConfig config;
     for (std::size_t i = 0; i < config.functions.size(); ++i) {
         config.functions[i].personality = PersonalityCodes[i % 3];
     }
-    PersonalitiesToNames(config);
+    ConvertPersonality(config);
     for (std::size_t i = 0; i < config.functions.size(); ++i) {
         EXPECT_EQ(config.functions[i].personality, PersonalityNames[i % 3]);
     }
 }
 
-TEST(PersonalitiesToNames, OtherTextsStay) {
+TEST(ConvertPersonality, OtherTextsStay) {
     PartitionConfig config;
     const std::array<const char*, 8> texts{"", "4", "03", "iSCSI", "FCoE ", "ethernet", "55", "x"};
     for (std::size_t i = 0; i < texts.size(); ++i) {
         config.functions[i].personality = texts[i];
     }
-    PersonalitiesToNames(config);
+    ConvertPersonality(config);
     for (std::size_t i = 0; i < texts.size(); ++i) {
         EXPECT_EQ(config.functions[i].personality, texts[i]);
     }
 }
 
-TEST(FlowControlToNames, EveryCodeHasItsName) {
+TEST(ConvertFlowControl, EveryCodeHasItsName) {
     PartitionConfig config;
     config.flowControl = {"0", "1", "2", "3"};
-    FlowControlToNames(config, 4);
+    ConvertFlowControl(config, 4);
     EXPECT_EQ(config.flowControl,
               (std::array<std::string, 4>{"Auto", "Tx Enabled", "Rx Enabled", "Tx/Rx Enabled"}));
     config.flowControl[0] = "4";
-    FlowControlToNames(config, 1);
+    ConvertFlowControl(config, 1);
     EXPECT_EQ(config.flowControl[0], "Disabled");
 }
 
-TEST(FlowControlToNames, OnlyTheGivenPortsAreNamed) {
+TEST(ConvertFlowControl, OnlyTheGivenPortsAreNamed) {
     const std::array<std::string, 4> codes{"0", "0", "0", "0"};
     for (const std::int32_t portCount :
          {std::numeric_limits<std::int32_t>::min(), -1, 0, 1, 2, 3, 4, 5, 64, 65, 2147483647}) {
         PartitionConfig config;
         config.flowControl = codes;
-        FlowControlToNames(config, portCount);
+        ConvertFlowControl(config, portCount);
         for (std::int32_t port = 0; port < 4; ++port) {
             EXPECT_EQ(config.flowControl[static_cast<std::size_t>(port)],
                       port < portCount ? "Auto" : "0")
@@ -91,11 +91,11 @@ TEST(FlowControlToNames, OnlyTheGivenPortsAreNamed) {
     }
 }
 
-TEST(FlowControlToNames, OtherTextsStay) {
+TEST(ConvertFlowControl, OtherTextsStay) {
     PartitionConfig config;
     config.flowControl = {"auto", "5", "", "Tx Enabled "};
     const auto before = config.flowControl;
-    FlowControlToNames(config, 4);
+    ConvertFlowControl(config, 4);
     EXPECT_EQ(config.flowControl, before);
 }
 
