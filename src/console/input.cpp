@@ -2,6 +2,7 @@
 
 #include "console/console.h"
 #include "console/state.h"
+#include "platform/crash_dump.h"
 
 namespace tavro::console {
 namespace {
@@ -12,6 +13,10 @@ bool Fill(State& state) {
         return true;
     }
     if (!state.atEnd) {
+        if (!state.device.keysFromTerminal) {
+            // A secret may come along that is asked for only later.
+            platform::ForbidCrashDumps();
+        }
         state.position = 0;
         state.filled = state.device.readBytes(state.input.data(), state.input.size());
         state.atEnd = state.filled == 0;

@@ -5,6 +5,7 @@
 #include "console/console.h"
 #include "console/state.h"
 #include "console/wipe.h"
+#include "platform/crash_dump.h"
 #include "platform/keyboard.h"
 
 namespace tavro::console {
@@ -81,6 +82,7 @@ void ReadKeys(std::string& text) {
 
 void ReadSecret(std::string& text) {
     constexpr std::size_t UsualRoom = 128;
+    platform::ForbidCrashDumps();
     WipeSecret(text);
     text.reserve(UsualRoom);
     try {

@@ -9,6 +9,7 @@
 #include "import/xml_file.h"
 #include "mgmt/message.h"
 #include "mgmt/text.h"
+#include "platform/crash_dump.h"
 
 namespace tavro {
 
@@ -175,6 +176,7 @@ void ImportConfiguration(EntryCache& cache) {
         ShowLastError();
         return;
     }
+    platform::ForbidCrashDumps();
     xml::XmlResults results;
     const XmlNode top = xml::ParseXmlFile(FileName, results);
     if (top.IsEmpty()) {

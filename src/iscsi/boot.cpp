@@ -8,6 +8,7 @@
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
 #include "mgmt/rows.h"
+#include "platform/crash_dump.h"
 #include "tavroapi/boot_records.h"
 
 namespace tavro {
@@ -79,6 +80,7 @@ void ShowConfiguration(const std::string& mac, const IscsiBootConfig& config) {
 
 // Reads and shows the configuration, or tells why not.
 CallOutcome ReadAndShow(const std::string& mac) {
+    platform::ForbidCrashDumps();
     IscsiBootConfig config;
     const BootSecretsGuard guard(config);
     const CallOutcome outcome = DoOperation<OperationCode::ReadIscsiBoot>(mac, config);

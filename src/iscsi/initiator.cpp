@@ -6,6 +6,7 @@
 #include "console/console.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
+#include "platform/crash_dump.h"
 
 namespace tavro {
 
@@ -41,6 +42,7 @@ std::int32_t LossPercentage(const std::string& sentText, const std::string& rece
 }  // namespace
 
 void GetInitiator() {
+    platform::ForbidCrashDumps();
     tavroapi::InitiatorRecord initiator;
     const LoginSecretsGuard guard(initiator.login);
     if (DoOperation<OperationCode::ReadInitiator>(Host, initiator) != CallOutcome::Done) {
