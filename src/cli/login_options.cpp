@@ -34,8 +34,6 @@ void AskInitiatorChap(tavroapi::LoginOptions& options) {
 }  // namespace
 
 void ResetLoginOptions(tavroapi::LoginOptions& options) {
-    console::WipeSecret(options.targetSecret);
-    console::WipeSecret(options.initiatorSecret);
     options = {};
     options.multipath = "Yes";
     options.headerDigest = "No";

@@ -71,7 +71,6 @@ void ReadKeys(std::string& text) {
             AppendKey(text, key);
             Echo("*");
         } else if (!text.empty()) {
-            text.back() = '\0';
             text.pop_back();
             Echo("\b \b");
         }

@@ -1,6 +1,6 @@
 #include "platform/encoding.h"
 
-#include <array>
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
@@ -126,17 +126,15 @@ std::size_t CountAscii(std::string_view bytes) {
     return count;
 }
 
-// Takes ASCII characters off the bytes, as many as stand together and fit the block through which
-// they go, and tells whether there were any. A block at a time is several times faster than a
-// character.
-bool TakeAscii(std::string_view& bytes, std::wstring& text, std::array<wchar_t, 512>& block) {
-    const std::size_t count = CountAscii(bytes.substr(0, block.size()));
-    for (std::size_t index = 0; index < count; ++index) {
-        block[index] = static_cast<wchar_t>(bytes[index]);
-    }
-    text.append(block.data(), count);
-    bytes.remove_prefix(count);
-    return count > 0;
+// Takes ASCII characters off the bytes, a block at most, and tells whether there were any. A block
+// at a time is several times faster than a character.
+bool TakeAscii(std::string_view& bytes, std::wstring& text) {
+    constexpr std::size_t Block = 4096;
+    const std::string_view ascii = bytes.substr(0, CountAscii(bytes.substr(0, Block)));
+    text.resize(text.size() + ascii.size());
+    std::copy(ascii.begin(), ascii.end(), text.end() - static_cast<std::ptrdiff_t>(ascii.size()));
+    bytes.remove_prefix(ascii.size());
+    return !ascii.empty();
 }
 
 }  // namespace
@@ -183,9 +181,8 @@ std::optional<char32_t> TakeUtf8(std::string_view& bytes) {
 std::wstring DecodeUtf8(std::string_view bytes) {
     std::wstring text;
     text.reserve(bytes.size());
-    std::array<wchar_t, 512> block{};
     while (!bytes.empty()) {
-        if (!TakeAscii(bytes, text, block)) {
+        if (!TakeAscii(bytes, text)) {
             AppendWide(TakeUtf8(bytes).value_or(Replacement), text);
         }
     }

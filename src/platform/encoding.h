@@ -20,7 +20,8 @@ std::string EncodeText(std::wstring_view text, unsigned codePage);
 // SystemCodePage: on Windows the conversion with precomposed characters; elsewhere by the locale
 // that setlocale set: "C" and "POSIX" read each byte as the Latin-1 character of that number. In
 // other code pages malformed bytes become U+FFFD or what the system puts in their place. Nothing
-// when the system cannot convert (it has no such code page, or out of range).
+// when the system cannot convert (it has no such code page, or out of range). The bytes may hold
+// secrets: the only copy that is left is the result.
 std::optional<std::wstring> DecodeText(std::string_view bytes, unsigned codePage);
 
 // Takes the first character off UTF-8 bytes, of which there must be some; or the malformed sequence

@@ -7,6 +7,7 @@
 
 #include "platform/code_page.h"
 #include "platform/encoding.h"
+#include "platform/wipe.h"
 
 namespace tavro::platform {
 namespace {
@@ -97,6 +98,7 @@ std::optional<std::wstring> DecodeByTable(std::string_view bytes, unsigned codeP
         std::size_t room = sizeof decoded;
         const int error = conversion.Run(&input, &inputSize, &output, &room);
         text.append(decoded.data(), (sizeof decoded - room) / sizeof(wchar_t));
+        WipeBytes(decoded.data(), sizeof decoded);
         if (error == EILSEQ) {
             text += L'\xFFFD';
             ++input;

@@ -164,11 +164,12 @@ TEST(ReadSecret, BackspaceSteersATerminal) {
 TEST(WipeSecret, ClearsTheWholeStorage) {
     std::string secret(100, 's');
     secret.resize(50);
-    const char* storage = secret.data();
+    const char* const storage = secret.data();
+    // The end of the text aside, the other half is still there.
+    ASSERT_EQ(std::string(storage + 51, 49), std::string(49, 's'));
     WipeSecret(secret);
     EXPECT_EQ(secret, "");
     ASSERT_EQ(secret.data(), storage);
-    secret.resize(secret.capacity(), '\0');
     EXPECT_EQ(std::string(storage, 100), std::string(100, '\0'));
 }
 

@@ -1,0 +1,167 @@
+// A management library that watches what its program does with a secret: which operations get it,
+// whether a core would hold it, and, when the program has ended, what is left of it in memory. The
+// library itself keeps no copy. It may have a signal handler, too (TAVRO_HANDLED_SIGNAL).
+#include <sys/prctl.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+
+#include "memory_search.h"
+#include "tavroapi/boot_records.h"
+#include "tavroapi/entry_points.h"
+#include "tavroapi/iscsi_storage_records.h"
+
+namespace {
+
+using tavroapi::OperationCode;
+
+std::string Variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string() : value;
+}
+
+volatile std::sig_atomic_t handledSignals = 0;
+
+void HandleSignal(int /*signal*/) {
+    handledSignals = handledSignals + 1;
+}
+
+// The program's static objects that were made after this one are gone when it goes.
+class Watch {
+  public:
+    Watch() : secret(Variable("TAVRO_SECRET")), report(Variable("TAVRO_SECRET_REPORT")) {}
+    ~Watch() {
+        report << "handled " << handledSignals << '\n';
+        std::size_t searchedBytes = 0;
+        for (const std::string& place : secret_memory::SearchMemory(secret, searchedBytes)) {
+            report << "left " << place << '\n';
+        }
+        report << "searched " << searchedBytes << std::endl;
+    }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    void NoteOperation(std::uint32_t operation, std::size_t secretCount) {
+        rlimit core{};
+        getrlimit(RLIMIT_CORE, &core);
+        const bool leavesCore = core.rlim_max != 0 || prctl(PR_GET_DUMPABLE) != 0;
+        report << "operation " << operation << " secrets " << secretCount
+               << (leavesCore ? " core" : " no core") << std::endl;
+    }
+
+    const secret_memory::Secret secret;
+
+  private:
+    std::ofstream report;
+};
+
+Watch watch;
+
+std::size_t CountSecrets(const tavroapi::LoginOptions& options) {
+    return static_cast<std::size_t>(watch.secret.IsIn(options.targetSecret)) +
+           static_cast<std::size_t>(watch.secret.IsIn(options.initiatorSecret));
+}
+
+std::size_t CountSecrets(const tavroapi::IscsiBootConfig& config) {
+    std::size_t count = 0;
+    for (const std::size_t position : tavroapi::IscsiBootConfig::SecretPositions) {
+        count += static_cast<std::size_t>(watch.secret.IsIn(config.texts[position]));
+    }
+    return count;
+}
+
+template <OperationCode Code>
+tavroapi::InputOf<Code>& Input(void* input) {
+    return *static_cast<tavroapi::InputOf<Code>*>(input);
+}
+
+std::size_t CountSecretsOf(OperationCode operation, void* input) {
+    switch (operation) {
+        case OperationCode::SetInitiator:
+            return CountSecrets(Input<OperationCode::SetInitiator>(input).login);
+        case OperationCode::AddPortal:
+            return CountSecrets(Input<OperationCode::AddPortal>(input).login);
+        case OperationCode::LogInToTarget:
+            return CountSecrets(Input<OperationCode::LogInToTarget>(input).login);
+        case OperationCode::WriteIscsiBoot:
+            return CountSecrets(Input<OperationCode::WriteIscsiBoot>(input));
+        default:
+            return 0;
+    }
+}
+
+void HandOutSecrets(OperationCode operation, void* output) {
+    if (operation == OperationCode::ReadInitiator) {
+        auto& login = static_cast<tavroapi::InitiatorRecord*>(output)->login;
+        watch.secret.AppendTo(login.targetSecret);
+        watch.secret.AppendTo(login.initiatorSecret);
+    } else if (operation == OperationCode::ReadIscsiBoot) {
+        auto& config = *static_cast<tavroapi::IscsiBootConfig*>(output);
+        for (const std::size_t position : tavroapi::IscsiBootConfig::SecretPositions) {
+            watch.secret.AppendTo(config.texts[position]);
+        }
+    }
+}
+
+}  // namespace
+
+extern "C" {
+
+tavroapi::InitializeEntry::Function TAVROAPI_Initialize;
+tavroapi::UninitializeEntry::Function TAVROAPI_Uninitialize;
+tavroapi::GetHostNameEntry::Function TAVROAPI_GetHostName;
+tavroapi::GetDiscoveredAdaptersEntry::Function TAVROAPI_GetDiscoveredAdapters;
+tavroapi::GetPortWWNsEntry::Function TAVROAPI_GetPortWWNs;
+tavroapi::GetPartitionStateEntry::Function TAVROAPI_GetPartitionState;
+tavroapi::GetLocalizeMessageEntry::Function TAVROAPI_GetLocalizeMessage;
+tavroapi::DoOperationEntry::Function TAVROAPI_DoOperation;
+
+std::uint32_t TAVROAPI_Initialize(std::uint32_t, std::wstring*) {
+    if (const std::string number = Variable("TAVRO_HANDLED_SIGNAL"); !number.empty()) {
+        std::signal(std::stoi(number), HandleSignal);
+    }
+    return 0;
+}
+
+std::uint32_t TAVROAPI_Uninitialize() {
+    return 0;
+}
+
+std::uint32_t TAVROAPI_GetHostName(std::string*) {
+    return 0;
+}
+
+std::uint32_t TAVROAPI_GetDiscoveredAdapters(std::list<tavroapi::AdapterRecord>* adapters) {
+    adapters->push_back({"Adapter", 1, {"Port 1"}});
+    return 0;
+}
+
+std::uint32_t TAVROAPI_GetPortWWNs(std::string*, std::string*,
+                                   std::list<tavroapi::FunctionAddress>* addresses,
+                                   std::list<tavroapi::FunctionIdentity>* identities) {
+    addresses->push_back({"K", "A", 2});
+    identities->push_back({"K", tavroapi::IscsiFunction, "S"});
+    return 0;
+}
+
+std::uint32_t TAVROAPI_GetPartitionState(std::string*, std::uint32_t* state) {
+    *state = 1;
+    return 0;
+}
+
+std::uint32_t TAVROAPI_GetLocalizeMessage(std::uint32_t messageId, std::wstring* text) {
+    *text = L"#" + std::to_wstring(messageId);
+    return 0;
+}
+
+std::uint32_t TAVROAPI_DoOperation(std::uint32_t operation, std::string*, void* input,
+                                   void* output) {
+    const auto code = static_cast<OperationCode>(operation);
+    watch.NoteOperation(operation, CountSecretsOf(code, input));
+    HandOutSecrets(code, output);
+    return 0;
+}
+
+}  // extern "C"
