@@ -10,9 +10,10 @@ bool StandardInputIsTerminal();
 int AlternateBackspace();
 
 // While an object of this type lives, the terminal that is standard input hands over every key at
-// once and echoes none. Its former state returns when the object is destroyed and when a signal
-// that can be caught ends the process; the process cannot be suspended meanwhile, and Ctrl-Z is an
-// ordinary key. Only one object at a time; only where StandardInputIsTerminal().
+// once and echoes none. Its former state returns when the object is destroyed and when any signal
+// that can be caught ends the process. The process cannot be suspended meanwhile; Ctrl-Z, Ctrl-\,
+// Ctrl-S and Ctrl-Q are ordinary keys. Only one object at a time; only where
+// StandardInputIsTerminal().
 class KeyByKeyMode {
   public:
     KeyByKeyMode();
@@ -25,9 +26,6 @@ class KeyByKeyMode {
     // Waits for a key and returns its number 0..255, or -1 when the terminal is gone. Ctrl-C ends
     // the process.
     int ReadKey();
-
-  private:
-    bool active = false;
 };
 
 }  // namespace tavro::platform

@@ -17,11 +17,9 @@ int AlternateBackspace() {
 }
 
 // _getch itself switches the console over for each key and back again.
-KeyByKeyMode::KeyByKeyMode() : active(true) {}
+KeyByKeyMode::KeyByKeyMode() = default;
 
-KeyByKeyMode::~KeyByKeyMode() {
-    active = false;
-}
+KeyByKeyMode::~KeyByKeyMode() = default;
 
 int KeyByKeyMode::ReadKey() {
     constexpr int ControlC = 3;
