@@ -64,7 +64,7 @@ std::string Described(const Call& call) {
 
 void Log::Open(const std::filesystem::path& path) {
     try {
-        file_.emplace(path);
+        file_.emplace(path, platform::Accept::OwnRegularFiles);
     } catch (const platform::FileError&) {
         file_.reset();
     }

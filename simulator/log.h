@@ -13,7 +13,8 @@ namespace tavrosim {
 /// either.
 class Log {
   public:
-    /// Switches the log on, which is off at first; a file that cannot be opened leaves it off.
+    /// Switches the log on, which is off at first. A file that cannot be opened, is no regular
+    /// file, or is a link that somebody else laid leaves it off.
     void Open(const std::filesystem::path& path);
 
     /// Switches the log off.

@@ -21,7 +21,9 @@ Json ErrorToJson(const tavroapi::ErrorRecord& error) {
 }  // namespace
 
 Trace::Trace(const TraceOptions& options)
-    : options_(options), file_(options.path), line_(std::make_unique<Json>()) {}
+    : options_(options),
+      file_(options.path, platform::Accept::Everything),
+      line_(std::make_unique<Json>()) {}
 
 Trace::~Trace() = default;
 

@@ -52,11 +52,21 @@ class FileLock {
     std::unique_ptr<Handle> handle_;
 };
 
+/// Which files of a name an AppendFile takes.
+enum class Accept {
+    /// Whatever can be opened, a pipe or a device as well: somebody chose the path.
+    Everything,
+    /// Regular files, others are left alone; and a symbolic link in their place only when the user
+    /// that runs this process owns it. On Windows no link: what an administrator makes belongs to a
+    /// group there, and an owner says too little.
+    OwnRegularFiles,
+};
+
 /// A file that only grows; several programs may append to it at once. Made when missing, readable
 /// by the owner only.
 class AppendFile {
   public:
-    explicit AppendFile(const std::filesystem::path& path);
+    AppendFile(const std::filesystem::path& path, Accept accept);
     ~AppendFile();
     AppendFile(const AppendFile&) = delete;
     AppendFile& operator=(const AppendFile&) = delete;

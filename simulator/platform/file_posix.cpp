@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -27,11 +28,16 @@ constexpr int MostLinks = 40;
 
 class Descriptor {
   public:
-    explicit Descriptor(int value) : value_(value) {}
+    explicit Descriptor(int value = -1) : value_(value) {}
     ~Descriptor() {
         if (value_ >= 0) {
             close(value_);
         }
+    }
+    Descriptor(Descriptor&& other) noexcept : value_(std::exchange(other.value_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(value_, other.value_);
+        return *this;
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
@@ -50,6 +56,60 @@ int Open(const std::filesystem::path& path, int flags) {
         descriptor = open(path.c_str(), flags | O_CLOEXEC, OwnerOnly);
     } while (descriptor < 0 && errno == EINTR);
     return descriptor;
+}
+
+// What stands at the path, without opening it: nothing waits, and the other end of a pipe notices
+// nothing.
+Descriptor FindNode(const Descriptor& folder, const std::filesystem::path& path, int flags) {
+    return Descriptor(openat(folder.Value(), path.c_str(), O_PATH | O_CLOEXEC | flags));
+}
+
+// The node's kind and owner; all zero when there is no node.
+struct stat StatusOf(const Descriptor& node) {
+    struct stat status {};
+    if (!node.IsOpen() || fstat(node.Value(), &status) != 0) {
+        return {};
+    }
+    return status;
+}
+
+// Empty when it cannot be read.
+std::filesystem::path TargetOf(const Descriptor& link) {
+    std::array<char, PATH_MAX> target{};
+    const ssize_t length = readlinkat(link.Value(), "", target.data(), target.size());
+    return std::string(target.data(), length < 0 ? 0 : static_cast<std::size_t>(length));
+}
+
+// Opens a regular file for append, made when missing; see Accept::OwnRegularFiles. Links are
+// followed by hand: the link whose owner is asked is the very one whose target is taken.
+Descriptor OpenOwnForAppend(std::filesystem::path path) {
+    Descriptor folder(AT_FDCWD);
+    for (int links = 0; links <= MostLinks; ++links) {
+        if (path.has_parent_path()) {
+            folder = FindNode(folder, path.parent_path(), O_DIRECTORY);
+            path = path.filename();
+        }
+        Descriptor node = FindNode(folder, path, O_NOFOLLOW);
+        if (!node.IsOpen() && errno == ENOENT) {
+            constexpr int NewFile = O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_CLOEXEC;
+            Descriptor made(openat(folder.Value(), path.c_str(), NewFile, OwnerOnly));
+            if (made.IsOpen() || errno != EEXIST) {
+                return made;
+            }
+            node = FindNode(folder, path, O_NOFOLLOW);  // another program was faster
+        }
+        const struct stat status = StatusOf(node);
+        if (S_ISREG(status.st_mode)) {
+            return Descriptor(Open("/proc/self/fd/" + std::to_string(node.Value()),
+                                   O_WRONLY | O_APPEND | O_NOCTTY));
+        }
+        if (!S_ISLNK(status.st_mode) || status.st_uid != geteuid()) {
+            errno = EPERM;
+            break;
+        }
+        path = TargetOf(node);
+    }
+    return Descriptor();
 }
 
 // Returns 0 or the error.
@@ -167,12 +227,15 @@ FileLock::FileLock(const std::filesystem::path& path, std::chrono::milliseconds 
 FileLock::~FileLock() = default;
 
 struct AppendFile::Handle {
-    explicit Handle(int descriptor) : file(descriptor) {}
+    explicit Handle(Descriptor opened) : file(std::move(opened)) {}
     Descriptor file;
 };
 
-AppendFile::AppendFile(const std::filesystem::path& path)
-    : handle_(std::make_unique<Handle>(Open(path, O_WRONLY | O_CREAT | O_APPEND))) {
+AppendFile::AppendFile(const std::filesystem::path& path, Accept accept)
+    : handle_(
+          std::make_unique<Handle>(accept == Accept::OwnRegularFiles
+                                       ? OpenOwnForAppend(path)
+                                       : Descriptor(Open(path, O_WRONLY | O_CREAT | O_APPEND)))) {
     if (!handle_->file.IsOpen()) {
         Fail(path, L"cannot be opened", errno);
     }

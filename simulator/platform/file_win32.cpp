@@ -140,6 +140,14 @@ class OwnerOnly {
     SECURITY_ATTRIBUTES attributes_{};
 };
 
+// Whether the handle, opened without following links, is of a file on a disk and no reparse point.
+bool IsPlainFile(const FileHandle& file) {
+    BY_HANDLE_FILE_INFORMATION information{};
+    return GetFileType(file.Value()) == FILE_TYPE_DISK &&
+           GetFileInformationByHandle(file.Value(), &information) != 0 &&
+           (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
+}
+
 constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 }  // namespace
@@ -290,13 +298,18 @@ struct AppendFile::Handle {
     FileHandle file;
 };
 
-AppendFile::AppendFile(const std::filesystem::path& path) {
+AppendFile::AppendFile(const std::filesystem::path& path, Accept accept) {
+    const bool acceptsEverything = accept == Accept::Everything;
     OwnerOnly access;
-    handle_ = std::make_unique<Handle>(CreateFileW(path.c_str(), FILE_APPEND_DATA, ShareAll,
-                                                   access.IsValid() ? access.Attributes() : nullptr,
-                                                   OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    handle_ = std::make_unique<Handle>(CreateFileW(
+        path.c_str(), FILE_APPEND_DATA, ShareAll, access.IsValid() ? access.Attributes() : nullptr,
+        OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | (acceptsEverything ? 0 : FILE_FLAG_OPEN_REPARSE_POINT),
+        nullptr));
     if (!handle_->file.IsOpen()) {
         Fail(path, L"cannot be opened", GetLastError());
+    }
+    if (!acceptsEverything && !IsPlainFile(handle_->file)) {
+        throw FileError(TextOf(path) + L": is no regular file");
     }
 }
 

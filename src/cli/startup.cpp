@@ -1,18 +1,18 @@
 #include "cli/startup.h"
 
-#include <fstream>
 #include <string_view>
 
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
 #include "mgmt/text.h"
+#include "platform/file.h"
 #include "platform/locale.h"
 
 namespace tavro {
 
 namespace {
 
-std::wofstream DebugLog;
+platform::RegularFile DebugLog;
 
 constexpr std::size_t LocaleBufferLength = 30;
 
@@ -31,8 +31,8 @@ std::wstring GetLanguage() {
 }
 
 void OpenDebugLog() {
-    if (!DebugLog.is_open()) {
-        DebugLog.open("tavrocli.log", std::ios::out | std::ios::app);
+    if (!DebugLog.IsOpen()) {
+        DebugLog = platform::RegularFile::OpenForAppend(L"tavrocli.log");
     }
 }
 
