@@ -28,8 +28,8 @@ void ShowRestrictedStateNotice() {
 
 // The library owns the message texts, so its absence can be told only in the system's own words.
 void ReportMissingLibrary() {
-    platform::WriteStandardError(L"tavrocli: cannot load " + ToWide(tavroapi::LibraryFileName) +
-                                 L": " + ManagementLibrary().FailureReason() + L"\n");
+    platform::WriteStandardError(L"tavrocli: cannot load " + ManagementLibrary().FailureReason() +
+                                 L"\n");
     ShowFailure(MessageId::LibraryMissing);
 }
 

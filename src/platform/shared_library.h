@@ -18,15 +18,16 @@ class SharedLibrary {
     SharedLibrary& operator=(const SharedLibrary&) = delete;
     ~SharedLibrary() = default;
 
-    // Loads the library with this bare file name (ASCII, no directories). On Windows only the
-    // program's own and the system's directory are searched; elsewhere the system's dynamic loader
-    // searches, the program's run path first. On failure the result is not loaded and
+    // Loads the library with this bare file name (ASCII, no directories) from the directory where
+    // the running program lies, a link to it resolved, and from nowhere else; on Windows the
+    // system's directory is searched after the program's. On failure the result is not loaded and
     // FailureReason() says why.
     static SharedLibrary Load(const std::string& fileName);
 
     bool IsLoaded() const { return handle != nullptr; }
 
-    // The system's reason for a failed Load, one line without its line end; empty when loaded.
+    // The file that a failed Load tried, a colon, and the system's reason, as one line without its
+    // line end; empty when loaded.
     const std::wstring& FailureReason() const { return failureReason; }
 
     // The address of the exported symbol; null when there is none or nothing is loaded.

@@ -1,17 +1,73 @@
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <string>
+#include <string_view>
 
 #include "platform/encoding.h"
 #include "platform/shared_library.h"
 
 namespace tavro::platform {
+namespace {
+
+// The folder of the running program with a slash at its end, links resolved; empty when the system
+// does not tell.
+std::string ProgramFolder() {
+    std::string path(256, '\0');
+    while (true) {
+        const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
+        if (length <= 0 || path.front() != '/') {
+            return {};
+        }
+        if (static_cast<std::size_t>(length) < path.size()) {
+            path.resize(static_cast<std::size_t>(length));
+            return path.substr(0, path.rfind('/') + 1);
+        }
+        path.resize(2 * path.size());
+    }
+}
+
+// The folder as the dynamic loader is to be given it. The loader replaces words like "$ORIGIN" in a
+// path, so a folder with such a name goes by a descriptor, which stays open like the library.
+std::string LoaderFolder(const std::string& folder) {
+    if (folder.find('$') == std::string::npos) {
+        return folder;
+    }
+    const int descriptor = open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    return "/proc/self/fd/" + std::to_string(descriptor) + "/";
+}
+
+// One line whatever a folder is called.
+std::wstring OneLine(std::string_view bytes) {
+    std::wstring text = DecodeText(bytes, Utf8CodePage).value();
+    for (wchar_t& character : text) {
+        if (character < L' ' || character == L'\x7F') {
+            character = L'?';
+        }
+    }
+    return text;
+}
+
+}  // namespace
 
 SharedLibrary SharedLibrary::Load(const std::string& fileName) {
     SharedLibrary library;
-    library.handle = dlopen(fileName.c_str(), RTLD_NOW | RTLD_LOCAL);
+    const std::string folder = ProgramFolder();
+    if (folder.empty()) {
+        library.failureReason = OneLine(fileName + ": the program's own folder is not known");
+        return library;
+    }
+    const std::string path = LoaderFolder(folder) + fileName;
+    library.handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library.handle == nullptr) {
-        const char* reason = dlerror();
-        library.failureReason =
-            DecodeText(reason == nullptr ? "unknown reason" : reason, Utf8CodePage).value();
+        const char* error = dlerror();
+        std::string_view reason = error == nullptr ? "unknown reason" : error;
+        // The loader names the file, too, unless it lacks another one that the library needs.
+        if (const std::string named = path + ": "; reason.starts_with(named)) {
+            reason.remove_prefix(named.size());
+        }
+        library.failureReason = OneLine(folder + fileName + ": " + std::string(reason));
     }
     return library;
 }

@@ -27,21 +27,18 @@ std::wstring SystemErrorText(DWORD error) {
 
 SharedLibrary SharedLibrary::Load(const std::string& fileName) {
     SharedLibrary library;
-    // Without the restriction a file of that name in the current directory or in PATH would do as
-    // well.
-    if (SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_APPLICATION_DIR |
-                                 LOAD_LIBRARY_SEARCH_SYSTEM32) == 0) {
-        library.failureReason = SystemErrorText(GetLastError());
-        return library;
-    }
     // A failing load is to be reported as text, not in a message box.
     const UINT formerMode = SetErrorMode(SEM_FAILCRITICALERRORS);
     const std::wstring wideName(fileName.begin(), fileName.end());
-    library.handle = LoadLibraryW(wideName.c_str());
+    // Without the restriction a file of that name in the current directory or in PATH would do as
+    // well. It holds for this load alone: what the library loads itself it finds as it always does.
+    library.handle =
+        LoadLibraryExW(wideName.c_str(), nullptr,
+                       LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
     const DWORD error = GetLastError();
     SetErrorMode(formerMode);
     if (library.handle == nullptr) {
-        library.failureReason = SystemErrorText(error);
+        library.failureReason = wideName + L": " + SystemErrorText(error);
     }
     return library;
 }

@@ -12,6 +12,12 @@ VERSION = "5.2.3.1"
 RESOURCE_VERSION, RESOURCE_MANIFEST = 16, 24
 ASSEMBLY = "{urn:schemas-microsoft-com:asm.v1}"
 RIGHTS = "{urn:schemas-microsoft-com:asm.v3}"
+SYSTEMS = "{urn:schemas-microsoft-com:compatibility.v1}"
+SUPPORTED_SYSTEMS = {  # the numbers by which Windows knows the releases; 10 stands for 11 as well
+    "8": "{4a2f28e3-53b9-4441-ba9c-d69d4a4a6e38}",
+    "8.1": "{1f676c76-80e1-4239-95bb-83d0f6d0da78}",
+    "10": "{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}",
+}
 
 
 def source(path):
@@ -50,6 +56,8 @@ def test_the_manifest(platform):
     assert identity.get("processorArchitecture") == "amd64"
     level = manifest.find(f".//{RIGHTS}requestedExecutionLevel")
     assert (level.get("level"), level.get("uiAccess")) == ("asInvoker", "false")
+    systems = {system.get("Id") for system in manifest.iter(SYSTEMS + "supportedOS")}
+    assert systems == set(SUPPORTED_SYSTEMS.values())
 
 
 def version_text(resource, name):

@@ -8,26 +8,9 @@
 namespace tavro::platform {
 namespace {
 
-// A library that every system of its kind has, and a function in it.
-struct KnownLibrary {
-    const char* fileName;
-    const char* symbol;
-};
-
-constexpr KnownLibrary KnownLibraries[] = {
-    {"kernel32.dll", "GetTickCount"},
-    {"libm.so.6", "cos"},
-};
-
-// The first known library that loads here; exactly one of them does.
-std::pair<SharedLibrary, const char*> LoadKnownLibrary() {
-    for (const KnownLibrary& known : KnownLibraries) {
-        SharedLibrary library = SharedLibrary::Load(known.fileName);
-        if (library.IsLoaded()) {
-            return {std::move(library), known.symbol};
-        }
-    }
-    return {};
+// Lies beside this program.
+SharedLibrary LoadHelper() {
+    return SharedLibrary::Load("helper.dll");
 }
 
 TEST(SharedLibrary, OwnsNothingAtFirst) {
@@ -41,29 +24,36 @@ TEST(SharedLibrary, AMissingLibraryIsReportedInOneLine) {
     const SharedLibrary library = SharedLibrary::Load("tavro_no_such_library.dll");
     EXPECT_FALSE(library.IsLoaded());
     EXPECT_EQ(library.Resolve("anything"), nullptr);
-    EXPECT_FALSE(library.FailureReason().empty());
-    EXPECT_EQ(library.FailureReason().find_first_of(L"\r\n"), std::wstring::npos);
+    const std::wstring reason = library.FailureReason();
+    const std::wstring name = L"tavro_no_such_library.dll: ";
+    const std::size_t place = reason.find(name);
+    ASSERT_NE(place, std::wstring::npos);
+    EXPECT_GT(reason.size(), place + name.size());
+    EXPECT_EQ(reason.find(L"tavro_no_such_library.dll", place + 1), std::wstring::npos);
+    EXPECT_EQ(reason.find_first_of(L"\r\n"), std::wstring::npos);
 }
 
 TEST(SharedLibrary, ResolvesWhatTheLibraryExports) {
-    const auto [library, symbol] = LoadKnownLibrary();
+    const SharedLibrary library = LoadHelper();
     ASSERT_TRUE(library.IsLoaded());
     EXPECT_TRUE(library.FailureReason().empty());
-    EXPECT_NE(library.Resolve(symbol), nullptr);
-    EXPECT_NE(library.Resolve<void()>(symbol), nullptr);
+    EXPECT_NE(library.Resolve("HelperAnswer"), nullptr);
+    const auto answer = library.Resolve<int()>("HelperAnswer");
+    ASSERT_NE(answer, nullptr);
+    EXPECT_EQ(answer(), 42);
     EXPECT_EQ(library.Resolve("Tavro_NoSuchSymbol"), nullptr);
 }
 
 TEST(SharedLibrary, MovingHandsOverTheLibrary) {
-    auto [library, symbol] = LoadKnownLibrary();
+    SharedLibrary library = LoadHelper();
     ASSERT_TRUE(library.IsLoaded());
     SharedLibrary second = std::move(library);
     EXPECT_TRUE(second.IsLoaded());
     EXPECT_FALSE(library.IsLoaded());
     SharedLibrary third;
     third = std::move(second);
-    EXPECT_NE(third.Resolve(symbol), nullptr);
-    EXPECT_EQ(second.Resolve(symbol), nullptr);
+    EXPECT_NE(third.Resolve("HelperAnswer"), nullptr);
+    EXPECT_EQ(second.Resolve("HelperAnswer"), nullptr);
 }
 
 }  // namespace
