@@ -12,6 +12,7 @@
 #include "mgmt/library.h"
 #include "mgmt/message.h"
 #include "mgmt/text.h"
+#include "platform/arguments.h"
 #include "platform/output.h"
 
 namespace tavro {
@@ -97,6 +98,12 @@ std::wstring FailureOf(const Step& step) {
     return {};
 }
 
+// The line for an argument that did not arrive as it was typed, which must not be acted on.
+std::wstring RefusedArgument(std::size_t position) {
+    return L"tavrocli: argument " + std::to_wstring(position) +
+           L" holds a character that the system's code page lacks; nothing was done\n";
+}
+
 // Returns the line that tells of the first exception, for standard error; empty without one.
 std::wstring Run(Arguments arguments) {
     bool isStarted = false;
@@ -120,7 +127,10 @@ std::wstring Run(Arguments arguments) {
 // The exit code is always 0: outcomes are told as text.
 int main(int argc, char** argv) {
     tavro::platform::PrepareStandardStreams();
-    const std::wstring failure = tavro::Run({argv, static_cast<std::size_t>(argc)});
+    const tavro::platform::ProcessArguments arguments(argc, argv);
+    const auto refused = arguments.NotRepresentable();
+    const std::wstring failure =
+        refused ? tavro::RefusedArgument(*refused) : tavro::Run(arguments.Values());
     tavro::platform::WriteStandardError(failure);
     return 0;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 #include "platform/code_page.h"
 
@@ -73,19 +74,40 @@ void AppendUtf8(char32_t character, std::string& bytes) {
     }
 }
 
-template <typename Append>
-std::string EncodeWith(std::wstring_view text, Append append) {
+// The text's bytes, and whether each of its characters is among them: '?' stands for those that
+// `append` refuses.
+struct Encoded {
     std::string bytes;
-    bytes.reserve(text.size());
+    bool isExact = true;
+};
+
+template <typename Append>
+Encoded EncodeWith(std::wstring_view text, Append append) {
+    Encoded encoded;
+    encoded.bytes.reserve(text.size());
     while (!text.empty()) {
         const char32_t character = TakeCharacter(text);
         if (character < 0x80) {
-            bytes += static_cast<char>(character);
-        } else if (character == NoCharacter || !append(character, bytes)) {
-            bytes += '?';
+            encoded.bytes += static_cast<char>(character);
+        } else if (character == NoCharacter || !append(character, encoded.bytes)) {
+            encoded.bytes += '?';
+            encoded.isExact = false;
         }
     }
-    return bytes;
+    return encoded;
+}
+
+Encoded Encode(std::wstring_view text, unsigned codePage) {
+    if (codePage == Utf8CodePage) {
+        return EncodeWith(text, [](char32_t character, std::string& bytes) {
+            AppendUtf8(character, bytes);
+            return true;
+        });
+    }
+    CodePageEncoder encoder(codePage);
+    return EncodeWith(text, [&encoder](char32_t character, std::string& bytes) {
+        return encoder.Append(character, bytes);
+    });
 }
 
 // What may follow a lead byte: how many trail bytes, and the range of the first of them, which
@@ -140,16 +162,15 @@ bool TakeAscii(std::string_view& bytes, std::wstring& text) {
 }  // namespace
 
 std::string EncodeText(std::wstring_view text, unsigned codePage) {
-    if (codePage == Utf8CodePage) {
-        return EncodeWith(text, [](char32_t character, std::string& bytes) {
-            AppendUtf8(character, bytes);
-            return true;
-        });
+    return Encode(text, codePage).bytes;
+}
+
+std::optional<std::string> EncodeExactly(std::wstring_view text, unsigned codePage) {
+    Encoded encoded = Encode(text, codePage);
+    if (!encoded.isExact) {
+        return std::nullopt;
     }
-    CodePageEncoder encoder(codePage);
-    return EncodeWith(text, [&encoder](char32_t character, std::string& bytes) {
-        return encoder.Append(character, bytes);
-    });
+    return std::move(encoded.bytes);
 }
 
 std::optional<char32_t> TakeUtf8(std::string_view& bytes) {

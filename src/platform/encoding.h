@@ -16,6 +16,9 @@ inline constexpr unsigned SystemCodePage = 0;
 // system has no tables for the code page, every character beyond ASCII becomes '?'. Never fails.
 std::string EncodeText(std::wstring_view text, unsigned codePage);
 
+// The same, but nothing where EncodeText would put a '?' in the place of something else.
+std::optional<std::string> EncodeExactly(std::wstring_view text, unsigned codePage);
+
 // The bytes as wide text. UTF-8: each malformed sequence becomes one U+FFFD, so it never fails.
 // SystemCodePage: on Windows the conversion with precomposed characters; elsewhere by the locale
 // that setlocale set: "C" and "POSIX" read each byte as the Latin-1 character of that number. In

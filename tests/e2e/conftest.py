@@ -9,7 +9,7 @@ from program import PLATFORMS, ROOT, Sandbox
 SETUP = f"""
 set -euo pipefail
 source "{ROOT}/scripts/lib/setup.sh"
-for name in ja_JP.UTF-8 zh_CN.UTF-8 en_US.UTF-8; do compileLocale "$name"; done
+for name in ja_JP.UTF-8 zh_CN.UTF-8 en_US.UTF-8 hi_IN.UTF-8; do compileLocale "$name"; done
 """
 
 

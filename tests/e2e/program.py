@@ -50,7 +50,7 @@ class Platform:
         """Name of the encoding of redirected output: the system's code page on Windows."""
         if not self.is_windows:
             return "utf-8"
-        return {"ja": "cp932", "zh": "cp936"}.get(locale[:2], "cp1252")
+        return {"ja": "cp932", "zh": "cp936", "hi": "utf-8"}.get(locale[:2], "cp1252")
 
     def locale_name(self, locale):
         """What the system's C library calls a locale of a run."""

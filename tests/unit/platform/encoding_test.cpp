@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <optional>
 #include <string>
 
 namespace tavro::platform {
@@ -86,6 +87,27 @@ TEST(EncodeText, LookAlikesAreNotSubstituted) {
 
 TEST(EncodeText, AnUnknownCodePageKeepsAscii) {
     EXPECT_EQ(EncodeText(L"ab\u00E9", 64999), "ab?");
+}
+
+TEST(EncodeExactly, GivesTheBytesOfATextThatTheCodePageHas) {
+    EXPECT_EQ(EncodeExactly(L"", WestEuropean), "");
+    EXPECT_EQ(EncodeExactly(L"?\u00E9x\u00B5", WestEuropean), "?\xE9x\xB5");
+    EXPECT_EQ(EncodeExactly(L"\u65E5\u221E", Japanese), "\x93\xFA\x81\x87");
+    EXPECT_EQ(EncodeExactly(L"\uFF02\U0001F600", Utf8CodePage), "\xEF\xBC\x82\xF0\x9F\x98\x80");
+}
+
+TEST(EncodeExactly, GivesNothingForOneCharacterThatIsMissing) {
+    for (const wchar_t* text : {L"a\u65E5", L"\uFF02", L"\u221E", L"e\u0301", L"\U0001F600"}) {
+        EXPECT_EQ(EncodeExactly(text, WestEuropean), std::nullopt);
+    }
+    EXPECT_EQ(EncodeExactly(L"\u00E9", Japanese), std::nullopt);
+}
+
+TEST(EncodeExactly, GivesNothingForHalfASurrogatePair) {
+    for (const unsigned codePage : {Japanese, WestEuropean, Utf8CodePage}) {
+        EXPECT_EQ(EncodeExactly(L"a" + LoneHalf(0xD83D) + L"b", codePage), std::nullopt);
+        EXPECT_EQ(EncodeExactly(LoneHalf(0xDE00), codePage), std::nullopt);
+    }
 }
 
 TEST(DecodeText, Utf8OfEveryLength) {

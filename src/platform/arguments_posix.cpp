@@ -1,0 +1,8 @@
+#include "platform/arguments.h"
+
+namespace tavro::platform {
+
+ProcessArguments::ProcessArguments(int count, const char* const* entryValues)
+    : values(entryValues, entryValues + count) {}
+
+}  // namespace tavro::platform
