@@ -194,3 +194,12 @@ def test_import_in_other_encodings(watched, encoding, locale):
     env = {"LOCPATH": str(locales)} if locale.endswith("8859-1") else {}
     watched.run(["-import"], env={"LC_ALL": locale} | env)
     assert watched.given() == {31: 2}
+
+
+@pytest.mark.parametrize("tail", ["\0".encode("utf-16-le") + LOGIN.encode("utf-16-le"), b"\n"],
+                         ids=["text behind a zero", "half a unit"])
+def test_import_of_odd_ends(watched, tail):
+    text = configuration(INITIATOR).encode("utf-16-le")
+    (watched.sandbox.work / "cnadiscovery.xml").write_bytes(text + tail)
+    watched.run(["-import"])
+    assert watched.given() == {31: 2}
