@@ -14,7 +14,7 @@ namespace tavrosim {
 class Log {
   public:
     /// Switches the log on, which is off at first. A file that cannot be opened, is no regular
-    /// file, or is a link that somebody else laid leaves it off.
+    /// file, or is a link that somebody else laid (on Windows, any link) leaves it off.
     void Open(const std::filesystem::path& path);
 
     /// Switches the log off.

@@ -149,7 +149,7 @@ std::uint32_t Session::Uninitialize() {
     const std::uint32_t status =
         Perform(call, [this] { return isInitialized_ ? Done() : NotInitialized(); });
     isInitialized_ = false;
-    // No file stays open. A later call opens the trace again.
+    // No file stays open. A later call begins anew, as the first one did.
     log_.Close();
     trace_.reset();
     isConfigured_ = false;

@@ -20,8 +20,8 @@ namespace tavrosim {
 
 /// What the library knows in one process, and its entry points. Each returns the status; arguments
 /// may be null. The environment, the script and the trace count from the first call on, even one
-/// that comes before Initialize; only the model wants the library initialized. A session is used by
-/// one thread.
+/// that comes before Initialize, until Uninitialize; only the model wants the library initialized.
+/// A session is used by one thread.
 class Session {
   public:
     std::uint32_t Initialize(std::uint32_t debugFlag, const std::wstring* localeName);

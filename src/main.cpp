@@ -91,7 +91,8 @@ std::wstring FailureOf(const Step& step) {
     } catch (const console::OutputLost&) {
         // A question that nobody would see: there is nobody to tell, either.
     } catch (const std::exception& error) {
-        return FailureLine(error.what());
+        const char* const text = error.what();
+        return FailureLine(text == nullptr ? "" : text);
     } catch (...) {
         return FailureLine("an exception of an unknown type");
     }
@@ -120,6 +121,18 @@ std::wstring Run(Arguments arguments) {
     return failure;
 }
 
+// Runs with the arguments of the entry function, unless one is not to be acted on. Returns like
+// Run.
+std::wstring RunWithEntryArguments(int count, const char* const* values) {
+    std::wstring told;
+    const std::wstring failure = FailureOf([&] {
+        const platform::ProcessArguments arguments(count, values);
+        const auto refused = arguments.NotRepresentable();
+        told = refused ? RefusedArgument(*refused) : Run(arguments.Values());
+    });
+    return failure.empty() ? told : failure;
+}
+
 }  // namespace
 
 }  // namespace tavro
@@ -127,10 +140,6 @@ std::wstring Run(Arguments arguments) {
 // The exit code is always 0: outcomes are told as text.
 int main(int argc, char** argv) {
     tavro::platform::PrepareStandardStreams();
-    const tavro::platform::ProcessArguments arguments(argc, argv);
-    const auto refused = arguments.NotRepresentable();
-    const std::wstring failure =
-        refused ? tavro::RefusedArgument(*refused) : tavro::Run(arguments.Values());
-    tavro::platform::WriteStandardError(failure);
+    tavro::platform::WriteStandardError(tavro::RunWithEntryArguments(argc, argv));
     return 0;
 }

@@ -100,8 +100,9 @@ Descriptor OpenOwnForAppend(std::filesystem::path path) {
         }
         const struct stat status = StatusOf(node);
         if (S_ISREG(status.st_mode)) {
+            // Waits for nobody, not for one who holds a lease on the file either.
             return Descriptor(Open("/proc/self/fd/" + std::to_string(node.Value()),
-                                   O_WRONLY | O_APPEND | O_NOCTTY));
+                                   O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY));
         }
         if (!S_ISLNK(status.st_mode) || status.st_uid != geteuid()) {
             errno = EPERM;

@@ -21,7 +21,7 @@ std::wstring GetLanguage();
 // Opens "tavrocli.log" in the current directory for append, unless it is open already. The program
 // writes nothing into it: the file is there so that the library, told by the debug flag, has a
 // place to log. Without it start-up goes on: when it cannot be opened, is no regular file, or is a
-// link that somebody else laid.
+// link that somebody else laid (on Windows, any link).
 void OpenDebugLog();
 
 // Opens the debug log and initializes the management library with the debug flag (0 or 1) and the

@@ -4,8 +4,9 @@
 // line end writes the line, as one write; a prompt without a line end is written before the program
 // waits for input. In every text "\n" is the end of a line, whatever the system's own line end is.
 // On a terminal (a console on Windows) every other control character but the tab is shown as '?':
-// names come from the fabric, and must not clear the administrator's screen. Files and pipes get
-// what was printed.
+// names come from the fabric, and must not clear the administrator's screen. A "\n" in a name ends
+// a line there as well; nobody can tell it from one of a message. Files and pipes get what was
+// printed.
 #pragma once
 
 #include <stdexcept>

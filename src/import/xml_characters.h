@@ -3,7 +3,8 @@
 
 #include <array>
 #include <cstdint>
-#include <type_traits>
+
+#include "platform/encoding.h"
 
 namespace tavro::xml {
 
@@ -54,10 +55,7 @@ inline constexpr std::array<std::uint8_t, AsciiEnd> ClassTable = MakeClassTable(
 
 }  // namespace detail
 
-// The number of a unit of wide text (wchar_t is signed on some systems).
-constexpr char32_t UnitValue(wchar_t unit) {
-    return static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(unit));
-}
+using platform::UnitValue;
 
 // Whether the unit is an ASCII character of the class.
 constexpr bool IsAscii(wchar_t unit, CharacterClass characterClass) {

@@ -69,9 +69,10 @@ XmlNode Refuse(XmlResults& results, XmlError error) {
     return {};
 }
 
-// The text of the file, whose bytes are given up; nothing after an error.
+// The text of the file; nothing after an error. The bytes are wiped on every way out.
 std::optional<std::wstring> ReadText(const std::wstring& path, XmlError& error) {
     platform::FileContents file = platform::ReadWholeFile(path);
+    const platform::WipeAtEnd guard(file.bytes);
     switch (file.status) {
         case platform::FileReadStatus::CannotOpen:
             error = XmlError::FileNotOpened;
@@ -86,9 +87,7 @@ std::optional<std::wstring> ReadText(const std::wstring& path, XmlError& error) 
             break;
     }
     error = XmlError::ConversionFailed;
-    std::optional<std::wstring> text = DecodeXmlBytes(file.bytes);
-    platform::WipeBytes(file.bytes.data(), file.bytes.size());
-    return text;
+    return DecodeXmlBytes(file.bytes);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "import/xml_builder.h"
 #include "import/xml_prolog.h"
 #include "import/xml_scanner.h"
+#include "platform/wipe.h"
 
 namespace tavro::xml {
 namespace {
@@ -348,6 +349,8 @@ bool Parser::ParseText(Scanner::Mark& opening) {
 
 XmlNode ParseXmlText(std::wstring text, XmlResults& results) noexcept {
     results = {};
+    // Where there is no memory for a document, the text stays here.
+    const platform::WipeAtEnd guard(text);
     try {
         auto document = std::make_unique<Document>(std::move(text));
         Parser parser(*document);

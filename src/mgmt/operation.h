@@ -31,8 +31,8 @@ CallOutcome CallEntryPoint(Function* entry, Arguments... arguments) {
     return LastStatus == 0 ? CallOutcome::Done : CallOutcome::Failed;
 }
 
-// Whether operations can be performed at all, for commands that print something between the look-up
-// of the entry point and the call.
+// Whether operations can be performed at all, for commands that do something before the call which
+// is pointless without it.
 inline bool CanDoOperation() {
     return ResolveEntryPoint<tavroapi::DoOperationEntry>() != nullptr;
 }

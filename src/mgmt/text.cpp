@@ -2,23 +2,19 @@
 
 #include <algorithm>
 #include <limits>
-#include <type_traits>
+
+#include "platform/encoding.h"
 
 namespace tavro {
 
 namespace {
 
-constexpr std::uint32_t FirstInPairs = 0x10000;
-constexpr std::uint32_t LastCharacter = 0x10FFFF;
-
-// The number of a unit (wchar_t is signed on some systems).
-constexpr std::uint32_t UnitValue(wchar_t unit) {
-    return static_cast<std::make_unsigned_t<wchar_t>>(unit);
-}
+constexpr char32_t FirstInPairs = 0x10000;
+constexpr char32_t LastCharacter = 0x10FFFF;
 
 // Whether the unit is a whole character that UTF-16 makes two units of.
 constexpr bool NeedsPair(wchar_t unit) {
-    const std::uint32_t value = UnitValue(unit);
+    const char32_t value = platform::UnitValue(unit);
     return value >= FirstInPairs && value <= LastCharacter;
 }
 
@@ -45,7 +41,7 @@ std::string ToNarrow(std::wstring_view text) {
 
 void AppendNarrow(std::wstring_view text, std::string& narrow) {
     for (const wchar_t unit : text) {
-        const std::uint32_t value = UnitValue(unit);
+        const char32_t value = platform::UnitValue(unit);
         if (NeedsPair(unit)) {
             // The low byte of the pair's first half; that of the second is the character's own.
             narrow += static_cast<char>(((value - FirstInPairs) >> 10U) & 0xFFU);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <type_traits>
 #include <utility>
 
 #include "platform/code_page.h"
@@ -24,13 +23,11 @@ constexpr bool IsLowSurrogate(char32_t unit) {
 
 // Takes the first character off the text; NoCharacter for a unit that is none.
 char32_t TakeCharacter(std::wstring_view& text) {
-    const auto unit =
-        static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(text.front()));
+    const char32_t unit = UnitValue(text.front());
     text.remove_prefix(1);
     if constexpr (WideIsUtf16) {
         if (IsHighSurrogate(unit) && !text.empty()) {
-            const auto low =
-                static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(text.front()));
+            const char32_t low = UnitValue(text.front());
             if (IsLowSurrogate(low)) {
                 text.remove_prefix(1);
                 return 0x10000 + ((unit - 0xD800) << 10U) + (low - 0xDC00);

@@ -4,8 +4,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace tavro::platform {
+
+// The number of a unit of wide text (wchar_t is signed on some systems).
+constexpr char32_t UnitValue(wchar_t unit) {
+    return static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(unit));
+}
 
 inline constexpr unsigned Utf8CodePage = 65001;
 // The system's default code page: ANSI on Windows, that of the process's locale elsewhere.

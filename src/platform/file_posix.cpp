@@ -57,13 +57,14 @@ struct stat StatusOf(const Descriptor& node) {
     return status;
 }
 
-// Opens the node itself, whatever its name leads to by now, when it is a regular file.
+// Opens the node itself, whatever its name leads to by now, when it is a regular file. Waits for
+// nobody, not for one who holds a lease on it either.
 Descriptor OpenRegular(const Descriptor& node, int flags) {
     if (!S_ISREG(StatusOf(node).st_mode)) {
         return Descriptor();
     }
     const std::string path = "/proc/self/fd/" + std::to_string(node.Value());
-    return Descriptor(open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY));
+    return Descriptor(open(path.c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
 // Empty when it cannot be read.

@@ -11,7 +11,7 @@ int AlternateBackspace();
 
 // While an object of this type lives, the terminal that is standard input hands over every key at
 // once and echoes none. Its former state returns when the object is destroyed and when any signal
-// that can be caught ends the process. The process cannot be suspended meanwhile; Ctrl-Z, Ctrl-\,
+// that can be caught ends the process. No key suspends the process meanwhile: Ctrl-Z, Ctrl-\,
 // Ctrl-S and Ctrl-Q are ordinary keys. Only one object at a time; only where
 // StandardInputIsTerminal().
 class KeyByKeyMode {

@@ -55,8 +55,9 @@ void ForEachSignal(Change change) {
 void InstallActions() {
     struct sigaction restoring {};
     restoring.sa_handler = RestoreAndPassOn;
-    // A handler before may have asked for a stack of its own: the usual one may be full.
-    restoring.sa_flags = SA_ONSTACK;
+    // A handler before may have asked for a stack of its own: the usual one may be full. Where it
+    // comes back, what it interrupted goes on.
+    restoring.sa_flags = SA_ONSTACK | SA_RESTART;
     // SIGTTOU is among them: a process in the background may put the terminal back, too.
     sigfillset(&restoring.sa_mask);
     struct sigaction ignoring {};

@@ -28,14 +28,15 @@ std::string ProgramFolder() {
     }
 }
 
-// The folder as the dynamic loader is to be given it. The loader replaces words like "$ORIGIN" in a
-// path, so a folder with such a name goes by a descriptor, which stays open like the library.
+// The folder as the dynamic loader is to be given it; empty when it cannot be. The loader replaces
+// words like "$ORIGIN" in a path, so a folder with such a name goes by a descriptor, which stays
+// open like the library.
 std::string LoaderFolder(const std::string& folder) {
     if (folder.find('$') == std::string::npos) {
         return folder;
     }
     const int descriptor = open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-    return "/proc/self/fd/" + std::to_string(descriptor) + "/";
+    return descriptor < 0 ? std::string() : "/proc/self/fd/" + std::to_string(descriptor) + "/";
 }
 
 // One line whatever a folder is called.
@@ -54,11 +55,13 @@ std::wstring OneLine(std::string_view bytes) {
 SharedLibrary SharedLibrary::Load(const std::string& fileName) {
     SharedLibrary library;
     const std::string folder = ProgramFolder();
-    if (folder.empty()) {
-        library.failureReason = OneLine(fileName + ": the program's own folder is not known");
+    const std::string loaderFolder = LoaderFolder(folder);
+    if (loaderFolder.empty()) {
+        library.failureReason =
+            OneLine(folder + fileName + ": the program's folder cannot be found");
         return library;
     }
-    const std::string path = LoaderFolder(folder) + fileName;
+    const std::string path = loaderFolder + fileName;
     library.handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library.handle == nullptr) {
         const char* error = dlerror();

@@ -31,7 +31,7 @@ SharedLibrary SharedLibrary::Load(const std::string& fileName) {
     const UINT formerMode = SetErrorMode(SEM_FAILCRITICALERRORS);
     const std::wstring wideName(fileName.begin(), fileName.end());
     // Without the restriction a file of that name in the current directory or in PATH would do as
-    // well. It holds for this load alone: what the library loads itself it finds as it always does.
+    // well. It holds for this load alone: what the library loads later it finds as it always does.
     library.handle =
         LoadLibraryExW(wideName.c_str(), nullptr,
                        LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);

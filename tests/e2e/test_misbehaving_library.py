@@ -29,6 +29,7 @@ LINES = {
     "exception": "thrown by {entry}",
     "lines": "thrown  by {entry} ",
     "silent": "",
+    "speechless": "",
     "memory": "std::bad_alloc",
     "derived": "an exception of the library's own",
     "int": UNKNOWN,

@@ -31,6 +31,10 @@ struct OwnException : std::exception {
     const char* what() const noexcept override { return "an exception of the library's own"; }
 };
 
+struct Speechless : std::exception {
+    const char* what() const noexcept override { return nullptr; }
+};
+
 std::string Variable(const char* name) {
     const char* const value = std::getenv(name);
     return value == nullptr ? std::string() : std::string(value);
@@ -64,6 +68,9 @@ void Throw(const std::string& type, const std::string& entry) {
     }
     if (type == "derived") {
         throw OwnException();
+    }
+    if (type == "speechless") {
+        throw Speechless();
     }
     if (type == "int") {
         throw 42;

@@ -9,9 +9,11 @@
 namespace tavro::xml {
 namespace {
 
+constexpr std::wstring_view Secret = L"a secret of the document";
+
 // Has every kind of content, and enough of it for every list to grow several times.
 std::wstring MakeDocument() {
-    std::wstring text = L"<!DOCTYPE top><top";
+    std::wstring text = L"<!DOCTYPE top><top secret='" + std::wstring(Secret) + L"'";
     for (int index = 0; index < 20; ++index) {
         text += L" a" + std::to_wstring(index) + L"='&amp;'";
     }
@@ -32,10 +34,13 @@ TEST(XmlMemory, EveryAllocationOfTheParserMayFail) {
         std::wstring text = document;
         XmlResults results;
         XmlNode top;
+        bool secretWasLeft = false;
         {
-            const AllocationLimit limit(failures);
+            const AllocationLimit limit(failures, Secret);
             top = ParseXmlText(std::move(text), results);
+            secretWasLeft = limit.SecretWasLeft();
         }
+        ASSERT_FALSE(secretWasLeft) << failures;
         if (!top.IsEmpty()) {
             EXPECT_EQ(results.error, 0U);
             EXPECT_EQ(top.Name(), L"top");
