@@ -27,8 +27,9 @@ def wait_until_it_sleeps(process):
         time.sleep(0.01)
 
 
-def secrets(sandbox):
-    return [call["input"][1][5] for call in sandbox.calls() if call.get("operation") == 31]
+def logins(sandbox):
+    """The name and the secret of each login that the library was given."""
+    return [call["input"][1][4:6] for call in sandbox.calls() if call.get("operation") == 31]
 
 
 def test_a_pipe(sandbox):
@@ -45,7 +46,7 @@ def test_a_pipe(sandbox):
     os.close(writer)
     _, errors = finish(process, None)
     assert (process.returncode, errors) == (0, b"")
-    assert secrets(sandbox) == ["abcdefghijkl"]
+    assert logins(sandbox) == [["user", "abcdefghijkl"]]
 
 
 def test_a_terminal(sandbox):
@@ -59,4 +60,4 @@ def test_a_terminal(sandbox):
         wait_until_it_sleeps(terminal.child.pid)
         terminal.type("abcdefghijkl\r")
         assert terminal.wait_for_end() == 0
-    assert secrets(sandbox) == ["abcdefghijkl"]
+    assert logins(sandbox) == [["user", "abcdefghijkl"]]

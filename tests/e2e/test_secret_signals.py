@@ -70,8 +70,15 @@ def test_the_terminal_is_restored(sandbox, ending):
     assert secrets(sandbox) == []
 
 
+def ignored_signals(process):
+    with open(f"/proc/{process}/status", encoding="ascii") as file:
+        mask = next(int(line.split()[1], 16) for line in file if line.startswith("SigIgn:"))
+    return {number for number in range(1, 65) if mask & 1 << number - 1}
+
+
 def test_signals_that_were_ignored_stay_ignored(sandbox):
     with SecretQuestion(sandbox, ["sh", "-c", 'trap "" HUP TERM USR1; exec "$@"', "sh"]) as terminal:
+        assert {signal.SIGHUP, signal.SIGTERM, signal.SIGUSR1} <= ignored_signals(terminal.program())
         for ignored in (signal.SIGHUP, signal.SIGTERM, signal.SIGUSR1):
             os.kill(terminal.program(), ignored)
         terminal.finish()
@@ -110,21 +117,39 @@ def test_a_signal_ends_the_program_after_a_secret_as_well(sandbox):
         assert terminal.child.signalstatus == signal.SIGTERM
 
 
+HANDLED = signal.SIGUSR1  # by the library, which lets the third one end the program
+
+
+def question_with_handler(sandbox, report):
+    sandbox.use_library(sandbox.platform.folder / "secret_memory" / "tavro.dll")
+    return SecretQuestion(sandbox, env={"TAVRO_HANDLED_SIGNAL": str(HANDLED.value), "TAVRO_SECRET_REPORT": str(report)})
+
+
+def take_two_signals(terminal):
+    for count in (2, 3):
+        os.kill(terminal.program(), HANDLED)
+        terminal.type("b")
+        terminal.wait_for("#28693 : " + "*" * count)
+        assert not terminal.shows_keys()
+
+
 def test_a_handler_that_was_there_is_called_and_the_secret_goes_on(sandbox):
     """The library handles the signal, and its handler comes back."""
-    sandbox.use_library(sandbox.platform.folder / "secret_memory" / "tavro.dll")
     report = sandbox.folder / "report"
-    handled = signal.SIGUSR1
-    with SecretQuestion(sandbox, env={"TAVRO_HANDLED_SIGNAL": str(handled.value),
-                                      "TAVRO_SECRET_REPORT": str(report)}) as terminal:
-        for count in (2, 3):
-            os.kill(terminal.program(), handled)
-            terminal.type("b")
-            terminal.wait_for("#28693 : " + "*" * count)
-            assert not terminal.shows_keys()
+    with question_with_handler(sandbox, report) as terminal:
+        take_two_signals(terminal)
         terminal.finish()
         assert terminal.modes() == terminal.modes_before
     assert "handled 2" in report.read_text(encoding="utf-8").splitlines()
+
+
+def test_a_handler_that_came_back_may_end_the_program_later(sandbox):
+    with question_with_handler(sandbox, sandbox.folder / "report") as terminal:
+        take_two_signals(terminal)
+        os.kill(terminal.program(), HANDLED)
+        terminal.wait_for_end()
+        assert terminal.child.signalstatus == HANDLED
+        assert terminal.modes() == terminal.modes_before
 
 
 def test_keys_that_act_on_a_terminal_are_part_of_a_secret(sandbox):

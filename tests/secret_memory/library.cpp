@@ -24,8 +24,13 @@ std::string Variable(const char* name) {
 
 volatile std::sig_atomic_t handledSignals = 0;
 
-void HandleSignal(int /*signal*/) {
+// Comes back twice, and then lets the signal end the program.
+void HandleSignal(int signal) {
     handledSignals = handledSignals + 1;
+    if (handledSignals > 2) {
+        std::signal(signal, SIG_DFL);
+        std::raise(signal);
+    }
 }
 
 // The program's static objects that were made after this one are gone when it goes.
