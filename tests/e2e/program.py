@@ -186,13 +186,25 @@ class Sandbox:
         return [json.loads(line) for line in lines]
 
 
+class WineBroke(Exception):
+    """The host's loader ended Wine itself, as it does once in some thousand runs while a program exits. It says
+    nothing about the program; the test that meets it is run again (pytest.ini)."""
+
+
+def check_that_wine_works(command, exit_code, errors):
+    if str(WINE) in command and exit_code == 127 and b"Inconsistency detected by ld.so" in errors:
+        raise WineBroke(errors.decode(errors="replace"))
+
+
 def finish(process, typed):
     try:
-        return process.communicate(typed, timeout=TIME_LIMIT)
+        output, errors = process.communicate(typed, timeout=TIME_LIMIT)
     except subprocess.TimeoutExpired:
         process.kill()
         process.communicate()
         raise AssertionError(f"the program did not end within {TIME_LIMIT} seconds") from None
+    check_that_wine_works(process.args, process.returncode, errors or b"")
+    return output, errors
 
 
 def copy_file(source, target):

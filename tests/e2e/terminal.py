@@ -12,7 +12,7 @@ import tty
 import pexpect
 import pyte
 
-from program import DEFAULT_LOCALE, TIME_LIMIT
+from program import DEFAULT_LOCALE, TIME_LIMIT, check_that_wine_works
 
 LOCAL_MODES = 3  # position of the local modes in what tcgetattr gives
 SHOWN_LINE = termios.ECHO | termios.ICANON
@@ -107,6 +107,7 @@ class Terminal:
         while self.child.isalive():
             assert time.monotonic() < end, "the program left its terminal and goes on"
             time.sleep(0.01)
+        check_that_wine_works([self.child.command, *self.child.args], self.child.exitstatus, self.written)
         return self.child.exitstatus
 
     def modes(self):

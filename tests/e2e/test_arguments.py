@@ -4,7 +4,7 @@ import subprocess
 
 import pytest
 
-from program import DEFAULT_LOCALE, TIME_LIMIT, WINE, copy_file
+from program import DEFAULT_LOCALE, TIME_LIMIT, WINE, check_that_wine_works, copy_file
 
 # What stands behind the program's name on a Windows command line, and the arguments that the C runtime's rules
 # make of it: blanks and tabs part; quotes keep them; backslashes count only in front of a quote, where a pair
@@ -44,11 +44,13 @@ def run_raw(sandbox, program, tail, locale=DEFAULT_LOCALE):
     programs = sandbox.platform.folder / "programs"
     line = sandbox.folder / "line"
     line.write_bytes(f'"{sandbox.platform.path(program)}" {tail}'.encode("utf-16-le", "surrogatepass"))
-    return subprocess.run(
+    result = subprocess.run(
         [str(WINE), str(programs / "start_raw.exe"), sandbox.platform.path(line)],
         cwd=sandbox.work, env=sandbox.environment(locale), stdin=subprocess.DEVNULL, capture_output=True,
         timeout=TIME_LIMIT, check=False,
     )
+    check_that_wine_works(result.args, result.returncode, result.stderr)
+    return result
 
 
 @pytest.mark.platforms("windows")

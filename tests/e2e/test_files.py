@@ -7,7 +7,7 @@ import stat
 
 import pytest
 
-from program import DEFAULT_LOCALE, TIME_LIMIT
+from program import DEFAULT_LOCALE, TIME_LIMIT, finish
 
 LOG, IMPORT = "tavrocli.log", "cnadiscovery.xml"
 
@@ -138,7 +138,7 @@ def test_a_log_link_of_another_user_is_not_followed(sandbox, arguments):
     log_through_a_foreign_link(sandbox, target)
     with target.open("r+b") as stdin:
         process = sandbox.start(arguments, stdin=stdin)
-        output, errors = process.communicate(timeout=TIME_LIMIT)
+        output, errors = finish(process, None)
     assert (output != b"", errors, process.returncode) == (True, b"", 0)
     assert target.read_bytes() == b"kept\n"
 
