@@ -16,7 +16,8 @@ def test_a_wine_that_the_loader_ended_is_told():
 
 
 @pytest.mark.parametrize("command, exit_code, errors", [
-    (WINE, 0, LOADER), (WINE, 127, LOADER.replace(b"dl-fini", b"dl-open")), (WINE, 127, b"tavrocli: nothing\n"), (WINE, 1, b""), (["tavrocli"], 127, LOADER),
+    (WINE, 0, LOADER), (WINE, 127, LOADER.replace(b"dl-fini", b"dl-open")), (WINE, 127, b"tavrocli: nothing\n"),
+    (WINE, 1, b""), (["tavrocli"], 127, LOADER),
 ])
 def test_nothing_else_is(command, exit_code, errors):
     program.check_that_wine_works(command, exit_code, errors)
