@@ -61,7 +61,7 @@ def run_step(sandbox, step, place):
         expected_calls = [with_start_values(call, platform, step.locale) for call in step.all_calls]
         problems += compare_calls(f"{place}: calls", expected_calls, calls)
     if problems:
-        pytest.fail("\n".join(problems), pytrace=False)
+        pytest.fail("\n".join(problems))
 
 
 def with_start_values(call, platform, locale):
