@@ -6,6 +6,7 @@
 
 #include "adapters/discovery.h"
 #include "cli/command_line.h"
+#include "cli/invocation.h"
 #include "cli/startup.h"
 #include "console/console.h"
 #include "dispatch.h"
@@ -14,6 +15,7 @@
 #include "mgmt/text.h"
 #include "platform/arguments.h"
 #include "platform/output.h"
+#include "tavroapi/codes.h"
 
 namespace tavro {
 
@@ -34,12 +36,12 @@ void ReportMissingLibrary() {
     ShowFailure(MessageId::LibraryMissing);
 }
 
-void RunCommand(const Invocation& invocation, std::int32_t adapterState) {
-    const Command* const command = FindCommand(ParseCommandLine(invocation.arguments));
+void RunCommand(Arguments arguments, EntryCache& cache, std::int32_t adapterState) {
+    const Command* const command = FindCommand(ParseCommandLine(arguments, Commands()));
     if (command == nullptr) {
         return;
     }
-    if (adapterState == RestrictedAdapterState) {
+    if (adapterState == tavroapi::RestrictedAdapterState) {
         switch (command->access) {
             case AccessClass::Blocked:
                 ShowMessage(MessageId::CommandBlocked);
@@ -51,7 +53,7 @@ void RunCommand(const Invocation& invocation, std::int32_t adapterState) {
                 break;
         }
     }
-    command->handler(invocation);
+    command->handler({*command, PortIdentifierOf(*command), arguments, cache});
 }
 
 // Whether the library is there and initialized; if not, that is told.
@@ -70,7 +72,7 @@ bool Start(Arguments arguments) {
 void DiscoverAndRun(Arguments arguments) {
     EntryCache cache;
     const std::int32_t adapterState = DiscoverAdapters(cache);
-    RunCommand({arguments, cache}, adapterState);
+    RunCommand(arguments, cache, adapterState);
 }
 
 // One line, whatever the text.

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <tuple>
 
 #include "tavroapi/operations.h"
 
@@ -50,33 +49,32 @@ struct FcoeBootTarget {
     std::string lunItem;
     std::string state;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"target", &FcoeBootTarget::target},
-                          Field{"lunItem", &FcoeBootTarget::lunItem},
-                          Field{"state", &FcoeBootTarget::state}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"target", &FcoeBootTarget::target},
+                     Field{"lunItem", &FcoeBootTarget::lunItem},
+                     Field{"state", &FcoeBootTarget::state});
     }
 };
 
 // How a port boots from FCoE targets. `bootState` is "Enabled", "Disabled" or "One Time Disabled",
-// `secondSwitch` "Enabled" or "Disabled". What the third text and the numbers mean is the library's
-// own; A goes up to 255, B to 60, C to 8.
+// `secondSwitch` "Enabled" or "Disabled". What the numbers mean is the library's own; A goes
+// up to 255, B to 60, C to 8.
 struct FcoeBootConfig {
     std::string bootState;
     std::string secondSwitch;
-    std::string libraryText3;
+    std::string bootCodeVersion;
     std::uint32_t numberA = 0;
     std::uint32_t numberB = 0;
     std::uint32_t numberC = 0;
     std::array<FcoeBootTarget, 8> targets;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"bootState", &FcoeBootConfig::bootState},
-                          Field{"secondSwitch", &FcoeBootConfig::secondSwitch},
-                          Field{"text3", &FcoeBootConfig::libraryText3},
-                          Field{"numberA", &FcoeBootConfig::numberA},
-                          Field{"numberB", &FcoeBootConfig::numberB},
-                          Field{"numberC", &FcoeBootConfig::numberC},
-                          Field{"targets", &FcoeBootConfig::targets}};
+    static constexpr auto Fields(auto visit) {
+        return visit(
+            Field{"bootState", &FcoeBootConfig::bootState},
+            Field{"secondSwitch", &FcoeBootConfig::secondSwitch},
+            Field{"text3", &FcoeBootConfig::bootCodeVersion},
+            Field{"numberA", &FcoeBootConfig::numberA}, Field{"numberB", &FcoeBootConfig::numberB},
+            Field{"numberC", &FcoeBootConfig::numberC}, Field{"targets", &FcoeBootConfig::targets});
     }
 };
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <list>
 #include <string>
-#include <tuple>
 
 #include "tavroapi/operations.h"
 
@@ -12,26 +12,30 @@ namespace tavroapi {
 // How a port's data center bridging is configured.
 struct DcbConfig {
     std::string state;  // "Enable" or "Disable" where the program sets it
-    std::string libraryText2;
+    std::string willing;
     std::string priorities;  // numbers separated by blanks where the program sets them
-    std::string libraryText4;
+    std::string fcoePriority;
     std::string priorityMap;       // items separated by commas
     std::string priorityGroupMap;  // items "group:priorities" separated by commas
     std::string bandwidth;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"state", &DcbConfig::state},
-                          Field{"text2", &DcbConfig::libraryText2},
-                          Field{"priorities", &DcbConfig::priorities},
-                          Field{"text4", &DcbConfig::libraryText4},
-                          Field{"priorityMap", &DcbConfig::priorityMap},
-                          Field{"priorityGroupMap", &DcbConfig::priorityGroupMap},
-                          Field{"bandwidth", &DcbConfig::bandwidth}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"state", &DcbConfig::state}, Field{"text2", &DcbConfig::willing},
+                     Field{"priorities", &DcbConfig::priorities},
+                     Field{"text4", &DcbConfig::fcoePriority},
+                     Field{"priorityMap", &DcbConfig::priorityMap},
+                     Field{"priorityGroupMap", &DcbConfig::priorityGroupMap},
+                     Field{"bandwidth", &DcbConfig::bandwidth});
     }
 };
 
-// Two texts that belong to one priority.
+// One priority, and what is set for it.
 using DcbPriority = TextRecord<2>;
+
+// The positions in `DcbPriority`.
+namespace dcb_priority {
+enum Position : std::size_t { Number, FlowControl };
+}  // namespace dcb_priority
 
 // What a port and its peer agreed on in data center bridging: a summary, the port's side and the
 // peer's side. The maps are items "group:priorities", the bandwidths items "group:bandwidth", both
@@ -47,16 +51,15 @@ struct DcbInfo {
     std::string peerBandwidths;
     std::list<DcbPriority> peerPriorities;
 
-    static constexpr auto Fields() {
-        return std::tuple{SpreadField{"summary", &DcbInfo::summary},
-                          SpreadField{"local", &DcbInfo::local},
-                          Field{"localGroupMap", &DcbInfo::localGroupMap},
-                          Field{"localBandwidths", &DcbInfo::localBandwidths},
-                          Field{"localPriorities", &DcbInfo::localPriorities},
-                          SpreadField{"peer", &DcbInfo::peer},
-                          Field{"peerGroupMap", &DcbInfo::peerGroupMap},
-                          Field{"peerBandwidths", &DcbInfo::peerBandwidths},
-                          Field{"peerPriorities", &DcbInfo::peerPriorities}};
+    static constexpr auto Fields(auto visit) {
+        return visit(
+            SpreadField{"summary", &DcbInfo::summary}, SpreadField{"local", &DcbInfo::local},
+            Field{"localGroupMap", &DcbInfo::localGroupMap},
+            Field{"localBandwidths", &DcbInfo::localBandwidths},
+            Field{"localPriorities", &DcbInfo::localPriorities},
+            SpreadField{"peer", &DcbInfo::peer}, Field{"peerGroupMap", &DcbInfo::peerGroupMap},
+            Field{"peerBandwidths", &DcbInfo::peerBandwidths},
+            Field{"peerPriorities", &DcbInfo::peerPriorities});
     }
 };
 

@@ -1,32 +1,162 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <list>
 #include <string>
-#include <tuple>
 
 #include "tavroapi/operations.h"
 
 namespace tavroapi {
 
-// What the library tells of a port's FCoE function. The eighth text is the name of its driver.
+// What the library tells of a port's FCoE function.
 using FcoePortRecord = TextRecord<28>;
+
+// The positions in `FcoePortRecord`.
+namespace fcoe_port {
+enum Position : std::size_t {
+    Title,
+    NodeWwn,
+    PortWwn,
+    FabricName,
+    ModelName,
+    SerialNumber,
+    DriverVersion,
+    Driver,
+    HardwareVersion,
+    OptionRomVersion,
+    FirmwareVersion,
+    LinkState,
+    PortType,
+    Fcid,
+    LinkSpeed,
+    SupportedClasses,
+    SupportedTypes,
+    DiscoveredPorts,
+    MaximumFrameSize,
+    SupportedSpeeds,
+    DeviceName,
+    HostName,
+    FpmaMac,
+    FcfMac,
+    FcfNodeWwn,
+    FcfPortWwn,
+    FcMap,
+    FabricVlan,
+};
+}  // namespace fcoe_port
 
 // The counters of a port's FCoE function, as decimal texts.
 using FcoeStatisticsRecord = TextRecord<30>;
 
+// The positions in `FcoeStatisticsRecord`.
+namespace fcoe_statistics {
+enum Position : std::size_t {
+    SecondsSinceReset,
+    TransmittedFrames,
+    TransmittedWords,
+    ReceivedFrames,
+    ReceivedWords,
+    LoopInitializations,
+    NotOperationalSequences,
+    ErrorFrames,
+    DumpedFrames,
+    LinkFailures,
+    SynchronizationLosses,
+    SignalLosses,
+    ProtocolErrors,
+    InvalidWords,
+    InvalidCrcs,
+    InputRequests,
+    OutputRequests,
+    ControlRequests,
+    InputMegabytes,
+    OutputMegabytes,
+    FipSolicitations,
+    FipAdvertisements,
+    MissedFipAdvertisements,
+    FabricLogins,
+    RejectedFabricLogins,
+    PortLogins,
+    AbortedExchanges,
+    TimedOutRequests,
+    QueueFullConditions,
+    VirtualLinkFailures,
+};
+}  // namespace fcoe_statistics
+
 // One target that a port sees.
 using FcoeTargetRecord = TextRecord<11>;
+
+// The positions in `FcoeTargetRecord` whose meaning is known.
+namespace fcoe_target {
+enum Position : std::size_t {
+    SymbolicName,
+    Fcid,
+    PortWwn,
+    NodeWwn,
+    Role,
+    State,
+    SupportedClasses,
+    SupportedTypes,
+    ScsiBus = 9,
+    ScsiTarget,
+};
+}  // namespace fcoe_target
 
 // One target's details.
 using FcoeTargetInfoRecord = TextRecord<7>;
 
+// The positions in `FcoeTargetInfoRecord`.
+namespace fcoe_target_info {
+enum Position : std::size_t {
+    SymbolicName,
+    PortWwn,
+    NodeWwn,
+    Fcid,
+    State,
+    SupportedClasses,
+    SupportedTypes,
+};
+}  // namespace fcoe_target_info
+
 // One target that keeps its place on the operating system's SCSI bus.
 using FcoeBindingRecord = TextRecord<8>;
 
+// The positions in `FcoeBindingRecord`.
+namespace fcoe_binding {
+enum Position : std::size_t {
+    Type,
+    DeviceName,
+    ScsiBus,
+    ScsiTarget,
+    Lun,
+    PortWwn,
+    NodeWwn,
+    Fcid,
+};
+}  // namespace fcoe_binding
+
 // One logical unit of a target.
 using FcoeLunRecord = TextRecord<11>;
+
+// The positions in `FcoeLunRecord`.
+namespace fcoe_lun {
+enum Position : std::size_t {
+    Item,
+    Vendor,
+    Product,
+    Revision,
+    Capacity,
+    BlockSize,
+    Volumes,
+    ConnectionState,
+    ScsiUnit,
+    DeviceName,
+    DeviceType,
+};
+}  // namespace fcoe_lun
 
 // What an FCoE port is asked to ping: how often, how long to wait (seconds), and which target. The
 // numbers are decimal texts, empty for the library's own choice.
@@ -35,29 +165,28 @@ struct FcoePingRequest {
     std::string timeout;
     std::string target;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"count", &FcoePingRequest::count},
-                          Field{"timeout", &FcoePingRequest::timeout},
-                          Field{"target", &FcoePingRequest::target}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"count", &FcoePingRequest::count},
+                     Field{"timeout", &FcoePingRequest::timeout},
+                     Field{"target", &FcoePingRequest::target});
     }
 };
 
 // What came of a ping. The times are decimal texts in milliseconds.
 struct FcoePingResult {
-    std::string libraryText1;
-    std::string time2;
-    std::string time3;
-    std::string time4;
-    std::string libraryText5;
-    std::string libraryText6;
+    std::string sent;
+    std::string averageTime;
+    std::string shortestTime;
+    std::string longestTime;
+    std::string received;
+    std::string lost;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"text1", &FcoePingResult::libraryText1},
-                          Field{"time2", &FcoePingResult::time2},
-                          Field{"time3", &FcoePingResult::time3},
-                          Field{"time4", &FcoePingResult::time4},
-                          Field{"text5", &FcoePingResult::libraryText5},
-                          Field{"text6", &FcoePingResult::libraryText6}};
+    static constexpr auto Fields(auto visit) {
+        return visit(
+            Field{"text1", &FcoePingResult::sent}, Field{"time2", &FcoePingResult::averageTime},
+            Field{"time3", &FcoePingResult::shortestTime},
+            Field{"time4", &FcoePingResult::longestTime}, Field{"text5", &FcoePingResult::received},
+            Field{"text6", &FcoePingResult::lost});
     }
 };
 
@@ -66,9 +195,9 @@ struct FipConfig {
     std::array<std::string, 2> libraryTexts;
     std::string vlanId;
 
-    static constexpr auto Fields() {
-        return std::tuple{SpreadField{"texts1to2", &FipConfig::libraryTexts},
-                          Field{"vlanId", &FipConfig::vlanId}};
+    static constexpr auto Fields(auto visit) {
+        return visit(SpreadField{"texts1to2", &FipConfig::libraryTexts},
+                     Field{"vlanId", &FipConfig::vlanId});
     }
 };
 
@@ -89,21 +218,21 @@ struct VirtualPortRecord {
     std::string fabricVlan;
     std::string fabricPriority;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"text1", &VirtualPortRecord::libraryText1},
-                          Field{"portWwn", &VirtualPortRecord::portWwn},
-                          Field{"nodeWwn", &VirtualPortRecord::nodeWwn},
-                          Field{"parentWwpn", &VirtualPortRecord::parentWwpn},
-                          Field{"text5", &VirtualPortRecord::libraryText5},
-                          Field{"fpmaMac", &VirtualPortRecord::fpmaMac},
-                          Field{"fabricName", &VirtualPortRecord::fabricName},
-                          Field{"fcfMac", &VirtualPortRecord::fcfMac},
-                          Field{"fcfNodeWwn", &VirtualPortRecord::fcfNodeWwn},
-                          Field{"fcfPortWwn", &VirtualPortRecord::fcfPortWwn},
-                          Field{"fcid", &VirtualPortRecord::fcid},
-                          Field{"fcMap", &VirtualPortRecord::fcMap},
-                          Field{"fabricVlan", &VirtualPortRecord::fabricVlan},
-                          Field{"fabricPriority", &VirtualPortRecord::fabricPriority}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"text1", &VirtualPortRecord::libraryText1},
+                     Field{"portWwn", &VirtualPortRecord::portWwn},
+                     Field{"nodeWwn", &VirtualPortRecord::nodeWwn},
+                     Field{"parentWwpn", &VirtualPortRecord::parentWwpn},
+                     Field{"text5", &VirtualPortRecord::libraryText5},
+                     Field{"fpmaMac", &VirtualPortRecord::fpmaMac},
+                     Field{"fabricName", &VirtualPortRecord::fabricName},
+                     Field{"fcfMac", &VirtualPortRecord::fcfMac},
+                     Field{"fcfNodeWwn", &VirtualPortRecord::fcfNodeWwn},
+                     Field{"fcfPortWwn", &VirtualPortRecord::fcfPortWwn},
+                     Field{"fcid", &VirtualPortRecord::fcid},
+                     Field{"fcMap", &VirtualPortRecord::fcMap},
+                     Field{"fabricVlan", &VirtualPortRecord::fabricVlan},
+                     Field{"fabricPriority", &VirtualPortRecord::fabricPriority});
     }
 };
 
@@ -116,12 +245,12 @@ struct VirtualPortRequest {
     std::string physicalPort;
     std::array<std::string, 14> libraryTexts5To18;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"text1", &VirtualPortRequest::libraryText1},
-                          Field{"portWwn", &VirtualPortRequest::portWwn},
-                          Field{"text3", &VirtualPortRequest::libraryText3},
-                          Field{"physicalPort", &VirtualPortRequest::physicalPort},
-                          SpreadField{"texts5to18", &VirtualPortRequest::libraryTexts5To18}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"text1", &VirtualPortRequest::libraryText1},
+                     Field{"portWwn", &VirtualPortRequest::portWwn},
+                     Field{"text3", &VirtualPortRequest::libraryText3},
+                     Field{"physicalPort", &VirtualPortRequest::physicalPort},
+                     SpreadField{"texts5to18", &VirtualPortRequest::libraryTexts5To18});
     }
 };
 
@@ -130,9 +259,9 @@ struct VirtualPortQuery {
     std::string portWwn;
     std::string physicalPort;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"portWwn", &VirtualPortQuery::portWwn},
-                          Field{"physicalPort", &VirtualPortQuery::physicalPort}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"portWwn", &VirtualPortQuery::portWwn},
+                     Field{"physicalPort", &VirtualPortQuery::physicalPort});
     }
 };
 
@@ -146,14 +275,14 @@ struct VirtualPortTargetRecord {
     std::string scsiBus;
     std::string scsiTarget;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"text1", &VirtualPortTargetRecord::libraryText1},
-                          Field{"fcid", &VirtualPortTargetRecord::fcid},
-                          Field{"portName", &VirtualPortTargetRecord::portName},
-                          Field{"nodeName", &VirtualPortTargetRecord::nodeName},
-                          SpreadField{"texts5to9", &VirtualPortTargetRecord::libraryTexts5To9},
-                          Field{"scsiBus", &VirtualPortTargetRecord::scsiBus},
-                          Field{"scsiTarget", &VirtualPortTargetRecord::scsiTarget}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"text1", &VirtualPortTargetRecord::libraryText1},
+                     Field{"fcid", &VirtualPortTargetRecord::fcid},
+                     Field{"portName", &VirtualPortTargetRecord::portName},
+                     Field{"nodeName", &VirtualPortTargetRecord::nodeName},
+                     SpreadField{"texts5to9", &VirtualPortTargetRecord::libraryTexts5To9},
+                     Field{"scsiBus", &VirtualPortTargetRecord::scsiBus},
+                     Field{"scsiTarget", &VirtualPortTargetRecord::scsiTarget});
     }
 };
 
@@ -171,18 +300,18 @@ struct VirtualPortLunRecord {
     std::string deviceType;
     std::string targetPortWwn;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"volumes", &VirtualPortLunRecord::volumes},
-                          Field{"vendorId", &VirtualPortLunRecord::vendorId},
-                          Field{"productId", &VirtualPortLunRecord::productId},
-                          Field{"productRevision", &VirtualPortLunRecord::productRevision},
-                          Field{"capacity", &VirtualPortLunRecord::capacity},
-                          SpreadField{"texts6to7", &VirtualPortLunRecord::libraryTexts6To7},
-                          Field{"status", &VirtualPortLunRecord::status},
-                          Field{"scsiUnit", &VirtualPortLunRecord::scsiUnit},
-                          Field{"deviceName", &VirtualPortLunRecord::deviceName},
-                          Field{"deviceType", &VirtualPortLunRecord::deviceType},
-                          Field{"targetPortWwn", &VirtualPortLunRecord::targetPortWwn}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"volumes", &VirtualPortLunRecord::volumes},
+                     Field{"vendorId", &VirtualPortLunRecord::vendorId},
+                     Field{"productId", &VirtualPortLunRecord::productId},
+                     Field{"productRevision", &VirtualPortLunRecord::productRevision},
+                     Field{"capacity", &VirtualPortLunRecord::capacity},
+                     SpreadField{"texts6to7", &VirtualPortLunRecord::libraryTexts6To7},
+                     Field{"status", &VirtualPortLunRecord::status},
+                     Field{"scsiUnit", &VirtualPortLunRecord::scsiUnit},
+                     Field{"deviceName", &VirtualPortLunRecord::deviceName},
+                     Field{"deviceType", &VirtualPortLunRecord::deviceType},
+                     Field{"targetPortWwn", &VirtualPortLunRecord::targetPortWwn});
     }
 };
 

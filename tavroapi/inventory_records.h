@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <list>
 #include <string>
-#include <tuple>
 
 #include "tavroapi/record.h"
 
@@ -17,11 +16,11 @@ struct ErrorRecord {
     std::wstring additional;
     std::wstring details;
 
-    static constexpr auto Fields() {
-        return std::tuple{
-            Field{"code", &ErrorRecord::code}, Field{"message", &ErrorRecord::message},
-            Field{"action", &ErrorRecord::action}, Field{"additional", &ErrorRecord::additional},
-            Field{"details", &ErrorRecord::details}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"code", &ErrorRecord::code}, Field{"message", &ErrorRecord::message},
+                     Field{"action", &ErrorRecord::action},
+                     Field{"additional", &ErrorRecord::additional},
+                     Field{"details", &ErrorRecord::details});
     }
 };
 
@@ -31,10 +30,9 @@ struct AdapterRecord {
     std::uint32_t number = 0;
     std::list<std::string> portNames;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"name", &AdapterRecord::name},
-                          Field{"number", &AdapterRecord::number},
-                          Field{"portNames", &AdapterRecord::portNames}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"name", &AdapterRecord::name}, Field{"number", &AdapterRecord::number},
+                     Field{"portNames", &AdapterRecord::portNames});
     }
 };
 
@@ -49,10 +47,10 @@ struct FunctionAddress {
     std::string addressText;
     std::uint32_t functionNumber = 0;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"keyText", &FunctionAddress::keyText},
-                          Field{"addressText", &FunctionAddress::addressText},
-                          Field{"functionNumber", &FunctionAddress::functionNumber}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"keyText", &FunctionAddress::keyText},
+                     Field{"addressText", &FunctionAddress::addressText},
+                     Field{"functionNumber", &FunctionAddress::functionNumber});
     }
 };
 
@@ -63,10 +61,10 @@ struct FunctionIdentity {
     std::uint32_t functionType = 0;
     std::string secondText;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"keyText", &FunctionIdentity::keyText},
-                          Field{"functionType", &FunctionIdentity::functionType},
-                          Field{"secondText", &FunctionIdentity::secondText}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"keyText", &FunctionIdentity::keyText},
+                     Field{"functionType", &FunctionIdentity::functionType},
+                     Field{"secondText", &FunctionIdentity::secondText});
     }
 };
 

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <list>
 #include <string>
-#include <tuple>
 
 #include "tavroapi/operations.h"
 
@@ -23,15 +22,15 @@ struct LoginOptions {
     std::string initiatorSecret;
 
     static constexpr std::array<std::size_t, 2> SecretPositions{5, 7};
-    static constexpr auto Fields() {
-        return std::tuple{Field{"multipath", &LoginOptions::multipath},
-                          Field{"headerDigest", &LoginOptions::headerDigest},
-                          Field{"dataDigest", &LoginOptions::dataDigest},
-                          Field{"authentication", &LoginOptions::authentication},
-                          Field{"targetChapName", &LoginOptions::targetChapName},
-                          Field{"targetSecret", &LoginOptions::targetSecret},
-                          Field{"initiatorChapName", &LoginOptions::initiatorChapName},
-                          Field{"initiatorSecret", &LoginOptions::initiatorSecret}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"multipath", &LoginOptions::multipath},
+                     Field{"headerDigest", &LoginOptions::headerDigest},
+                     Field{"dataDigest", &LoginOptions::dataDigest},
+                     Field{"authentication", &LoginOptions::authentication},
+                     Field{"targetChapName", &LoginOptions::targetChapName},
+                     Field{"targetSecret", &LoginOptions::targetSecret},
+                     Field{"initiatorChapName", &LoginOptions::initiatorChapName},
+                     Field{"initiatorSecret", &LoginOptions::initiatorSecret});
     }
 };
 
@@ -40,9 +39,9 @@ struct InitiatorRecord {
     std::string name;
     LoginOptions login;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"name", &InitiatorRecord::name},
-                          Field{"login", &InitiatorRecord::login}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"name", &InitiatorRecord::name},
+                     Field{"login", &InitiatorRecord::login});
     }
 };
 
@@ -54,11 +53,11 @@ struct IscsiPingRequest {
     std::string timeout;
     std::string address;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"count", &IscsiPingRequest::count},
-                          Field{"packetSize", &IscsiPingRequest::packetSize},
-                          Field{"timeout", &IscsiPingRequest::timeout},
-                          Field{"address", &IscsiPingRequest::address}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"count", &IscsiPingRequest::count},
+                     Field{"packetSize", &IscsiPingRequest::packetSize},
+                     Field{"timeout", &IscsiPingRequest::timeout},
+                     Field{"address", &IscsiPingRequest::address});
     }
 };
 
@@ -67,9 +66,9 @@ struct IscsiPingResult {
     std::string libraryText;
     std::string received;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"libraryText", &IscsiPingResult::libraryText},
-                          Field{"received", &IscsiPingResult::received}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"libraryText", &IscsiPingResult::libraryText},
+                     Field{"received", &IscsiPingResult::received});
     }
 };
 

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <list>
 #include <string>
-#include <tuple>
 
 #include "tavroapi/iscsi_records.h"
 #include "tavroapi/operations.h"
@@ -19,9 +18,8 @@ struct PortalEntry {
     std::string address;
     std::string port;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"address", &PortalEntry::address},
-                          Field{"port", &PortalEntry::port}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"address", &PortalEntry::address}, Field{"port", &PortalEntry::port});
     }
 };
 
@@ -31,31 +29,30 @@ struct PortalRecord {
     std::string port;
     LoginOptions login;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"address", &PortalRecord::address},
-                          Field{"port", &PortalRecord::port}, Field{"login", &PortalRecord::login}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"address", &PortalRecord::address}, Field{"port", &PortalRecord::port},
+                     Field{"login", &PortalRecord::login});
     }
 };
 
-// A target: its iSCSI qualified name, the portal through which it is reached, and attributes whose
-// meaning is the library's own.
+// A target: its iSCSI qualified name, the portal through which it is reached, and what is known of
+// it as a text to show.
 struct TargetRecord {
     std::string name;
-    std::string text2;
-    std::string text3;
+    std::string alias;
+    std::string connectionState;
     std::string portalAddress;
     std::string portalPort;
-    std::string text6;
-    std::string text7;
+    std::string discovery;
+    std::string portalGroup;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"name", &TargetRecord::name},
-                          Field{"text2", &TargetRecord::text2},
-                          Field{"text3", &TargetRecord::text3},
-                          Field{"portalAddress", &TargetRecord::portalAddress},
-                          Field{"portalPort", &TargetRecord::portalPort},
-                          Field{"text6", &TargetRecord::text6},
-                          Field{"text7", &TargetRecord::text7}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"name", &TargetRecord::name}, Field{"text2", &TargetRecord::alias},
+                     Field{"text3", &TargetRecord::connectionState},
+                     Field{"portalAddress", &TargetRecord::portalAddress},
+                     Field{"portalPort", &TargetRecord::portalPort},
+                     Field{"text6", &TargetRecord::discovery},
+                     Field{"text7", &TargetRecord::portalGroup});
     }
 };
 
@@ -74,14 +71,14 @@ struct TargetLoginRecord {
     std::string portalPort;
     LoginOptions login;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"confirmedNew", &TargetLoginRecord::confirmedNew},
-                          Field{"text2", &TargetLoginRecord::text2},
-                          Field{"targetName", &TargetLoginRecord::targetName},
-                          Field{"text4", &TargetLoginRecord::text4},
-                          Field{"portalAddress", &TargetLoginRecord::portalAddress},
-                          Field{"portalPort", &TargetLoginRecord::portalPort},
-                          Field{"login", &TargetLoginRecord::login}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"confirmedNew", &TargetLoginRecord::confirmedNew},
+                     Field{"text2", &TargetLoginRecord::text2},
+                     Field{"targetName", &TargetLoginRecord::targetName},
+                     Field{"text4", &TargetLoginRecord::text4},
+                     Field{"portalAddress", &TargetLoginRecord::portalAddress},
+                     Field{"portalPort", &TargetLoginRecord::portalPort},
+                     Field{"login", &TargetLoginRecord::login});
     }
 };
 #pragma pack(pop)
@@ -117,26 +114,152 @@ struct LogoutRecord {
     std::string targetName;
     std::list<std::string> sessionIds;
 
-    static constexpr auto Fields() {
-        return std::tuple{Field{"targetName", &LogoutRecord::targetName},
-                          Field{"sessionIds", &LogoutRecord::sessionIds}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"targetName", &LogoutRecord::targetName},
+                     Field{"sessionIds", &LogoutRecord::sessionIds});
     }
 };
 
 // A session. The caller fills in the target's name and the session's number, the library the rest.
 using SessionRecord = TextRecord<41>;
-inline constexpr std::size_t SessionTargetNamePosition = 0;
-inline constexpr std::size_t SessionIdPosition = 1;
+
+// The positions in `SessionRecord`.
+namespace iscsi_session {
+enum Position : std::size_t {
+    TargetName,
+    Id,
+    Status,
+    Type,
+    InitiatorPart,
+    TargetHandle,
+    TargetAlias,
+    PortalGroup,
+    TargetAddress,
+    TargetPort,
+    InitiatorName,
+    InitiatorAddress,
+    InitiatorPort,
+    ConnectionCount,
+    ConnectionId,
+    ConnectionStatus,
+    Authentication,
+    TargetChapName,
+    InitiatorChapName,
+    HeaderDigest,
+    DataDigest,
+    Multipath,
+    MaxConnections,
+    InitialR2T,
+    ImmediateData,
+    MaxBurstLength,
+    FirstBurstLength,
+    TimeToWait,
+    TimeToRetain,
+    MaxOutstandingR2T,
+    DataPduInOrder,
+    DataSequenceInOrder,
+    ErrorRecoveryLevel,
+    MaxReceiveLength,
+    MaxTransmitLength,
+    InitiatorMarker,
+    TargetMarker,
+    VlanId,
+    MaxFrameSize,
+    LunCount,
+    Discovery,
+};
+}  // namespace iscsi_session
 
 // A logical unit of a target.
 using LunRecord = TextRecord<7>;
 
-// What an iSCSI port tells of itself, among it the name of the kernel driver that serves it.
+// The positions in `LunRecord`.
+namespace iscsi_lun {
+enum Position : std::size_t {
+    Number,
+    Vendor,
+    Product,
+    Capacity,
+    BlockSize,
+    SerialNumber,
+    ConnectionState,
+};
+}  // namespace iscsi_lun
+
+// What an iSCSI port tells of itself.
 using IscsiPortRecord = TextRecord<22>;
-inline constexpr std::size_t IscsiPortDriverPosition = 1;
+
+// The positions in `IscsiPortRecord`. The driver is the name of the kernel driver that serves the
+// port.
+namespace iscsi_port {
+enum Position : std::size_t {
+    FunctionNumber,
+    Driver,
+    DriverVersion,
+    Mac,
+    ModelName,
+    SerialNumber,
+    LinkStatus,
+    LinkSpeed,
+    Dhcp,
+    Address,
+    SubnetMask,
+    Gateway,
+    Vlan,
+    VlanId,
+    VlanPriority,
+    MaximumFrameSize,
+    DhcpIPv6,
+    AddressIPv6,
+    PrefixLengthIPv6,
+    GatewayIPv6,
+    ActiveSessions,
+    FirmwareVersion,
+};
+}  // namespace iscsi_port
 
 // The default parameters of an iSCSI port, or its statistics.
 using IscsiParameterRecord = TextRecord<14>;
+
+// The positions in `IscsiParameterRecord` when it holds default parameters.
+namespace iscsi_defaults {
+enum Position : std::size_t {
+    MaxConnections,
+    InitialR2T,
+    ImmediateData,
+    MaxBurstLength,
+    FirstBurstLength,
+    TimeToWait,
+    TimeToRetain,
+    MaxOutstandingR2T,
+    DataPduInOrder,
+    DataSequenceInOrder,
+    ErrorRecoveryLevel,
+    MaxReceiveLength,
+    HeaderDigest,
+    DataDigest,
+};
+}  // namespace iscsi_defaults
+
+// The positions in `IscsiParameterRecord` when it holds statistics.
+namespace iscsi_statistics {
+enum Position : std::size_t {
+    BytesSent,
+    BytesReceived,
+    PdusSent,
+    PdusReceived,
+    ScsiCommands,
+    ScsiResponses,
+    ReadyToTransfer,
+    TaskCommands,
+    Logins,
+    Logouts,
+    NopsSent,
+    NopsReceived,
+    DigestErrors,
+    ConnectionErrors,
+};
+}  // namespace iscsi_statistics
 
 template <>
 struct OperationRecords<OperationCode::ReadIscsiPort> : Exchanges<NoRecord, IscsiPortRecord> {};

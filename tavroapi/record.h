@@ -29,10 +29,21 @@ Field(const char*, Member Record::*) -> Field<Record, Member>;
 template <class Record, class Member>
 SpreadField(const char*, Member Record::*) -> SpreadField<Record, Member>;
 
-// A record that describes itself: `Record::Fields()` is the tuple of its fields in contract order.
+namespace detail {
+
+// Takes any fields and does nothing with them.
+struct IgnoreFields {
+    template <class... AnyField>
+    constexpr void operator()(const AnyField&...) const {}
+};
+
+}  // namespace detail
+
+// A record that describes itself: `Record::Fields(visit)` calls `visit` once with all its fields,
+// in contract order, and returns what that returns.
 template <class Record>
 concept DescribedRecord = requires {
-    Record::Fields();
+    Record::Fields(detail::IgnoreFields{});
 };
 
 // A record in which the library leaves a completion code: `Record::CompletionCode()` is the member.
@@ -79,9 +90,8 @@ template <class AnyRecord, class Visitor>
 requires DescribedRecord<std::remove_const_t<AnyRecord>>
 constexpr void ForEachField(AnyRecord& record, Visitor visitor) {
     std::size_t position = 0;
-    std::apply(
-        [&](const auto&... field) { (detail::VisitField(record, field, position, visitor), ...); },
-        std::remove_const_t<AnyRecord>::Fields());
+    std::remove_const_t<AnyRecord>::Fields(
+        [&](const auto&... field) { (detail::VisitField(record, field, position, visitor), ...); });
 }
 
 namespace detail {
@@ -101,8 +111,8 @@ constexpr std::size_t PositionsOf(const SpreadField<Record, Member>&) {
 // The number of positions that `ForEachField` visits.
 template <DescribedRecord Record>
 constexpr std::size_t FieldCount() {
-    return std::apply([](const auto&... field) { return (detail::PositionsOf(field) + ... + 0U); },
-                      Record::Fields());
+    return Record::Fields(
+        [](const auto&... field) { return (detail::PositionsOf(field) + ... + 0U); });
 }
 
 // `Count` texts whose meaning is the library's own. Secret ones are named by their positions.
@@ -111,7 +121,9 @@ struct TextRecord {
     std::array<std::string, Count> texts;
 
     static constexpr std::array<std::size_t, sizeof...(Secrets)> SecretPositions{Secrets...};
-    static constexpr auto Fields() { return std::tuple{SpreadField{"texts", &TextRecord::texts}}; }
+    static constexpr auto Fields(auto visit) {
+        return visit(SpreadField{"texts", &TextRecord::texts});
+    }
 };
 
 }  // namespace tavroapi

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <tuple>
 
 #include "tavroapi/operations.h"
 
@@ -11,7 +10,7 @@ namespace tavroapi {
 
 // The TCP/IP settings of one iSCSI or Ethernet function. Switches are "Yes" or "No", numbers are
 // decimal texts, addresses are written as usual. `result` is the library's completion code after
-// the Ethernet settings were written: 0 applied, 201 applied once the system restarts.
+// the Ethernet settings were written (see codes.h).
 struct TcpIpSettings {
     std::string dhcpEnabled;
     std::string ipAddress;
@@ -32,24 +31,24 @@ struct TcpIpSettings {
     std::uint32_t result = 0;
 
     static constexpr auto CompletionCode() { return &TcpIpSettings::result; }
-    static constexpr auto Fields() {
-        return std::tuple{Field{"Dhcp_Enabled", &TcpIpSettings::dhcpEnabled},
-                          Field{"IP_Address", &TcpIpSettings::ipAddress},
-                          Field{"Subnet_Mask", &TcpIpSettings::subnetMask},
-                          Field{"Default_Gateway", &TcpIpSettings::defaultGateway},
-                          Field{"Vlan_Enabled", &TcpIpSettings::vlanEnabled},
-                          Field{"Vlan_Id", &TcpIpSettings::vlanId},
-                          Field{"Vlan_Priority", &TcpIpSettings::vlanPriority},
-                          Field{"Max_Frame_Size", &TcpIpSettings::maxFrameSize},
-                          Field{"Dhcp_Enabled_IPv6", &TcpIpSettings::dhcpEnabledIPv6},
-                          Field{"Static_IPv6", &TcpIpSettings::staticIPv6},
-                          Field{"Static_Prefixlen", &TcpIpSettings::staticPrefixLength},
-                          Field{"Gateway_IPv6", &TcpIpSettings::gatewayIPv6},
-                          Field{"text13", &TcpIpSettings::libraryText13},
-                          Field{"IpVersion", &TcpIpSettings::ipVersion},
-                          Field{"text15", &TcpIpSettings::linkLocalIPv6},
-                          SpreadField{"text16to17", &TcpIpSettings::libraryTexts16To17},
-                          Field{"Result", &TcpIpSettings::result}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"Dhcp_Enabled", &TcpIpSettings::dhcpEnabled},
+                     Field{"IP_Address", &TcpIpSettings::ipAddress},
+                     Field{"Subnet_Mask", &TcpIpSettings::subnetMask},
+                     Field{"Default_Gateway", &TcpIpSettings::defaultGateway},
+                     Field{"Vlan_Enabled", &TcpIpSettings::vlanEnabled},
+                     Field{"Vlan_Id", &TcpIpSettings::vlanId},
+                     Field{"Vlan_Priority", &TcpIpSettings::vlanPriority},
+                     Field{"Max_Frame_Size", &TcpIpSettings::maxFrameSize},
+                     Field{"Dhcp_Enabled_IPv6", &TcpIpSettings::dhcpEnabledIPv6},
+                     Field{"Static_IPv6", &TcpIpSettings::staticIPv6},
+                     Field{"Static_Prefixlen", &TcpIpSettings::staticPrefixLength},
+                     Field{"Gateway_IPv6", &TcpIpSettings::gatewayIPv6},
+                     Field{"text13", &TcpIpSettings::libraryText13},
+                     Field{"IpVersion", &TcpIpSettings::ipVersion},
+                     Field{"text15", &TcpIpSettings::linkLocalIPv6},
+                     SpreadField{"text16to17", &TcpIpSettings::libraryTexts16To17},
+                     Field{"Result", &TcpIpSettings::result});
     }
 };
 

@@ -16,7 +16,7 @@ formatPackages=(clang-format)
 testPackages=("${nativePackages[@]}" "${unitTestPackages[@]}" "${windowsPackages[@]}"
     "${formatPackages[@]}" clang clang-tidy libclang-rt-14-dev libpugixml-dev
     libbenchmark-dev hunspell hunspell-en-us locales wine wine64 python3 python3-pytest python3-pytest-rerunfailures python3-pytest-xdist
-    python3-pexpect python3-pyte)
+    python3-pexpect python3-pyte python3-yaml)
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -63,9 +63,11 @@ buildPreset() {
 configurePreset() {
     local configured=$2/configured-$1
     [ ! -e "$configured" ] || [ CMakePresets.json -nt "$configured" ] || return 0
-    # The compiler is the preset's, or Debian's g++, whatever the environment names.
-    env -u CC -u CXX -u CFLAGS -u CXXFLAGS -u LDFLAGS cmake --preset "$1" && touch "$configured"
+    configureAnew "$1" && touch "$configured"
 }
+
+# The compiler is the preset's, or Debian's g++, whatever the environment names.
+configureAnew() { env -u CC -u CXX -u CFLAGS -u CXXFLAGS -u LDFLAGS cmake --preset "$1"; }
 
 # The same without a word on standard output: what the build says is shown only when it fails.
 buildPresetQuietly() {

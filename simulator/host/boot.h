@@ -3,12 +3,11 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <tuple>
 
 #include "simulator/host/member.h"
 
-/// How iSCSI and FCoE functions boot, as the host file holds it: the values of the contract's
-/// records.
+// How iSCSI and FCoE functions boot, as the host file holds it: the values of the contract's
+// records.
 namespace tavrosim {
 
 struct IscsiBootTarget {
@@ -20,14 +19,12 @@ struct IscsiBootTarget {
     std::string chapName;
     std::string chapSecret;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"used", &IscsiBootTarget::used, Presence::Optional},
-                          Member{"address", &IscsiBootTarget::address, Presence::Optional},
-                          Member{"port", &IscsiBootTarget::port, Presence::Optional},
-                          Member{"lun", &IscsiBootTarget::lun, Presence::Optional},
-                          Member{"name", &IscsiBootTarget::name, Presence::Optional},
-                          Member{"chapName", &IscsiBootTarget::chapName, Presence::Optional},
-                          Member{"chapSecret", &IscsiBootTarget::chapSecret, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(
+            Member{"used", &IscsiBootTarget::used}, Member{"address", &IscsiBootTarget::address},
+            Member{"port", &IscsiBootTarget::port}, Member{"lun", &IscsiBootTarget::lun},
+            Member{"name", &IscsiBootTarget::name}, Member{"chapName", &IscsiBootTarget::chapName},
+            Member{"chapSecret", &IscsiBootTarget::chapSecret});
     }
 };
 
@@ -49,24 +46,21 @@ struct IscsiBoot {
     std::string targetIsFirstDisk = "Disabled";
     std::string bootFromTarget = "Disabled";
 
-    static constexpr auto Members() {
-        return std::tuple{
-            Member{"tcpIpByDhcp", &IscsiBoot::tcpIpByDhcp, Presence::Optional},
-            Member{"parametersByDhcp", &IscsiBoot::parametersByDhcp, Presence::Optional},
-            Member{"linkUpDelay", &IscsiBoot::linkUpDelay, Presence::Optional},
-            Member{"retryCount", &IscsiBoot::retryCount, Presence::Optional},
-            Member{"address", &IscsiBoot::address, Presence::Optional},
-            Member{"subnetMask", &IscsiBoot::subnetMask, Presence::Optional},
-            Member{"gateway", &IscsiBoot::gateway, Presence::Optional},
-            Member{"initiatorName", &IscsiBoot::initiatorName, Presence::Optional},
-            Member{"chapName", &IscsiBoot::chapName, Presence::Optional},
-            Member{"chapSecret", &IscsiBoot::chapSecret, Presence::Optional},
-            Member{"firstTarget", &IscsiBoot::firstTarget, Presence::Optional},
-            Member{"secondTarget", &IscsiBoot::secondTarget, Presence::Optional},
-            Member{"addressBinding", &IscsiBoot::addressBinding, Presence::Optional},
-            Member{"boundAddress", &IscsiBoot::boundAddress, Presence::Optional},
-            Member{"targetIsFirstDisk", &IscsiBoot::targetIsFirstDisk, Presence::Optional},
-            Member{"bootFromTarget", &IscsiBoot::bootFromTarget, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(
+            Member{"tcpIpByDhcp", &IscsiBoot::tcpIpByDhcp},
+            Member{"parametersByDhcp", &IscsiBoot::parametersByDhcp},
+            Member{"linkUpDelay", &IscsiBoot::linkUpDelay},
+            Member{"retryCount", &IscsiBoot::retryCount}, Member{"address", &IscsiBoot::address},
+            Member{"subnetMask", &IscsiBoot::subnetMask}, Member{"gateway", &IscsiBoot::gateway},
+            Member{"initiatorName", &IscsiBoot::initiatorName},
+            Member{"chapName", &IscsiBoot::chapName}, Member{"chapSecret", &IscsiBoot::chapSecret},
+            Member{"firstTarget", &IscsiBoot::firstTarget},
+            Member{"secondTarget", &IscsiBoot::secondTarget},
+            Member{"addressBinding", &IscsiBoot::addressBinding},
+            Member{"boundAddress", &IscsiBoot::boundAddress},
+            Member{"targetIsFirstDisk", &IscsiBoot::targetIsFirstDisk},
+            Member{"bootFromTarget", &IscsiBoot::bootFromTarget});
     }
 };
 
@@ -75,10 +69,9 @@ struct FcoeBootEntry {
     std::string lun;
     std::string state;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"target", &FcoeBootEntry::target, Presence::Optional},
-                          Member{"lun", &FcoeBootEntry::lun, Presence::Optional},
-                          Member{"state", &FcoeBootEntry::state, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"target", &FcoeBootEntry::target}, Member{"lun", &FcoeBootEntry::lun},
+                     Member{"state", &FcoeBootEntry::state});
     }
 };
 
@@ -91,14 +84,14 @@ struct FcoeBoot {
     std::uint32_t loginRetries = 3;
     std::array<FcoeBootEntry, 8> targets;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"state", &FcoeBoot::state, Presence::Optional},
-                          Member{"fabricDiscovery", &FcoeBoot::fabricDiscovery, Presence::Optional},
-                          Member{"codeVersion", &FcoeBoot::codeVersion, Presence::Optional},
-                          Member{"busyRetries", &FcoeBoot::busyRetries, Presence::Optional},
-                          Member{"linkUpDelay", &FcoeBoot::linkUpDelay, Presence::Optional},
-                          Member{"loginRetries", &FcoeBoot::loginRetries, Presence::Optional},
-                          Member{"targets", &FcoeBoot::targets, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"state", &FcoeBoot::state},
+                     Member{"fabricDiscovery", &FcoeBoot::fabricDiscovery},
+                     Member{"codeVersion", &FcoeBoot::codeVersion},
+                     Member{"busyRetries", &FcoeBoot::busyRetries},
+                     Member{"linkUpDelay", &FcoeBoot::linkUpDelay},
+                     Member{"loginRetries", &FcoeBoot::loginRetries},
+                     Member{"targets", &FcoeBoot::targets});
     }
 };
 

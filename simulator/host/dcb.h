@@ -1,13 +1,12 @@
 #pragma once
 
 #include <string>
-#include <tuple>
 
 #include "simulator/host/member.h"
 
 namespace tavrosim {
 
-/// How one side of a link does data center bridging; each text as commands show and set it.
+// How one side of a link does data center bridging; each text as commands show and set it.
 struct DcbSettings {
     std::string state = "Enable";
     std::string willing = "Enable";
@@ -17,15 +16,13 @@ struct DcbSettings {
     std::string groupMap = "0:0 1 2 4 5 6 7,1:3";                 // group:priorities
     std::string bandwidths = "50,50";                             // percent, group by group
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"state", &DcbSettings::state, Presence::Optional},
-                          Member{"willing", &DcbSettings::willing, Presence::Optional},
-                          Member{"flowControlPriorities", &DcbSettings::flowControlPriorities,
-                                 Presence::Optional},
-                          Member{"fcoePriority", &DcbSettings::fcoePriority, Presence::Optional},
-                          Member{"priorityMap", &DcbSettings::priorityMap, Presence::Optional},
-                          Member{"groupMap", &DcbSettings::groupMap, Presence::Optional},
-                          Member{"bandwidths", &DcbSettings::bandwidths, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"state", &DcbSettings::state}, Member{"willing", &DcbSettings::willing},
+                     Member{"flowControlPriorities", &DcbSettings::flowControlPriorities},
+                     Member{"fcoePriority", &DcbSettings::fcoePriority},
+                     Member{"priorityMap", &DcbSettings::priorityMap},
+                     Member{"groupMap", &DcbSettings::groupMap},
+                     Member{"bandwidths", &DcbSettings::bandwidths});
     }
 };
 

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <tuple>
 
 #include "simulator/host/ethernet_port.h"
 #include "simulator/host/ethernet_settings.h"
@@ -12,8 +11,8 @@
 
 namespace tavrosim {
 
-/// What makes a function an Ethernet function. What the file does not tell of its port, counters
-/// and settings is as their structs have it.
+// What makes a function an Ethernet function. What the file does not tell of its port, counters
+// and settings is as their structs have it.
 struct EthernetPart {
     std::string interfaceName;
     TcpIp tcpIp;
@@ -21,12 +20,11 @@ struct EthernetPart {
     std::optional<EthernetStatistics> statistics;
     std::optional<EthernetSettings> settings;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"interface", &EthernetPart::interfaceName},
-                          Member{"tcpIp", &EthernetPart::tcpIp, Presence::Optional},
-                          Member{"port", &EthernetPart::port, Presence::Optional},
-                          Member{"statistics", &EthernetPart::statistics, Presence::Optional},
-                          Member{"settings", &EthernetPart::settings, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"interface", &EthernetPart::interfaceName, Presence::Required},
+                     Member{"tcpIp", &EthernetPart::tcpIp}, Member{"port", &EthernetPart::port},
+                     Member{"statistics", &EthernetPart::statistics},
+                     Member{"settings", &EthernetPart::settings});
     }
 };
 

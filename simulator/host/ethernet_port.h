@@ -1,16 +1,15 @@
 #pragma once
 
 #include <string>
-#include <tuple>
 
 #include "simulator/host/member.h"
 
 namespace tavrosim {
 
-/// The link status of a port that has a speed and traffic.
+// The link status of a port that has a speed and traffic.
 inline constexpr const char* LinkUp = "Up";
 
-/// What is to be told about the port of an Ethernet function.
+// What is to be told about the port of an Ethernet function.
 struct EthernetPort {
     std::string linkStatus = LinkUp;
     std::string maximumSpeed = "10 Gbps";
@@ -24,20 +23,19 @@ struct EthernetPort {
     std::string optionRomVersion = "5.1.0";
     std::string pciLocation;  // where empty, made from the numbers of adapter and function
 
-    static constexpr auto Members() {
-        constexpr Presence Optional = Presence::Optional;
-        return std::tuple{Member{"linkStatus", &EthernetPort::linkStatus, Optional},
-                          Member{"maximumSpeed", &EthernetPort::maximumSpeed, Optional},
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"linkStatus", &EthernetPort::linkStatus},
+                     Member{"maximumSpeed", &EthernetPort::maximumSpeed},
 
-                          Member{"serialNumber", &EthernetPort::serialNumber, Optional},
-                          Member{"partNumber", &EthernetPort::partNumber, Optional},
-                          Member{"hardwareRevision", &EthernetPort::hardwareRevision, Optional},
-                          Member{"driverName", &EthernetPort::driverName, Optional},
-                          Member{"driverVersion", &EthernetPort::driverVersion, Optional},
-                          Member{"firmwareVersion", &EthernetPort::firmwareVersion, Optional},
-                          Member{"bootCodeVersion", &EthernetPort::bootCodeVersion, Optional},
-                          Member{"optionRomVersion", &EthernetPort::optionRomVersion, Optional},
-                          Member{"pciLocation", &EthernetPort::pciLocation, Optional}};
+                     Member{"serialNumber", &EthernetPort::serialNumber},
+                     Member{"partNumber", &EthernetPort::partNumber},
+                     Member{"hardwareRevision", &EthernetPort::hardwareRevision},
+                     Member{"driverName", &EthernetPort::driverName},
+                     Member{"driverVersion", &EthernetPort::driverVersion},
+                     Member{"firmwareVersion", &EthernetPort::firmwareVersion},
+                     Member{"bootCodeVersion", &EthernetPort::bootCodeVersion},
+                     Member{"optionRomVersion", &EthernetPort::optionRomVersion},
+                     Member{"pciLocation", &EthernetPort::pciLocation});
     }
 };
 

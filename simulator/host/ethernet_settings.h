@@ -1,14 +1,13 @@
 #pragma once
 
 #include <string>
-#include <tuple>
 
 #include "simulator/host/member.h"
 
 namespace tavrosim {
 
-/// The values of the adapter settings of an Ethernet function. "NA" is a setting that the adapter
-/// does not have.
+// The values of the adapter settings of an Ethernet function. "NA" is a setting that the adapter
+// does not have.
 struct EthernetSettings {
     std::string speed = "Auto Negotiation";
     std::string flowControl = "Rx & Tx Enabled";
@@ -42,44 +41,39 @@ struct EthernetSettings {
     std::string connector = "SFP+";
     std::string temperature = "NA";
 
-    static constexpr auto Members() {
-        constexpr Presence Optional = Presence::Optional;
-        return std::tuple{
-            Member{"speed", &EthernetSettings::speed, Optional},
-            Member{"flowControl", &EthernetSettings::flowControl, Optional},
-            Member{"priorityAndVlan", &EthernetSettings::priorityAndVlan, Optional},
-            Member{"interruptModeration", &EthernetSettings::interruptModeration, Optional},
-            Member{"checksumOffloadIPv4", &EthernetSettings::checksumOffloadIPv4, Optional},
-            Member{"checksumOffloadIPv6", &EthernetSettings::checksumOffloadIPv6, Optional},
-            Member{"locallyAdministeredAddress", &EthernetSettings::locallyAdministeredAddress,
-                   Optional},
-            Member{"receiveSideScaling", &EthernetSettings::receiveSideScaling, Optional},
-            Member{"jumboPacket", &EthernetSettings::jumboPacket, Optional},
-            Member{"receiveSideScalingQueues", &EthernetSettings::receiveSideScalingQueues,
-                   Optional},
-            Member{"receiveBuffers", &EthernetSettings::receiveBuffers, Optional},
-            Member{"transmitBuffers", &EthernetSettings::transmitBuffers, Optional},
-            Member{"largeSendOffloadIPv4", &EthernetSettings::largeSendOffloadIPv4, Optional},
-            Member{"largeSendOffloadIPv6", &EthernetSettings::largeSendOffloadIPv6, Optional},
-            Member{"receiveSegmentCoalescing", &EthernetSettings::receiveSegmentCoalescing,
-                   Optional},
-            Member{"singleRootVirtualization", &EthernetSettings::singleRootVirtualization,
-                   Optional},
-            Member{"wakeOnMagicPacket", &EthernetSettings::wakeOnMagicPacket, Optional},
-            Member{"virtualFunctions", &EthernetSettings::virtualFunctions, Optional},
-            Member{"interruptMode", &EthernetSettings::interruptMode, Optional},
-            Member{"interruptVectors", &EthernetSettings::interruptVectors, Optional},
-            Member{"busType", &EthernetSettings::busType, Optional},
-            Member{"busWidth", &EthernetSettings::busWidth, Optional},
-            Member{"busSpeed", &EthernetSettings::busSpeed, Optional},
-            Member{"receiveQueues", &EthernetSettings::receiveQueues, Optional},
-            Member{"transmitQueues", &EthernetSettings::transmitQueues, Optional},
-            Member{"multicastFilters", &EthernetSettings::multicastFilters, Optional},
-            Member{"energyEfficientEthernet", &EthernetSettings::energyEfficientEthernet, Optional},
-            Member{"timeStamping", &EthernetSettings::timeStamping, Optional},
-            Member{"networkBoot", &EthernetSettings::networkBoot, Optional},
-            Member{"connector", &EthernetSettings::connector, Optional},
-            Member{"temperature", &EthernetSettings::temperature, Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(
+            Member{"speed", &EthernetSettings::speed},
+            Member{"flowControl", &EthernetSettings::flowControl},
+            Member{"priorityAndVlan", &EthernetSettings::priorityAndVlan},
+            Member{"interruptModeration", &EthernetSettings::interruptModeration},
+            Member{"checksumOffloadIPv4", &EthernetSettings::checksumOffloadIPv4},
+            Member{"checksumOffloadIPv6", &EthernetSettings::checksumOffloadIPv6},
+            Member{"locallyAdministeredAddress", &EthernetSettings::locallyAdministeredAddress},
+            Member{"receiveSideScaling", &EthernetSettings::receiveSideScaling},
+            Member{"jumboPacket", &EthernetSettings::jumboPacket},
+            Member{"receiveSideScalingQueues", &EthernetSettings::receiveSideScalingQueues},
+            Member{"receiveBuffers", &EthernetSettings::receiveBuffers},
+            Member{"transmitBuffers", &EthernetSettings::transmitBuffers},
+            Member{"largeSendOffloadIPv4", &EthernetSettings::largeSendOffloadIPv4},
+            Member{"largeSendOffloadIPv6", &EthernetSettings::largeSendOffloadIPv6},
+            Member{"receiveSegmentCoalescing", &EthernetSettings::receiveSegmentCoalescing},
+            Member{"singleRootVirtualization", &EthernetSettings::singleRootVirtualization},
+            Member{"wakeOnMagicPacket", &EthernetSettings::wakeOnMagicPacket},
+            Member{"virtualFunctions", &EthernetSettings::virtualFunctions},
+            Member{"interruptMode", &EthernetSettings::interruptMode},
+            Member{"interruptVectors", &EthernetSettings::interruptVectors},
+            Member{"busType", &EthernetSettings::busType},
+            Member{"busWidth", &EthernetSettings::busWidth},
+            Member{"busSpeed", &EthernetSettings::busSpeed},
+            Member{"receiveQueues", &EthernetSettings::receiveQueues},
+            Member{"transmitQueues", &EthernetSettings::transmitQueues},
+            Member{"multicastFilters", &EthernetSettings::multicastFilters},
+            Member{"energyEfficientEthernet", &EthernetSettings::energyEfficientEthernet},
+            Member{"timeStamping", &EthernetSettings::timeStamping},
+            Member{"networkBoot", &EthernetSettings::networkBoot},
+            Member{"connector", &EthernetSettings::connector},
+            Member{"temperature", &EthernetSettings::temperature});
     }
 };
 

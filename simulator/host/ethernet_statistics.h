@@ -1,13 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <tuple>
 
 #include "simulator/host/member.h"
 
 namespace tavrosim {
 
-/// The counters of the port of an Ethernet function.
+// The counters of the port of an Ethernet function.
 struct EthernetCounters {
     std::uint64_t bytesSent = 0;
     std::uint64_t bytesReceived = 0;
@@ -39,43 +38,41 @@ struct EthernetCounters {
     std::uint64_t priorityPauseFramesSent = 0;
     std::uint64_t priorityPauseFramesReceived = 0;
 
-    static constexpr auto Members() {
-        constexpr Presence Optional = Presence::Optional;
-        return std::tuple{
-            Member{"bytesSent", &EthernetCounters::bytesSent, Optional},
-            Member{"bytesReceived", &EthernetCounters::bytesReceived, Optional},
-            Member{"framesSent", &EthernetCounters::framesSent, Optional},
-            Member{"framesReceived", &EthernetCounters::framesReceived, Optional},
-            Member{"unicastFramesSent", &EthernetCounters::unicastFramesSent, Optional},
-            Member{"unicastFramesReceived", &EthernetCounters::unicastFramesReceived, Optional},
-            Member{"multicastFramesSent", &EthernetCounters::multicastFramesSent, Optional},
-            Member{"multicastFramesReceived", &EthernetCounters::multicastFramesReceived, Optional},
-            Member{"broadcastFramesSent", &EthernetCounters::broadcastFramesSent, Optional},
-            Member{"broadcastFramesReceived", &EthernetCounters::broadcastFramesReceived, Optional},
-            Member{"receiveErrors", &EthernetCounters::receiveErrors, Optional},
-            Member{"checksumErrors", &EthernetCounters::checksumErrors, Optional},
-            Member{"alignmentErrors", &EthernetCounters::alignmentErrors, Optional},
-            Member{"shortFrames", &EthernetCounters::shortFrames, Optional},
-            Member{"longFrames", &EthernetCounters::longFrames, Optional},
-            Member{"fragments", &EthernetCounters::fragments, Optional},
-            Member{"jabberFrames", &EthernetCounters::jabberFrames, Optional},
-            Member{"framesWithoutBuffer", &EthernetCounters::framesWithoutBuffer, Optional},
-            Member{"receivedFramesDropped", &EthernetCounters::receivedFramesDropped, Optional},
-            Member{"transmitErrors", &EthernetCounters::transmitErrors, Optional},
-            Member{"deferredFrames", &EthernetCounters::deferredFrames, Optional},
-            Member{"lateCollisions", &EthernetCounters::lateCollisions, Optional},
-            Member{"excessiveCollisions", &EthernetCounters::excessiveCollisions, Optional},
-            Member{"singleCollisions", &EthernetCounters::singleCollisions, Optional},
-            Member{"sentFramesDropped", &EthernetCounters::sentFramesDropped, Optional},
-            Member{"pauseFramesSent", &EthernetCounters::pauseFramesSent, Optional},
-            Member{"pauseFramesReceived", &EthernetCounters::pauseFramesReceived, Optional},
-            Member{"priorityPauseFramesSent", &EthernetCounters::priorityPauseFramesSent, Optional},
-            Member{"priorityPauseFramesReceived", &EthernetCounters::priorityPauseFramesReceived,
-                   Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(
+            Member{"bytesSent", &EthernetCounters::bytesSent},
+            Member{"bytesReceived", &EthernetCounters::bytesReceived},
+            Member{"framesSent", &EthernetCounters::framesSent},
+            Member{"framesReceived", &EthernetCounters::framesReceived},
+            Member{"unicastFramesSent", &EthernetCounters::unicastFramesSent},
+            Member{"unicastFramesReceived", &EthernetCounters::unicastFramesReceived},
+            Member{"multicastFramesSent", &EthernetCounters::multicastFramesSent},
+            Member{"multicastFramesReceived", &EthernetCounters::multicastFramesReceived},
+            Member{"broadcastFramesSent", &EthernetCounters::broadcastFramesSent},
+            Member{"broadcastFramesReceived", &EthernetCounters::broadcastFramesReceived},
+            Member{"receiveErrors", &EthernetCounters::receiveErrors},
+            Member{"checksumErrors", &EthernetCounters::checksumErrors},
+            Member{"alignmentErrors", &EthernetCounters::alignmentErrors},
+            Member{"shortFrames", &EthernetCounters::shortFrames},
+            Member{"longFrames", &EthernetCounters::longFrames},
+            Member{"fragments", &EthernetCounters::fragments},
+            Member{"jabberFrames", &EthernetCounters::jabberFrames},
+            Member{"framesWithoutBuffer", &EthernetCounters::framesWithoutBuffer},
+            Member{"receivedFramesDropped", &EthernetCounters::receivedFramesDropped},
+            Member{"transmitErrors", &EthernetCounters::transmitErrors},
+            Member{"deferredFrames", &EthernetCounters::deferredFrames},
+            Member{"lateCollisions", &EthernetCounters::lateCollisions},
+            Member{"excessiveCollisions", &EthernetCounters::excessiveCollisions},
+            Member{"singleCollisions", &EthernetCounters::singleCollisions},
+            Member{"sentFramesDropped", &EthernetCounters::sentFramesDropped},
+            Member{"pauseFramesSent", &EthernetCounters::pauseFramesSent},
+            Member{"pauseFramesReceived", &EthernetCounters::pauseFramesReceived},
+            Member{"priorityPauseFramesSent", &EthernetCounters::priorityPauseFramesSent},
+            Member{"priorityPauseFramesReceived", &EthernetCounters::priorityPauseFramesReceived});
     }
 };
 
-/// What passes through a port that is up between two readings of its counters.
+// What passes through a port that is up between two readings of its counters.
 constexpr EthernetCounters UsualEthernetTraffic() {
     EthernetCounters traffic;
     traffic.bytesSent = 18900;
@@ -93,14 +90,14 @@ constexpr EthernetCounters UsualEthernetTraffic() {
     return traffic;
 }
 
-/// The counters as they stand, and what every reading adds to them afterwards.
+// The counters as they stand, and what every reading adds to them afterwards.
 struct EthernetStatistics {
     EthernetCounters counters;
     EthernetCounters traffic = UsualEthernetTraffic();
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"counters", &EthernetStatistics::counters, Presence::Optional},
-                          Member{"traffic", &EthernetStatistics::traffic, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"counters", &EthernetStatistics::counters},
+                     Member{"traffic", &EthernetStatistics::traffic});
     }
 };
 

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "simulator/host/boot.h"
@@ -13,7 +12,7 @@
 
 namespace tavrosim {
 
-/// The driver and the hardware of an FCoE function.
+// The driver and the hardware of an FCoE function.
 struct FcoeHardware {
     std::string driver = "tavrof";
     std::string driverVersion = "5.2.3.1";
@@ -25,21 +24,20 @@ struct FcoeHardware {
     std::string linkSpeed = "10 Gbit/s";
     std::string deviceName;
 
-    static constexpr auto Members() {
-        return std::tuple{
-            Member{"driver", &FcoeHardware::driver, Presence::Optional},
-            Member{"driverVersion", &FcoeHardware::driverVersion, Presence::Optional},
-            Member{"firmwareVersion", &FcoeHardware::firmwareVersion, Presence::Optional},
-            Member{"optionRomVersion", &FcoeHardware::optionRomVersion, Presence::Optional},
-            Member{"hardwareVersion", &FcoeHardware::hardwareVersion, Presence::Optional},
-            Member{"serialNumber", &FcoeHardware::serialNumber, Presence::Optional},
-            Member{"linkState", &FcoeHardware::linkState, Presence::Optional},
-            Member{"linkSpeed", &FcoeHardware::linkSpeed, Presence::Optional},
-            Member{"deviceName", &FcoeHardware::deviceName, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"driver", &FcoeHardware::driver},
+                     Member{"driverVersion", &FcoeHardware::driverVersion},
+                     Member{"firmwareVersion", &FcoeHardware::firmwareVersion},
+                     Member{"optionRomVersion", &FcoeHardware::optionRomVersion},
+                     Member{"hardwareVersion", &FcoeHardware::hardwareVersion},
+                     Member{"serialNumber", &FcoeHardware::serialNumber},
+                     Member{"linkState", &FcoeHardware::linkState},
+                     Member{"linkSpeed", &FcoeHardware::linkSpeed},
+                     Member{"deviceName", &FcoeHardware::deviceName});
     }
 };
 
-/// A target that keeps its place on the operating system's SCSI bus.
+// A target that keeps its place on the operating system's SCSI bus.
 struct FcoeBinding {
     std::string targetPortWwn;
     std::uint32_t bus = 0;
@@ -47,29 +45,28 @@ struct FcoeBinding {
     std::uint32_t lun = 0;
     std::string type = "Port WWN";
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"targetPortWwn", &FcoeBinding::targetPortWwn},
-                          Member{"bus", &FcoeBinding::bus, Presence::Optional},
-                          Member{"target", &FcoeBinding::target},
-                          Member{"lun", &FcoeBinding::lun, Presence::Optional},
-                          Member{"type", &FcoeBinding::type, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"targetPortWwn", &FcoeBinding::targetPortWwn, Presence::Required},
+                     Member{"bus", &FcoeBinding::bus},
+                     Member{"target", &FcoeBinding::target, Presence::Required},
+                     Member{"lun", &FcoeBinding::lun}, Member{"type", &FcoeBinding::type});
     }
 };
 
-/// A virtual port of a function.
+// A virtual port of a function.
 struct VirtualPort {
     std::string portWwn;
     std::string nodeWwn;
     std::string fcid;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"portWwn", &VirtualPort::portWwn},
-                          Member{"nodeWwn", &VirtualPort::nodeWwn},
-                          Member{"fcid", &VirtualPort::fcid}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"portWwn", &VirtualPort::portWwn, Presence::Required},
+                     Member{"nodeWwn", &VirtualPort::nodeWwn, Presence::Required},
+                     Member{"fcid", &VirtualPort::fcid, Presence::Required});
     }
 };
 
-/// What makes a function an FCoE function.
+// What makes a function an FCoE function.
 struct FcoePart {
     std::string portWwn;
     std::string nodeWwn;
@@ -82,17 +79,14 @@ struct FcoePart {
     FcoeStatistics statistics;
     std::optional<FcoeBoot> boot;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"portWwn", &FcoePart::portWwn},
-                          Member{"nodeWwn", &FcoePart::nodeWwn},
-                          Member{"fcid", &FcoePart::fcid, Presence::Optional},
-                          Member{"fipVlanId", &FcoePart::fipVlanId, Presence::Optional},
-                          Member{"hardware", &FcoePart::hardware, Presence::Optional},
-                          Member{"dcb", &FcoePart::dcb, Presence::Optional},
-                          Member{"bindings", &FcoePart::bindings, Presence::Optional},
-                          Member{"virtualPorts", &FcoePart::virtualPorts, Presence::Optional},
-                          Member{"statistics", &FcoePart::statistics, Presence::Optional},
-                          Member{"boot", &FcoePart::boot, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"portWwn", &FcoePart::portWwn, Presence::Required},
+                     Member{"nodeWwn", &FcoePart::nodeWwn, Presence::Required},
+                     Member{"fcid", &FcoePart::fcid}, Member{"fipVlanId", &FcoePart::fipVlanId},
+                     Member{"hardware", &FcoePart::hardware}, Member{"dcb", &FcoePart::dcb},
+                     Member{"bindings", &FcoePart::bindings},
+                     Member{"virtualPorts", &FcoePart::virtualPorts},
+                     Member{"statistics", &FcoePart::statistics}, Member{"boot", &FcoePart::boot});
     }
 };
 

@@ -2,13 +2,12 @@
 
 #include <cstdint>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "simulator/host/dcb.h"
 #include "simulator/host/member.h"
 
-/// The Fibre Channel fabric that the host's FCoE functions are attached to.
+// The Fibre Channel fabric that the host's FCoE functions are attached to.
 namespace tavrosim {
 
 struct FabricLun {
@@ -23,17 +22,15 @@ struct FabricLun {
     std::string status = "Online";
     std::string volumes;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"number", &FabricLun::number},
-                          Member{"vendor", &FabricLun::vendor, Presence::Optional},
-                          Member{"product", &FabricLun::product, Presence::Optional},
-                          Member{"revision", &FabricLun::revision, Presence::Optional},
-                          Member{"capacity", &FabricLun::capacity, Presence::Optional},
-                          Member{"blockSize", &FabricLun::blockSize, Presence::Optional},
-                          Member{"deviceType", &FabricLun::deviceType, Presence::Optional},
-                          Member{"deviceName", &FabricLun::deviceName, Presence::Optional},
-                          Member{"status", &FabricLun::status, Presence::Optional},
-                          Member{"volumes", &FabricLun::volumes, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"number", &FabricLun::number, Presence::Required},
+                     Member{"vendor", &FabricLun::vendor}, Member{"product", &FabricLun::product},
+                     Member{"revision", &FabricLun::revision},
+                     Member{"capacity", &FabricLun::capacity},
+                     Member{"blockSize", &FabricLun::blockSize},
+                     Member{"deviceType", &FabricLun::deviceType},
+                     Member{"deviceName", &FabricLun::deviceName},
+                     Member{"status", &FabricLun::status}, Member{"volumes", &FabricLun::volumes});
     }
 };
 
@@ -47,16 +44,15 @@ struct FabricTarget {
     std::uint32_t lossPercent = 0;        // of the replies to a ping
     std::vector<FabricLun> luns;
 
-    static constexpr auto Members() {
-        return std::tuple{
-            Member{"portWwn", &FabricTarget::portWwn},
-            Member{"nodeWwn", &FabricTarget::nodeWwn},
-            Member{"fcid", &FabricTarget::fcid},
-            Member{"symbolicName", &FabricTarget::symbolicName, Presence::Optional},
-            Member{"initiators", &FabricTarget::initiators, Presence::Optional},
-            Member{"delayMilliseconds", &FabricTarget::delayMilliseconds, Presence::Optional},
-            Member{"lossPercent", &FabricTarget::lossPercent, Presence::Optional},
-            Member{"luns", &FabricTarget::luns, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"portWwn", &FabricTarget::portWwn, Presence::Required},
+                     Member{"nodeWwn", &FabricTarget::nodeWwn, Presence::Required},
+                     Member{"fcid", &FabricTarget::fcid, Presence::Required},
+                     Member{"symbolicName", &FabricTarget::symbolicName},
+                     Member{"initiators", &FabricTarget::initiators},
+                     Member{"delayMilliseconds", &FabricTarget::delayMilliseconds},
+                     Member{"lossPercent", &FabricTarget::lossPercent},
+                     Member{"luns", &FabricTarget::luns});
     }
 };
 
@@ -70,15 +66,12 @@ struct FcoeFabric {
     DcbSettings dcb;  // of the forwarder's port
     std::vector<FabricTarget> targets;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"name", &FcoeFabric::name, Presence::Optional},
-                          Member{"fcfMac", &FcoeFabric::fcfMac, Presence::Optional},
-                          Member{"fcfNodeWwn", &FcoeFabric::fcfNodeWwn, Presence::Optional},
-                          Member{"fcfPortWwn", &FcoeFabric::fcfPortWwn, Presence::Optional},
-                          Member{"fcMap", &FcoeFabric::fcMap, Presence::Optional},
-                          Member{"priority", &FcoeFabric::priority, Presence::Optional},
-                          Member{"dcb", &FcoeFabric::dcb, Presence::Optional},
-                          Member{"targets", &FcoeFabric::targets, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"name", &FcoeFabric::name}, Member{"fcfMac", &FcoeFabric::fcfMac},
+                     Member{"fcfNodeWwn", &FcoeFabric::fcfNodeWwn},
+                     Member{"fcfPortWwn", &FcoeFabric::fcfPortWwn},
+                     Member{"fcMap", &FcoeFabric::fcMap}, Member{"priority", &FcoeFabric::priority},
+                     Member{"dcb", &FcoeFabric::dcb}, Member{"targets", &FcoeFabric::targets});
     }
 };
 

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <tuple>
 
 #include "simulator/host/member.h"
 
 namespace tavrosim {
 
-/// The counters of an FCoE function, in the order in which the library tells them.
+// The counters of an FCoE function, in the order in which the library tells them.
 struct FcoeStatistics {
     std::uint64_t secondsSinceReset = 0;
     std::uint64_t transmittedFrames = 0;
@@ -40,39 +39,35 @@ struct FcoeStatistics {
     std::uint64_t queueFullConditions = 0;
     std::uint64_t virtualLinkFailures = 0;
 
-    static constexpr auto Members() {
+    static constexpr auto Members(auto visit) {
         using S = FcoeStatistics;
-        constexpr Presence Optional = Presence::Optional;
-        return std::tuple{Member{"secondsSinceReset", &S::secondsSinceReset, Optional},
-                          Member{"transmittedFrames", &S::transmittedFrames, Optional},
-                          Member{"transmittedWords", &S::transmittedWords, Optional},
-                          Member{"receivedFrames", &S::receivedFrames, Optional},
-                          Member{"receivedWords", &S::receivedWords, Optional},
-                          Member{"loopInitializations", &S::loopInitializations, Optional},
-                          Member{"notOperationalSequences", &S::notOperationalSequences, Optional},
-                          Member{"errorFrames", &S::errorFrames, Optional},
-                          Member{"dumpedFrames", &S::dumpedFrames, Optional},
-                          Member{"linkFailures", &S::linkFailures, Optional},
-                          Member{"synchronizationLosses", &S::synchronizationLosses, Optional},
-                          Member{"signalLosses", &S::signalLosses, Optional},
-                          Member{"protocolErrors", &S::protocolErrors, Optional},
-                          Member{"invalidWords", &S::invalidWords, Optional},
-                          Member{"invalidCrcs", &S::invalidCrcs, Optional},
-                          Member{"inputRequests", &S::inputRequests, Optional},
-                          Member{"outputRequests", &S::outputRequests, Optional},
-                          Member{"controlRequests", &S::controlRequests, Optional},
-                          Member{"inputMegabytes", &S::inputMegabytes, Optional},
-                          Member{"outputMegabytes", &S::outputMegabytes, Optional},
-                          Member{"fipSolicitations", &S::fipSolicitations, Optional},
-                          Member{"fipAdvertisements", &S::fipAdvertisements, Optional},
-                          Member{"missedFipAdvertisements", &S::missedFipAdvertisements, Optional},
-                          Member{"fabricLogins", &S::fabricLogins, Optional},
-                          Member{"rejectedFabricLogins", &S::rejectedFabricLogins, Optional},
-                          Member{"portLogins", &S::portLogins, Optional},
-                          Member{"abortedExchanges", &S::abortedExchanges, Optional},
-                          Member{"timedOutRequests", &S::timedOutRequests, Optional},
-                          Member{"queueFullConditions", &S::queueFullConditions, Optional},
-                          Member{"virtualLinkFailures", &S::virtualLinkFailures, Optional}};
+        return visit(
+            Member{"secondsSinceReset", &S::secondsSinceReset},
+            Member{"transmittedFrames", &S::transmittedFrames},
+            Member{"transmittedWords", &S::transmittedWords},
+            Member{"receivedFrames", &S::receivedFrames},
+            Member{"receivedWords", &S::receivedWords},
+            Member{"loopInitializations", &S::loopInitializations},
+            Member{"notOperationalSequences", &S::notOperationalSequences},
+            Member{"errorFrames", &S::errorFrames}, Member{"dumpedFrames", &S::dumpedFrames},
+            Member{"linkFailures", &S::linkFailures},
+            Member{"synchronizationLosses", &S::synchronizationLosses},
+            Member{"signalLosses", &S::signalLosses}, Member{"protocolErrors", &S::protocolErrors},
+            Member{"invalidWords", &S::invalidWords}, Member{"invalidCrcs", &S::invalidCrcs},
+            Member{"inputRequests", &S::inputRequests},
+            Member{"outputRequests", &S::outputRequests},
+            Member{"controlRequests", &S::controlRequests},
+            Member{"inputMegabytes", &S::inputMegabytes},
+            Member{"outputMegabytes", &S::outputMegabytes},
+            Member{"fipSolicitations", &S::fipSolicitations},
+            Member{"fipAdvertisements", &S::fipAdvertisements},
+            Member{"missedFipAdvertisements", &S::missedFipAdvertisements},
+            Member{"fabricLogins", &S::fabricLogins},
+            Member{"rejectedFabricLogins", &S::rejectedFabricLogins},
+            Member{"portLogins", &S::portLogins}, Member{"abortedExchanges", &S::abortedExchanges},
+            Member{"timedOutRequests", &S::timedOutRequests},
+            Member{"queueFullConditions", &S::queueFullConditions},
+            Member{"virtualLinkFailures", &S::virtualLinkFailures});
     }
 };
 

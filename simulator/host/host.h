@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "simulator/host/ethernet.h"
@@ -15,11 +14,12 @@
 #include "simulator/host/member.h"
 #include "simulator/host/network.h"
 #include "simulator/host/partition.h"
+#include "tavroapi/codes.h"
 
-/// The host that the model plays. The structs are what the host file holds, member for member.
+// The host that the model plays. The structs are what the host file holds, member for member.
 namespace tavrosim {
 
-/// One function of a port. Exactly one of its three parts is there and tells what kind it is.
+// One function of a port. Exactly one of its three parts is there and tells what kind it is.
 struct Function {
     std::uint32_t number = 0;
     std::string mac;
@@ -27,11 +27,11 @@ struct Function {
     std::optional<IscsiPart> iscsi;
     std::optional<FcoePart> fcoe;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"number", &Function::number}, Member{"mac", &Function::mac},
-                          Member{"ethernet", &Function::ethernet, Presence::Optional},
-                          Member{"iscsi", &Function::iscsi, Presence::Optional},
-                          Member{"fcoe", &Function::fcoe, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"number", &Function::number, Presence::Required},
+                     Member{"mac", &Function::mac, Presence::Required},
+                     Member{"ethernet", &Function::ethernet}, Member{"iscsi", &Function::iscsi},
+                     Member{"fcoe", &Function::fcoe});
     }
 };
 
@@ -40,10 +40,10 @@ struct Port {
     std::optional<Resources> resources;
     std::vector<Function> functions;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"name", &Port::name},
-                          Member{"resources", &Port::resources, Presence::Optional},
-                          Member{"functions", &Port::functions}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"name", &Port::name, Presence::Required},
+                     Member{"resources", &Port::resources},
+                     Member{"functions", &Port::functions, Presence::Required});
     }
 };
 
@@ -51,19 +51,18 @@ struct Adapter {
     std::string name;  // holds the model designation; no two adapters of a host share it
     std::uint32_t number = 0;
     std::string type;
-    std::uint32_t partitionState = 1;
+    std::uint32_t partitionState = tavroapi::NotPartitioned;
     std::string state;  // what operation 70 tells
     std::optional<Partitions> partitions;
     std::vector<Port> ports;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"name", &Adapter::name},
-                          Member{"number", &Adapter::number},
-                          Member{"type", &Adapter::type},
-                          Member{"partitionState", &Adapter::partitionState},
-                          Member{"state", &Adapter::state, Presence::Optional},
-                          Member{"partitions", &Adapter::partitions, Presence::Optional},
-                          Member{"ports", &Adapter::ports}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"name", &Adapter::name, Presence::Required},
+                     Member{"number", &Adapter::number, Presence::Required},
+                     Member{"type", &Adapter::type, Presence::Required},
+                     Member{"partitionState", &Adapter::partitionState, Presence::Required},
+                     Member{"state", &Adapter::state}, Member{"partitions", &Adapter::partitions},
+                     Member{"ports", &Adapter::ports, Presence::Required});
     }
 };
 
@@ -76,14 +75,12 @@ struct Host {
     std::vector<NetworkTarget> iscsiTargets;  // what is out on the network
     FcoeFabric fcoeFabric;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"name", &Host::name},
-                          Member{"initiator", &Host::initiator, Presence::Optional},
-                          Member{"isnsServers", &Host::isnsServers, Presence::Optional},
-                          Member{"reachable", &Host::reachable, Presence::Optional},
-                          Member{"adapters", &Host::adapters},
-                          Member{"iscsiTargets", &Host::iscsiTargets, Presence::Optional},
-                          Member{"fcoeFabric", &Host::fcoeFabric, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(
+            Member{"name", &Host::name, Presence::Required}, Member{"initiator", &Host::initiator},
+            Member{"isnsServers", &Host::isnsServers}, Member{"reachable", &Host::reachable},
+            Member{"adapters", &Host::adapters, Presence::Required},
+            Member{"iscsiTargets", &Host::iscsiTargets}, Member{"fcoeFabric", &Host::fcoeFabric});
     }
 };
 

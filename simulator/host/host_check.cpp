@@ -1,10 +1,10 @@
 #include <set>
 
+#include "library/json/place.h"
 #include "simulator/host/fcoe_check.h"
 #include "simulator/host/host_file.h"
 #include "simulator/host/identifier_check.h"
 #include "simulator/host/lookup.h"
-#include "simulator/place.h"
 
 namespace tavrosim {
 namespace {

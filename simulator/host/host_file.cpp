@@ -1,5 +1,7 @@
 #include "simulator/host/host_file.h"
 
+#include <nlohmann/json.hpp>
+
 #include "simulator/host/default_host.h"
 #include "simulator/host/host_json.h"
 
@@ -7,14 +9,14 @@ namespace tavrosim {
 
 Host HostFromText(std::string_view text) {
     Host host;
-    HostValueFromJson(ParseJson(text), host, Place());
+    HostValueFromJson(HostTypeOf<Host>(), tavrolib::ParseJson(text), &host, tavrolib::Place());
     CheckHost(host);
     return host;
 }
 
 std::string TextFromHost(const Host& host) {
     constexpr int Indent = 2;
-    return HostValueToJson(host).dump(Indent) + '\n';
+    return HostValueToJson(HostTypeOf<Host>(), &host).dump(Indent) + '\n';
 }
 
 Host DefaultHost() {

@@ -2,16 +2,19 @@
 
 #include <string>
 
-#include "simulator/place.h"
+#include "library/json/place.h"
 
-/// Checks of the identifiers in a host file; each throws ShapeError naming `place`.
+// Checks of the identifiers in a host file; each throws ShapeError naming `place`.
 namespace tavrosim {
+
+using tavrolib::Place;
+using tavrolib::ShapeError;
 
 void CheckMac(const std::string& text, const Place& place);
 
 void CheckWwn(const std::string& text, const Place& place);
 
-/// A Fibre Channel address: six hexadecimal digits.
+// A Fibre Channel address: six hexadecimal digits.
 void CheckFcid(const std::string& text, const Place& place);
 
 }  // namespace tavrosim

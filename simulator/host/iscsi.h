@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <tuple>
 
 #include "simulator/host/boot.h"
 #include "simulator/host/iscsi_storage.h"
@@ -10,18 +9,16 @@
 
 namespace tavrosim {
 
-/// What makes a function an iSCSI function.
+// What makes a function an iSCSI function.
 struct IscsiPart {
     TcpIp tcpIp;
     IscsiHardware hardware;
     IscsiStorage storage;
     std::optional<IscsiBoot> boot;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"tcpIp", &IscsiPart::tcpIp, Presence::Optional},
-                          Member{"hardware", &IscsiPart::hardware, Presence::Optional},
-                          Member{"storage", &IscsiPart::storage, Presence::Optional},
-                          Member{"boot", &IscsiPart::boot, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"tcpIp", &IscsiPart::tcpIp}, Member{"hardware", &IscsiPart::hardware},
+                     Member{"storage", &IscsiPart::storage}, Member{"boot", &IscsiPart::boot});
     }
 };
 

@@ -2,16 +2,15 @@
 
 #include <cstdint>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "simulator/host/iscsi_network.h"
 #include "simulator/host/member.h"
 
-/// What an iSCSI function is and what its initiator knows and does.
+// What an iSCSI function is and what its initiator knows and does.
 namespace tavrosim {
 
-/// The driver and the hardware of an iSCSI function.
+// The driver and the hardware of an iSCSI function.
 struct IscsiHardware {
     std::string driver = "tavroi";
     std::string driverVersion = "5.2.3.1";
@@ -20,27 +19,26 @@ struct IscsiHardware {
     std::string linkState = "Up";
     std::string linkSpeed = "10 Gbit/s";
 
-    static constexpr auto Members() {
-        return std::tuple{
-            Member{"driver", &IscsiHardware::driver, Presence::Optional},
-            Member{"driverVersion", &IscsiHardware::driverVersion, Presence::Optional},
-            Member{"firmwareVersion", &IscsiHardware::firmwareVersion, Presence::Optional},
-            Member{"serialNumber", &IscsiHardware::serialNumber, Presence::Optional},
-            Member{"linkState", &IscsiHardware::linkState, Presence::Optional},
-            Member{"linkSpeed", &IscsiHardware::linkSpeed, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"driver", &IscsiHardware::driver},
+                     Member{"driverVersion", &IscsiHardware::driverVersion},
+                     Member{"firmwareVersion", &IscsiHardware::firmwareVersion},
+                     Member{"serialNumber", &IscsiHardware::serialNumber},
+                     Member{"linkState", &IscsiHardware::linkState},
+                     Member{"linkSpeed", &IscsiHardware::linkSpeed});
     }
 };
 
-/// A target that the initiator has discovered, and where.
+// A target that the initiator has discovered, and where.
 struct KnownTarget {
     std::string name;
     IscsiPortal portal;
     std::string discovery;  // "SendTargets" through a portal, "Static" by name
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"name", &KnownTarget::name},
-                          Member{"portal", &KnownTarget::portal},
-                          Member{"discovery", &KnownTarget::discovery}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"name", &KnownTarget::name, Presence::Required},
+                     Member{"portal", &KnownTarget::portal, Presence::Required},
+                     Member{"discovery", &KnownTarget::discovery, Presence::Required});
     }
 };
 
@@ -55,17 +53,16 @@ struct IscsiSession {
     std::string dataDigest = "No";
     std::string multipath = "Yes";
 
-    static constexpr auto Members() {
-        return std::tuple{
-            Member{"id", &IscsiSession::id},
-            Member{"target", &IscsiSession::target},
-            Member{"portal", &IscsiSession::portal},
-            Member{"authentication", &IscsiSession::authentication, Presence::Optional},
-            Member{"targetChapName", &IscsiSession::targetChapName, Presence::Optional},
-            Member{"initiatorChapName", &IscsiSession::initiatorChapName, Presence::Optional},
-            Member{"headerDigest", &IscsiSession::headerDigest, Presence::Optional},
-            Member{"dataDigest", &IscsiSession::dataDigest, Presence::Optional},
-            Member{"multipath", &IscsiSession::multipath, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"id", &IscsiSession::id, Presence::Required},
+                     Member{"target", &IscsiSession::target, Presence::Required},
+                     Member{"portal", &IscsiSession::portal, Presence::Required},
+                     Member{"authentication", &IscsiSession::authentication},
+                     Member{"targetChapName", &IscsiSession::targetChapName},
+                     Member{"initiatorChapName", &IscsiSession::initiatorChapName},
+                     Member{"headerDigest", &IscsiSession::headerDigest},
+                     Member{"dataDigest", &IscsiSession::dataDigest},
+                     Member{"multipath", &IscsiSession::multipath});
     }
 };
 
@@ -85,22 +82,21 @@ struct IscsiStatistics {
     std::uint64_t digestErrors = 0;
     std::uint64_t connectionErrors = 0;
 
-    static constexpr auto Members() {
-        return std::tuple{
-            Member{"bytesSent", &IscsiStatistics::bytesSent, Presence::Optional},
-            Member{"bytesReceived", &IscsiStatistics::bytesReceived, Presence::Optional},
-            Member{"pdusSent", &IscsiStatistics::pdusSent, Presence::Optional},
-            Member{"pdusReceived", &IscsiStatistics::pdusReceived, Presence::Optional},
-            Member{"scsiCommands", &IscsiStatistics::scsiCommands, Presence::Optional},
-            Member{"scsiResponses", &IscsiStatistics::scsiResponses, Presence::Optional},
-            Member{"readyToTransfer", &IscsiStatistics::readyToTransfer, Presence::Optional},
-            Member{"taskCommands", &IscsiStatistics::taskCommands, Presence::Optional},
-            Member{"logins", &IscsiStatistics::logins, Presence::Optional},
-            Member{"logouts", &IscsiStatistics::logouts, Presence::Optional},
-            Member{"nopsSent", &IscsiStatistics::nopsSent, Presence::Optional},
-            Member{"nopsReceived", &IscsiStatistics::nopsReceived, Presence::Optional},
-            Member{"digestErrors", &IscsiStatistics::digestErrors, Presence::Optional},
-            Member{"connectionErrors", &IscsiStatistics::connectionErrors, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"bytesSent", &IscsiStatistics::bytesSent},
+                     Member{"bytesReceived", &IscsiStatistics::bytesReceived},
+                     Member{"pdusSent", &IscsiStatistics::pdusSent},
+                     Member{"pdusReceived", &IscsiStatistics::pdusReceived},
+                     Member{"scsiCommands", &IscsiStatistics::scsiCommands},
+                     Member{"scsiResponses", &IscsiStatistics::scsiResponses},
+                     Member{"readyToTransfer", &IscsiStatistics::readyToTransfer},
+                     Member{"taskCommands", &IscsiStatistics::taskCommands},
+                     Member{"logins", &IscsiStatistics::logins},
+                     Member{"logouts", &IscsiStatistics::logouts},
+                     Member{"nopsSent", &IscsiStatistics::nopsSent},
+                     Member{"nopsReceived", &IscsiStatistics::nopsReceived},
+                     Member{"digestErrors", &IscsiStatistics::digestErrors},
+                     Member{"connectionErrors", &IscsiStatistics::connectionErrors});
     }
 };
 
@@ -111,12 +107,12 @@ struct IscsiStorage {
     std::uint32_t lastSessionId = 0;
     IscsiStatistics statistics;
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"portals", &IscsiStorage::portals, Presence::Optional},
-                          Member{"targets", &IscsiStorage::targets, Presence::Optional},
-                          Member{"sessions", &IscsiStorage::sessions, Presence::Optional},
-                          Member{"lastSessionId", &IscsiStorage::lastSessionId, Presence::Optional},
-                          Member{"statistics", &IscsiStorage::statistics, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"portals", &IscsiStorage::portals},
+                     Member{"targets", &IscsiStorage::targets},
+                     Member{"sessions", &IscsiStorage::sessions},
+                     Member{"lastSessionId", &IscsiStorage::lastSessionId},
+                     Member{"statistics", &IscsiStorage::statistics});
     }
 };
 

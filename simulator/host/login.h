@@ -1,14 +1,13 @@
 #pragma once
 
 #include <string>
-#include <tuple>
 
 #include "simulator/host/member.h"
 #include "tavroapi/iscsi_records.h"
 
 namespace tavrosim {
 
-/// How an initiator logs in, as the host file holds it: the texts of the contract's login options.
+// How an initiator logs in, as the host file holds it: the texts of the contract's login options.
 struct Login {
     std::string multipath = "Yes";
     std::string headerDigest = "No";
@@ -19,16 +18,15 @@ struct Login {
     std::string initiatorChapName;
     std::string initiatorSecret;
 
-    static constexpr auto Members() {
-        return std::tuple{
-            Member{"multipath", &Login::multipath, Presence::Optional},
-            Member{"headerDigest", &Login::headerDigest, Presence::Optional},
-            Member{"dataDigest", &Login::dataDigest, Presence::Optional},
-            Member{"authentication", &Login::authentication, Presence::Optional},
-            Member{"targetChapName", &Login::targetChapName, Presence::Optional},
-            Member{"targetSecret", &Login::targetSecret, Presence::Optional},
-            Member{"initiatorChapName", &Login::initiatorChapName, Presence::Optional},
-            Member{"initiatorSecret", &Login::initiatorSecret, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"multipath", &Login::multipath},
+                     Member{"headerDigest", &Login::headerDigest},
+                     Member{"dataDigest", &Login::dataDigest},
+                     Member{"authentication", &Login::authentication},
+                     Member{"targetChapName", &Login::targetChapName},
+                     Member{"targetSecret", &Login::targetSecret},
+                     Member{"initiatorChapName", &Login::initiatorChapName},
+                     Member{"initiatorSecret", &Login::initiatorSecret});
     }
 };
 
@@ -38,7 +36,7 @@ inline Login LoginOf(const tavroapi::LoginOptions& options) {
             options.initiatorChapName, options.initiatorSecret};
 }
 
-/// The options as the library tells them: without the secrets, which never leave the host.
+// The options as the library tells them: without the secrets, which never leave the host.
 inline tavroapi::LoginOptions OptionsOf(const Login& login) {
     return {login.multipath,         login.headerDigest,
             login.dataDigest,        login.authentication,

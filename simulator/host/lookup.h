@@ -1,23 +1,23 @@
 #pragma once
 
-#include <optional>
+#include <concepts>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "simulator/host/host.h"
 
-/// Finding the function that a request names. Identifiers are compared by their hexadecimal digits:
-/// case and the separators "-" and ":" do not matter.
+// Finding the function that a request names. Identifiers are compared by their hexadecimal digits:
+// case and the separators "-" and ":" do not matter.
 namespace tavrosim {
 
-/// The identifier in lower case without separators; empty when it is neither a MAC nor a WWN.
+// The identifier in lower case without separators; empty when it is neither a MAC nor a WWN.
 std::string NormalIdentifier(std::string_view text);
 
-/// The text by which commands address the function: the port WWN of an FCoE function, else the MAC.
+// The text by which commands address the function: the port WWN of an FCoE function, else the MAC.
 const std::string& KeyOf(const Function& function);
 
-/// A function and what it belongs to; pointers into the host that was searched, const if that was.
+// A function and what it belongs to; pointers into the host that was searched, const if that was.
 template <class AnyHost>
 struct Located {
     template <class T>
@@ -29,7 +29,7 @@ struct Located {
     explicit operator bool() const { return function != nullptr; }
 };
 
-/// The function with that MAC or, an FCoE function, that port WWN.
+// The function with that MAC or, an FCoE function, that port WWN.
 template <class AnyHost>
 Located<AnyHost> FindFunction(AnyHost& host, std::string_view identifier) {
     const std::string wanted = NormalIdentifier(identifier);
@@ -49,28 +49,51 @@ Located<AnyHost> FindFunction(AnyHost& host, std::string_view identifier) {
     return {};
 }
 
-/// The Ethernet function with that MAC.
-template <class AnyHost>
-Located<AnyHost> FindEthernetFunction(AnyHost& host, std::string_view mac) {
-    const auto found = FindFunction(host, mac);
-    return found && found.function->ethernet ? found : Located<AnyHost>{};
+// What makes a function one of its kind; the function itself where any kind will do. The function
+// must be of that kind.
+template <class Part, class AnyFunction>
+auto& PartOf(AnyFunction& function) {
+    if constexpr (std::same_as<Part, EthernetPart>) {
+        return *function.ethernet;
+    } else if constexpr (std::same_as<Part, IscsiPart>) {
+        return *function.iscsi;
+    } else if constexpr (std::same_as<Part, FcoePart>) {
+        return *function.fcoe;
+    } else {
+        static_assert(std::same_as<Part, Function>);
+        return function;
+    }
 }
 
-/// The iSCSI function with that MAC.
-template <class AnyHost>
-Located<AnyHost> FindIscsiFunction(AnyHost& host, std::string_view mac) {
-    const auto found = FindFunction(host, mac);
-    return found && found.function->iscsi ? found : Located<AnyHost>{};
-}
+// The name of the kind for people; empty for any kind.
+template <class Part>
+inline constexpr const wchar_t* KindWith = L"";
+template <>
+inline constexpr const wchar_t* KindWith<EthernetPart> = L"Ethernet";
+template <>
+inline constexpr const wchar_t* KindWith<IscsiPart> = L"iSCSI";
+template <>
+inline constexpr const wchar_t* KindWith<FcoePart> = L"FCoE";
 
-/// The FCoE function with that port WWN.
-template <class AnyHost>
-Located<AnyHost> FindFcoeFunction(AnyHost& host, std::string_view portWwn) {
-    const auto found = FindFunction(host, portWwn);
-    return found && found.function->fcoe &&
-                   NormalIdentifier(found.function->fcoe->portWwn) == NormalIdentifier(portWwn)
-               ? found
-               : Located<AnyHost>{};
+// The function of that kind which the identifier names: an FCoE function by its port WWN, an
+// Ethernet or iSCSI function by its MAC, any function by either.
+template <class Part, class AnyHost>
+Located<AnyHost> FindFunctionWith(AnyHost& host, std::string_view identifier) {
+    const Located<AnyHost> found = FindFunction(host, identifier);
+    if (!found) {
+        return {};
+    }
+    const Function& function = *found.function;
+    bool isWanted = true;
+    if constexpr (std::same_as<Part, EthernetPart>) {
+        isWanted = function.ethernet.has_value();
+    } else if constexpr (std::same_as<Part, IscsiPart>) {
+        isWanted = function.iscsi.has_value();
+    } else if constexpr (std::same_as<Part, FcoePart>) {
+        isWanted = function.fcoe &&
+                   NormalIdentifier(function.fcoe->portWwn) == NormalIdentifier(identifier);
+    }
+    return isWanted ? found : Located<AnyHost>{};
 }
 
 }  // namespace tavrosim

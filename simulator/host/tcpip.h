@@ -1,13 +1,12 @@
 #pragma once
 
 #include <string>
-#include <tuple>
 
 #include "simulator/host/member.h"
 
 namespace tavrosim {
 
-/// The TCP/IP settings of an Ethernet or iSCSI function: the texts of the contract's record.
+// The TCP/IP settings of an Ethernet or iSCSI function: the texts of the contract's record.
 struct TcpIp {
     std::string dhcp = "No";
     std::string address = "0.0.0.0";
@@ -21,18 +20,15 @@ struct TcpIp {
     std::string prefixLengthIPv6 = "64";
     std::string gatewayIPv6 = "::";
 
-    static constexpr auto Members() {
-        return std::tuple{Member{"dhcp", &TcpIp::dhcp, Presence::Optional},
-                          Member{"address", &TcpIp::address, Presence::Optional},
-                          Member{"subnetMask", &TcpIp::subnetMask, Presence::Optional},
-                          Member{"gateway", &TcpIp::gateway, Presence::Optional},
-                          Member{"vlanId", &TcpIp::vlanId, Presence::Optional},
-                          Member{"vlanPriority", &TcpIp::vlanPriority, Presence::Optional},
-                          Member{"maxFrameSize", &TcpIp::maxFrameSize, Presence::Optional},
-                          Member{"dhcpIPv6", &TcpIp::dhcpIPv6, Presence::Optional},
-                          Member{"addressIPv6", &TcpIp::addressIPv6, Presence::Optional},
-                          Member{"prefixLengthIPv6", &TcpIp::prefixLengthIPv6, Presence::Optional},
-                          Member{"gatewayIPv6", &TcpIp::gatewayIPv6, Presence::Optional}};
+    static constexpr auto Members(auto visit) {
+        return visit(Member{"dhcp", &TcpIp::dhcp}, Member{"address", &TcpIp::address},
+                     Member{"subnetMask", &TcpIp::subnetMask}, Member{"gateway", &TcpIp::gateway},
+                     Member{"vlanId", &TcpIp::vlanId}, Member{"vlanPriority", &TcpIp::vlanPriority},
+                     Member{"maxFrameSize", &TcpIp::maxFrameSize},
+                     Member{"dhcpIPv6", &TcpIp::dhcpIPv6},
+                     Member{"addressIPv6", &TcpIp::addressIPv6},
+                     Member{"prefixLengthIPv6", &TcpIp::prefixLengthIPv6},
+                     Member{"gatewayIPv6", &TcpIp::gatewayIPv6});
     }
 
     bool operator==(const TcpIp&) const = default;

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <utility>
 
+#include "library/text/text.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
-#include "simulator/text.h"
 #include "tavroapi/boot_records.h"
 
 namespace tavrosim {
@@ -18,9 +18,6 @@ using tavroapi::FcoeBootConfig;
 using tavroapi::IscsiBootConfig;
 using tavroapi::OperationCode;
 namespace position = tavroapi::iscsi_boot;
-
-constexpr std::uint32_t InvalidBootValue = 37633;
-constexpr std::uint32_t BootTargetWithoutName = 37634;
 
 constexpr std::uint32_t HighestBusyRetries = 255;
 constexpr std::uint32_t HighestLinkUpDelay = 60;
@@ -87,7 +84,8 @@ bool IsSwitch(const std::string& text) {
 }
 
 Outcome RefuseValue(const std::wstring& details) {
-    return Refused(InvalidBootValue, L"The boot configuration holds a value that is not valid.",
+    return Refused(Status::InvalidBootValue,
+                   L"The boot configuration holds a value that is not valid.",
                    L"Correct the value and set the boot configuration again.", details);
 }
 
@@ -95,7 +93,7 @@ Outcome CheckTarget(const IscsiBootConfig& config, std::size_t start, const wcha
     const bool isUsed = config.texts[start + position::TargetUsed] == "Enabled";
     const bool needsName = config.texts[position::ParametersByDhcp] == "Disabled";
     if (isUsed && needsName && config.texts[start + position::TargetName].empty()) {
-        return Refused(BootTargetWithoutName,
+        return Refused(Status::BootTargetWithoutName,
                        std::wstring(L"The ") + which + L" boot target has no name.",
                        L"Enter the target's name, or take the iSCSI settings from DHCP.");
     }
@@ -117,43 +115,31 @@ Outcome CheckIscsiBoot(const IscsiBootConfig& config) {
     return first.IsDone() ? CheckTarget(config, position::SecondTarget, L"second") : first;
 }
 
-Outcome ReadIscsiBoot(const Host& host, const std::string& request, IscsiBootConfig& config) {
-    const auto found = FindIscsiFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"iSCSI");
-    }
-    const IscsiBoot boot = found.function->iscsi->boot.value_or(IscsiBoot{});
+Outcome ReadIscsiBoot(const Viewed<IscsiPart>& at, IscsiBootConfig& config) {
+    const IscsiBoot boot = at.part.boot.value_or(IscsiBoot{});
     CopyOut(boot, PortTexts, 0, config);
     CopyOut(boot.firstTarget, TargetTexts, position::FirstTarget, config);
     CopyOut(boot.secondTarget, TargetTexts, position::SecondTarget, config);
     return Done();
 }
 
-Outcome WriteIscsiBoot(Host& host, const std::string& request, const IscsiBootConfig& config) {
-    const auto found = FindIscsiFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"iSCSI");
-    }
+Outcome WriteIscsiBoot(const Edited<IscsiPart>& at, const IscsiBootConfig& config) {
     Outcome checked = CheckIscsiBoot(config);
     if (!checked.IsDone()) {
         return checked;
     }
-    IscsiBoot& boot = found.function->iscsi->boot.emplace();
+    IscsiBoot& boot = at.part.boot.emplace();
     CopyIn(config, PortTexts, 0, boot);
     CopyIn(config, TargetTexts, position::FirstTarget, boot.firstTarget);
     CopyIn(config, TargetTexts, position::SecondTarget, boot.secondTarget);
     return Done();
 }
 
-Outcome ReadFcoeBoot(const Host& host, const std::string& request, FcoeBootConfig& config) {
-    const auto found = FindFcoeFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"FCoE");
-    }
-    const FcoeBoot boot = found.function->fcoe->boot.value_or(FcoeBoot{});
+Outcome ReadFcoeBoot(const Viewed<FcoePart>& at, FcoeBootConfig& config) {
+    const FcoeBoot boot = at.part.boot.value_or(FcoeBoot{});
     config.bootState = boot.state;
     config.secondSwitch = boot.fabricDiscovery;
-    config.libraryText3 = boot.codeVersion;
+    config.bootCodeVersion = boot.codeVersion;
     config.numberA = boot.busyRetries;
     config.numberB = boot.linkUpDelay;
     config.numberC = boot.loginRetries;
@@ -178,16 +164,12 @@ Outcome CheckFcoeBoot(const FcoeBootConfig& config) {
 }
 
 // The version of the boot code cannot be set.
-Outcome WriteFcoeBoot(Host& host, const std::string& request, const FcoeBootConfig& config) {
-    const auto found = FindFcoeFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"FCoE");
-    }
+Outcome WriteFcoeBoot(const Edited<FcoePart>& at, const FcoeBootConfig& config) {
     Outcome checked = CheckFcoeBoot(config);
     if (!checked.IsDone()) {
         return checked;
     }
-    FcoePart& part = *found.function->fcoe;
+    FcoePart& part = at.part;
     FcoeBoot& boot = part.boot ? *part.boot : part.boot.emplace();
     boot.state = config.bootState;
     boot.fabricDiscovery = config.secondSwitch;
@@ -202,10 +184,10 @@ Outcome WriteFcoeBoot(Host& host, const std::string& request, const FcoeBootConf
 }
 
 constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadIscsiBoot, ReadIscsiBoot>(),
-    Changes<OperationCode::WriteIscsiBoot, WriteIscsiBoot>(),
-    Reads<OperationCode::ReadFcoeBoot, ReadFcoeBoot>(),
-    Changes<OperationCode::WriteFcoeBoot, WriteFcoeBoot>(),
+    Reads<OperationCode::ReadIscsiBoot, IscsiPart, ReadIscsiBoot>(),
+    Changes<OperationCode::WriteIscsiBoot, IscsiPart, WriteIscsiBoot>(),
+    Reads<OperationCode::ReadFcoeBoot, FcoePart, ReadFcoeBoot>(),
+    Changes<OperationCode::WriteFcoeBoot, FcoePart, WriteFcoeBoot>(),
 };
 
 }  // namespace

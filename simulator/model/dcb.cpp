@@ -58,7 +58,9 @@ std::list<tavroapi::DcbPriority> FlowControlByPriority(const DcbSettings& settin
     std::list<tavroapi::DcbPriority> entries;
     for (std::size_t i = 0; i < Priorities.size(); ++i) {
         const std::string_view priority = Priorities.substr(i, 1);
-        entries.emplace_back().texts = {std::string(priority), Switch(paused.contains(priority))};
+        auto& texts = entries.emplace_back().texts;
+        texts[tavroapi::dcb_priority::Number] = priority;
+        texts[tavroapi::dcb_priority::FlowControl] = Switch(paused.contains(priority));
     }
     return entries;
 }
@@ -72,13 +74,9 @@ std::array<std::string, 6> TextsOf(const DcbSettings& settings) {
             settings.willing};
 }
 
-Outcome ReadInfo(const Host& host, const std::string& request, DcbInfo& info) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const DcbSettings& local = function.Part().dcb;
-    const DcbSettings& peer = host.fcoeFabric.dcb;
+Outcome ReadInfo(const Viewed<FcoePart>& at, DcbInfo& info) {
+    const DcbSettings& local = at.part.dcb;
+    const DcbSettings& peer = at.host.fcoeFabric.dcb;
     const bool exchanges = local.state == Enabled && peer.state == Enabled;
     info.summary = {ExchangeVersion, exchanges ? "Up" : "Down", local.state, local.willing};
     info.local = TextsOf(local);
@@ -92,33 +90,25 @@ Outcome ReadInfo(const Host& host, const std::string& request, DcbInfo& info) {
     return Done();
 }
 
-Outcome ReadConfig(const Host& host, const std::string& request, DcbConfig& config) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const DcbSettings& dcb = function.Part().dcb;
+Outcome ReadConfig(const Viewed<FcoePart>& at, DcbConfig& config) {
+    const DcbSettings& dcb = at.part.dcb;
     config = {dcb.state,        dcb.willing,     dcb.flowControlPriorities,
               dcb.fcoePriority, dcb.priorityMap, dcb.groupMap,
               dcb.bandwidths};
     return Done();
 }
 
-Outcome WriteConfig(Host& host, const std::string& request, const DcbConfig& config) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    function.Part().dcb = {config.state,        config.libraryText2, config.priorities,
-                           config.libraryText4, config.priorityMap,  config.priorityGroupMap,
-                           config.bandwidth};
+Outcome WriteConfig(const Edited<FcoePart>& at, const DcbConfig& config) {
+    at.part.dcb = {config.state,        config.willing,     config.priorities,
+                   config.fcoePriority, config.priorityMap, config.priorityGroupMap,
+                   config.bandwidth};
     return Done();
 }
 
 constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadDcbInfo, ReadInfo>(),
-    Reads<OperationCode::ReadDcbConfig, ReadConfig>(),
-    Changes<OperationCode::WriteDcbConfig, WriteConfig>(),
+    Reads<OperationCode::ReadDcbInfo, FcoePart, ReadInfo>(),
+    Reads<OperationCode::ReadDcbConfig, FcoePart, ReadConfig>(),
+    Changes<OperationCode::WriteDcbConfig, FcoePart, WriteConfig>(),
 };
 
 }  // namespace

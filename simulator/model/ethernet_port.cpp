@@ -1,10 +1,10 @@
 // What the library tells about Ethernet ports.
 #include "simulator/host/ethernet_port.h"
 
+#include "library/text/text.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
-#include "simulator/text.h"
 #include "tavroapi/ethernet_records.h"
 
 namespace tavrosim {
@@ -12,6 +12,7 @@ namespace {
 
 using tavroapi::EthernetPortInfo;
 using tavroapi::OperationCode;
+namespace position = tavroapi::ethernet_port;
 
 // The speed follows the setting once there is a link, and that is the fastest one unless chosen.
 std::string SpeedOf(const EthernetPort& port, const EthernetSettings& settings) {
@@ -38,39 +39,37 @@ std::string PciLocationOf(const EthernetPort& port, const Adapter& adapter,
                                     : port.pciLocation;
 }
 
-Outcome ReadPort(const Host& host, const std::string& request, EthernetPortInfo& info) {
-    const auto found = FindEthernetFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"Ethernet");
-    }
-    const EthernetPart& part = *found.function->ethernet;
+Outcome ReadPort(const Viewed<EthernetPart>& at, EthernetPortInfo& info) {
+    const EthernetPart& part = at.part;
     const EthernetPort port = part.port.value_or(EthernetPort{});
     const EthernetSettings settings = part.settings.value_or(EthernetSettings{});
     const std::string& assigned = settings.locallyAdministeredAddress;
-    info.texts0To26[0] = found.adapter->name;
-    info.texts0To26[1] = SerialNumberOf(port, *found.adapter);
-    info.texts0To26[2] = port.partNumber;
-    info.texts0To26[6] = NormalIdentifier(assigned).empty() ? found.function->mac : assigned;
-    info.texts0To26[7] = found.function->mac;
-    info.texts0To26[9] = port.linkStatus;
-    info.texts0To26[10] = SpeedOf(port, settings);
-    info.texts0To26[12] = port.maximumSpeed;
-    info.texts0To26[13] = port.driverName;
-    info.texts0To26[14] = port.optionRomVersion;
-    info.texts0To26[15] = port.bootCodeVersion;
-    info.texts0To26[16] = port.firmwareVersion;
-    info.texts0To26[22] = port.driverVersion;
-    info.texts0To26[23] =
+    info.NarrowText(position::ModelName) = at.adapter.name;
+    info.NarrowText(position::SerialNumber) = SerialNumberOf(port, at.adapter);
+    info.NarrowText(position::PartNumber) = port.partNumber;
+    info.NarrowText(position::CurrentMac) =
+        NormalIdentifier(assigned).empty() ? at.function.mac : assigned;
+    info.NarrowText(position::PermanentMac) = at.function.mac;
+    info.NarrowText(position::LinkState) = port.linkStatus;
+    info.NarrowText(position::LinkSpeed) = SpeedOf(port, settings);
+    info.NarrowText(position::MaximumLinkSpeed) = port.maximumSpeed;
+    info.NarrowText(position::Driver) = port.driverName;
+    info.NarrowText(position::OptionRomVersion) = port.optionRomVersion;
+    info.NarrowText(position::BootCodeVersion) = port.bootCodeVersion;
+    info.NarrowText(position::FirmwareVersion) = port.firmwareVersion;
+    info.NarrowText(position::DriverVersion) = port.driverVersion;
+    info.NarrowText(position::LargestFrame) =
         settings.jumboPacket == tavroapi::SettingNotAvailable ? "1514" : settings.jumboPacket;
-    info.texts0To26[26] = PciLocationOf(port, *found.adapter, *found.function);
+    info.NarrowText(position::PciLocation) = PciLocationOf(port, at.adapter, at.function);
     info.wideText27 = WideFromUtf8(Utf8FromBytes(part.interfaceName));
-    info.texts28To32[29 - 28] = assigned;
-    info.texts28To32[31 - 28] = port.hardwareRevision;
-    info.texts28To32[32 - 28] = settings.flowControl;
+    info.NarrowText(position::LocallyAdministeredAddress) = assigned;
+    info.NarrowText(position::HardwareRevision) = port.hardwareRevision;
+    info.NarrowText(position::FlowControl) = settings.flowControl;
     return Done();
 }
 
-constexpr OperationModel Rows[] = {Reads<OperationCode::ReadEthernetPort, ReadPort>()};
+constexpr OperationModel Rows[] = {
+    Reads<OperationCode::ReadEthernetPort, EthernetPart, ReadPort>()};
 
 }  // namespace
 

@@ -5,10 +5,10 @@
 #include <charconv>
 #include <span>
 
+#include "library/text/text.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
-#include "simulator/text.h"
 #include "tavroapi/ethernet_records.h"
 
 namespace tavrosim {
@@ -93,11 +93,6 @@ constexpr SettingRow SettingRows[] = {
 
 constexpr const char* NoAddress = "Not Present";
 
-// The statuses of refused changes.
-constexpr std::uint32_t ValueRefused = 37440;
-constexpr std::uint32_t SettingFixed = 37441;
-constexpr std::uint32_t SettingMissing = 37442;
-
 // The choices of a list are numbered from 1, so that an answer without digits selects none.
 AdapterSetting Describe(const std::string& value, const SettingRule& rule) {
     AdapterSetting setting;
@@ -136,7 +131,7 @@ bool IsAssignableAddress(const std::string& text) {
 
 Outcome ValueIsRefused(const SettingRow& row, const std::string& value,
                        const std::wstring& wanted) {
-    return Refused(ValueRefused,
+    return Refused(Status::SettingValueRefused,
                    L"A setting cannot have the value \"" + WideFromUtf8(value) + L"\".",
                    L"Set it to " + wanted + L".", L"setting " + std::to_wstring(row.number));
 }
@@ -144,7 +139,7 @@ Outcome ValueIsRefused(const SettingRow& row, const std::string& value,
 // Gives the setting a value that it was changed to.
 Outcome Change(const SettingRow& row, const std::string& wanted, std::string& value) {
     if (value == tavroapi::SettingNotAvailable) {
-        return Refused(SettingMissing, L"The adapter does not have this setting.",
+        return Refused(Status::SettingMissing, L"The adapter does not have this setting.",
                        L"Run \"-getadapinfo\" to see the settings that it has.",
                        L"setting " + std::to_wstring(row.number));
     }
@@ -169,20 +164,14 @@ Outcome Change(const SettingRow& row, const std::string& wanted, std::string& va
         }
         value = wanted == "0" ? NoAddress : wanted;
     } else {
-        return Refused(SettingFixed, L"This setting cannot be changed.", L"Leave it as it is.",
-                       L"setting " + std::to_wstring(row.number));
+        return Refused(Status::SettingFixed, L"This setting cannot be changed.",
+                       L"Leave it as it is.", L"setting " + std::to_wstring(row.number));
     }
     return Done();
 }
 
-Outcome ReadSettings(const Host& host, const std::string& request,
-                     tavroapi::AdapterSettings& record) {
-    const auto found = FindEthernetFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"Ethernet");
-    }
-    const EthernetSettings settings =
-        found.function->ethernet->settings.value_or(EthernetSettings{});
+Outcome ReadSettings(const Viewed<EthernetPart>& at, tavroapi::AdapterSettings& record) {
+    const EthernetSettings settings = at.part.settings.value_or(EthernetSettings{});
     for (const SettingRow& row : SettingRows) {
         record.settings.at(row.number) = Describe(settings.*row.value, row.rule);
     }
@@ -190,13 +179,8 @@ Outcome ReadSettings(const Host& host, const std::string& request,
 }
 
 // Takes over the settings that are marked as changed, all of them or none.
-Outcome WriteSettings(Host& host, const std::string& request,
-                      const tavroapi::AdapterSettings& record) {
-    const auto found = FindEthernetFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"Ethernet");
-    }
-    EthernetPart& part = *found.function->ethernet;
+Outcome WriteSettings(const Edited<EthernetPart>& at, const tavroapi::AdapterSettings& record) {
+    EthernetPart& part = at.part;
     EthernetSettings settings = part.settings.value_or(EthernetSettings{});
     for (const SettingRow& row : SettingRows) {
         const AdapterSetting& setting = record.settings.at(row.number);
@@ -211,9 +195,10 @@ Outcome WriteSettings(Host& host, const std::string& request,
     return Done();
 }
 
-constexpr OperationModel Rows[] = {Reads<OperationCode::ReadAdapterSettings, ReadSettings>(),
-                                   Changes<OperationCode::WriteAdapterSettings, WriteSettings>(),
-                                   Reads<OperationCode::ExportAdapterSettings, ReadSettings>()};
+constexpr OperationModel Rows[] = {
+    Reads<OperationCode::ReadAdapterSettings, EthernetPart, ReadSettings>(),
+    Changes<OperationCode::WriteAdapterSettings, EthernetPart, WriteSettings>(),
+    Reads<OperationCode::ExportAdapterSettings, EthernetPart, ReadSettings>()};
 
 }  // namespace
 

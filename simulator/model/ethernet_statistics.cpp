@@ -10,6 +10,7 @@ namespace tavrosim {
 namespace {
 
 using tavroapi::OperationCode;
+namespace position = tavroapi::ethernet_statistics;
 
 // A counter and its position in the record. The record's other texts stay "0".
 struct CounterRow {
@@ -18,35 +19,35 @@ struct CounterRow {
 };
 
 constexpr CounterRow Counters[] = {
-    {21, &EthernetCounters::bytesSent},
-    {20, &EthernetCounters::bytesReceived},
-    {0, &EthernetCounters::framesSent},
-    {1, &EthernetCounters::framesReceived},
-    {6, &EthernetCounters::unicastFramesSent},
-    {12, &EthernetCounters::unicastFramesReceived},
-    {8, &EthernetCounters::multicastFramesSent},
-    {14, &EthernetCounters::multicastFramesReceived},
-    {10, &EthernetCounters::broadcastFramesSent},
-    {16, &EthernetCounters::broadcastFramesReceived},
-    {2, &EthernetCounters::receiveErrors},
-    {22, &EthernetCounters::checksumErrors},
-    {18, &EthernetCounters::alignmentErrors},
-    {29, &EthernetCounters::shortFrames},
-    {26, &EthernetCounters::longFrames},
-    {24, &EthernetCounters::fragments},
-    {25, &EthernetCounters::jabberFrames},
-    {27, &EthernetCounters::framesWithoutBuffer},
-    {32, &EthernetCounters::receivedFramesDropped},
-    {3, &EthernetCounters::transmitErrors},
-    {19, &EthernetCounters::deferredFrames},
-    {28, &EthernetCounters::lateCollisions},
-    {17, &EthernetCounters::excessiveCollisions},
-    {23, &EthernetCounters::singleCollisions},
-    {4, &EthernetCounters::sentFramesDropped},
-    {33, &EthernetCounters::pauseFramesSent},
-    {34, &EthernetCounters::pauseFramesReceived},
-    {35, &EthernetCounters::priorityPauseFramesSent},
-    {36, &EthernetCounters::priorityPauseFramesReceived},
+    {position::BytesSent, &EthernetCounters::bytesSent},
+    {position::BytesReceived, &EthernetCounters::bytesReceived},
+    {position::FramesSent, &EthernetCounters::framesSent},
+    {position::FramesReceived, &EthernetCounters::framesReceived},
+    {position::UnicastFramesSent, &EthernetCounters::unicastFramesSent},
+    {position::UnicastFramesReceived, &EthernetCounters::unicastFramesReceived},
+    {position::MulticastFramesSent, &EthernetCounters::multicastFramesSent},
+    {position::MulticastFramesReceived, &EthernetCounters::multicastFramesReceived},
+    {position::BroadcastFramesSent, &EthernetCounters::broadcastFramesSent},
+    {position::BroadcastFramesReceived, &EthernetCounters::broadcastFramesReceived},
+    {position::ReceiveErrors, &EthernetCounters::receiveErrors},
+    {position::ChecksumErrors, &EthernetCounters::checksumErrors},
+    {position::AlignmentErrors, &EthernetCounters::alignmentErrors},
+    {position::ShortFrames, &EthernetCounters::shortFrames},
+    {position::LongFrames, &EthernetCounters::longFrames},
+    {position::Fragments, &EthernetCounters::fragments},
+    {position::JabberFrames, &EthernetCounters::jabberFrames},
+    {position::FramesWithoutBuffer, &EthernetCounters::framesWithoutBuffer},
+    {position::ReceivedFramesDropped, &EthernetCounters::receivedFramesDropped},
+    {position::TransmitErrors, &EthernetCounters::transmitErrors},
+    {position::DeferredFrames, &EthernetCounters::deferredFrames},
+    {position::LateCollisions, &EthernetCounters::lateCollisions},
+    {position::ExcessiveCollisions, &EthernetCounters::excessiveCollisions},
+    {position::SingleCollisions, &EthernetCounters::singleCollisions},
+    {position::SentFramesDropped, &EthernetCounters::sentFramesDropped},
+    {position::PauseFramesSent, &EthernetCounters::pauseFramesSent},
+    {position::PauseFramesReceived, &EthernetCounters::pauseFramesReceived},
+    {position::PriorityPauseFramesSent, &EthernetCounters::priorityPauseFramesSent},
+    {position::PriorityPauseFramesReceived, &EthernetCounters::priorityPauseFramesReceived},
 };
 
 void Fill(const EthernetCounters& counters, tavroapi::EthernetPortStatistics& record) {
@@ -58,13 +59,9 @@ void Fill(const EthernetCounters& counters, tavroapi::EthernetPortStatistics& re
 
 // Time passes between readings: what is told now is followed by the traffic that the next one
 // shows.
-Outcome ReadStatistics(Host& host, const std::string& request, tavroapi::StatisticsFlag /*flag*/,
+Outcome ReadStatistics(const Edited<EthernetPart>& at, tavroapi::StatisticsFlag /*flag*/,
                        tavroapi::EthernetPortStatistics& record) {
-    const auto found = FindEthernetFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"Ethernet");
-    }
-    EthernetPart& part = *found.function->ethernet;
+    EthernetPart& part = at.part;
     EthernetStatistics statistics = part.statistics.value_or(EthernetStatistics{});
     Fill(statistics.counters, record);
     if (part.port.value_or(EthernetPort{}).linkStatus == LinkUp) {
@@ -76,13 +73,9 @@ Outcome ReadStatistics(Host& host, const std::string& request, tavroapi::Statist
     return Done();
 }
 
-Outcome ResetStatistics(Host& host, const std::string& request, tavroapi::StatisticsFlag /*flag*/,
+Outcome ResetStatistics(const Edited<EthernetPart>& at, tavroapi::StatisticsFlag /*flag*/,
                         tavroapi::EthernetPortStatistics& record) {
-    const auto found = FindEthernetFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"Ethernet");
-    }
-    EthernetPart& part = *found.function->ethernet;
+    EthernetPart& part = at.part;
     EthernetStatistics statistics = part.statistics.value_or(EthernetStatistics{});
     statistics.counters = {};
     Fill(statistics.counters, record);
@@ -91,8 +84,8 @@ Outcome ResetStatistics(Host& host, const std::string& request, tavroapi::Statis
 }
 
 constexpr OperationModel Rows[] = {
-    Changes<OperationCode::ReadEthernetStatistics, ReadStatistics>(),
-    Changes<OperationCode::ResetEthernetStatistics, ResetStatistics>()};
+    Changes<OperationCode::ReadEthernetStatistics, EthernetPart, ReadStatistics>(),
+    Changes<OperationCode::ResetEthernetStatistics, EthernetPart, ResetStatistics>()};
 
 }  // namespace
 

@@ -4,7 +4,7 @@
 
 #include "simulator/model/model.h"
 
-/// The rows of each family of operations.
+// The rows of each family of operations.
 namespace tavrosim {
 
 std::span<const OperationModel> AdapterOperations();

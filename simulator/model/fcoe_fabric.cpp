@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <set>
 
-#include "simulator/text.h"
-
 namespace tavrosim {
 namespace {
 
@@ -37,14 +35,6 @@ std::set<std::uint32_t> NumbersBoundOnFirstBus(const std::vector<FcoeBinding>& b
 }
 
 }  // namespace
-
-Outcome RefusedFcoe(FcoeStatus status, std::wstring message, std::wstring action) {
-    return Refused(static_cast<std::uint32_t>(status), std::move(message), std::move(action));
-}
-
-std::wstring QuotedText(std::string_view text) {
-    return L"\"" + WideFromUtf8(Utf8FromBytes(text)) + L"\"";
-}
 
 std::vector<SeenTarget> TargetsSeenBy(const FcoeFabric& fabric, const std::string& portWwn,
                                       const std::vector<FcoeBinding>& bindings) {
@@ -81,10 +71,9 @@ const FabricTarget* FindSeenTarget(const FcoeFabric& fabric, const FcoePart& par
 }
 
 Outcome UnknownFcoeTarget(const std::string& portWwn) {
-    return RefusedFcoe(FcoeStatus::UnknownTarget,
-                       L"The port sees no target " + QuotedText(portWwn) + L".",
-                       L"Name a target by its port WWN. Run the command with \"-target "
-                       L"-listactive\" to see the targets of the port.");
+    return Refused(Status::UnknownFcoeTarget, L"The port sees no target " + Quoted(portWwn) + L".",
+                   L"Name a target by its port WWN. Run the command with \"-target "
+                   L"-listactive\" to see the targets of the port.");
 }
 
 std::string FabricMac(const FcoeFabric& fabric, const std::string& fcid) {

@@ -4,6 +4,7 @@
 
 #include "simulator/model/families.h"
 #include "simulator/model/fcoe_fabric.h"
+#include "tavroapi/codes.h"
 #include "tavroapi/fcoe_records.h"
 
 namespace tavrosim {
@@ -13,8 +14,6 @@ using tavroapi::FcoePingRequest;
 using tavroapi::FcoePingResult;
 using tavroapi::FipConfig;
 using tavroapi::OperationCode;
-
-constexpr std::uint32_t SomeRepliesMissing = 0x8000;
 
 constexpr std::uint32_t DefaultCount = 5;
 constexpr std::uint32_t HighestCount = 1000;
@@ -40,15 +39,14 @@ std::optional<std::uint32_t> OptionValue(std::string_view text, std::uint32_t fa
 }
 
 Outcome RefusedOption(const wchar_t* what, const std::string& text, std::uint32_t highest) {
-    return RefusedFcoe(FcoeStatus::InvalidPingOption,
-                       std::wstring(L"The ") + what + L" " + QuotedText(text) + L" is not usable.",
-                       L"Use a number from 1 to " + std::to_wstring(highest) + L".");
+    return Refused(Status::InvalidPingOption,
+                   std::wstring(L"The ") + what + L" " + Quoted(text) + L" is not usable.",
+                   L"Use a number from 1 to " + std::to_wstring(highest) + L".");
 }
 
 Outcome NoReply(const std::string& target) {
-    return RefusedFcoe(FcoeStatus::NoReply,
-                       L"The target " + QuotedText(target) + L" does not reply.",
-                       L"Check the target and its connection to the fabric.");
+    return Refused(Status::NoReply, L"The target " + Quoted(target) + L" does not reply.",
+                   L"Check the target and its connection to the fabric.");
 }
 
 // Rounded up: where some are lost at all, at least one is.
@@ -57,12 +55,7 @@ std::uint32_t LostReplies(std::uint32_t count, std::uint32_t lossPercent) {
     return (count * lossPercent + Everything - 1) / Everything;
 }
 
-Outcome Ping(const Host& host, const std::string& request, const FcoePingRequest& ping,
-             FcoePingResult& result) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
+Outcome Ping(const Viewed<FcoePart>& at, const FcoePingRequest& ping, FcoePingResult& result) {
     const auto count = OptionValue(ping.count, DefaultCount, HighestCount);
     if (!count) {
         return RefusedOption(L"count", ping.count, HighestCount);
@@ -71,7 +64,7 @@ Outcome Ping(const Host& host, const std::string& request, const FcoePingRequest
     if (!timeout) {
         return RefusedOption(L"timeout", ping.timeout, HighestTimeout);
     }
-    const FabricTarget* target = FindSeenTarget(host.fcoeFabric, function.Part(), ping.target);
+    const FabricTarget* target = FindSeenTarget(at.host.fcoeFabric, at.part, ping.target);
     if (target == nullptr) {
         return UnknownFcoeTarget(ping.target);
     }
@@ -81,44 +74,36 @@ Outcome Ping(const Host& host, const std::string& request, const FcoePingRequest
         return NoReply(ping.target);
     }
     const std::uint32_t delay = target->delayMilliseconds;
-    result.libraryText1 = std::to_string(*count);
-    result.time2 = std::to_string(delay + 1);
-    result.time3 = std::to_string(delay);
-    result.time4 = std::to_string(delay + 2);
-    result.libraryText5 = std::to_string(*count - lost);
-    result.libraryText6 = std::to_string(lost);
-    return lost == 0 ? Done() : Outcome{SomeRepliesMissing, {}};
+    result.sent = std::to_string(*count);
+    result.averageTime = std::to_string(delay + 1);
+    result.shortestTime = std::to_string(delay);
+    result.longestTime = std::to_string(delay + 2);
+    result.received = std::to_string(*count - lost);
+    result.lost = std::to_string(lost);
+    return lost == 0 ? Done() : Outcome{tavroapi::FcoePingRepliesMissing, {}};
 }
 
-Outcome ReadFip(const Host& host, const std::string& request, FipConfig& config) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
+Outcome ReadFip(const Viewed<FcoePart>& at, FipConfig& config) {
     config = {};
-    config.vlanId = function.Part().fipVlanId;
+    config.vlanId = at.part.fipVlanId;
     return Done();
 }
 
-Outcome WriteFip(Host& host, const std::string& request, const FipConfig& config) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
+Outcome WriteFip(const Edited<FcoePart>& at, const FipConfig& config) {
     const auto vlanId = NumberIn(config.vlanId, 0, HighestVlanId);
     if (!vlanId) {
-        return RefusedFcoe(FcoeStatus::InvalidVlanId,
-                           L"The FIP VLAN ID " + QuotedText(config.vlanId) + L" is no VLAN ID.",
-                           L"Use a number from 0 to " + std::to_wstring(HighestVlanId) + L".");
+        return Refused(Status::InvalidVlanId,
+                       L"The FIP VLAN ID " + Quoted(config.vlanId) + L" is no VLAN ID.",
+                       L"Use a number from 0 to " + std::to_wstring(HighestVlanId) + L".");
     }
-    function.Part().fipVlanId = std::to_string(*vlanId);
+    at.part.fipVlanId = std::to_string(*vlanId);
     return Done();
 }
 
 constexpr OperationModel Rows[] = {
-    Reads<OperationCode::PingFromFcoePort, Ping>(),
-    Reads<OperationCode::ReadFip, ReadFip>(),
-    Changes<OperationCode::WriteFip, WriteFip>(),
+    Reads<OperationCode::PingFromFcoePort, FcoePart, Ping>(),
+    Reads<OperationCode::ReadFip, FcoePart, ReadFip>(),
+    Changes<OperationCode::WriteFip, FcoePart, WriteFip>(),
 };
 
 }  // namespace

@@ -9,6 +9,7 @@ namespace {
 using tavroapi::FcoePortRecord;
 using tavroapi::FcoeStatisticsRecord;
 using tavroapi::OperationCode;
+namespace position = tavroapi::fcoe_port;
 
 constexpr const char* PortType = "VN_Port";
 constexpr const char* ClassOfService = "Class 3";
@@ -17,54 +18,47 @@ constexpr const char* SupportedTypes =
     "00000120000000010000000000000000"
     "00000000000000000000000000000000";
 
-Outcome ReadPort(const Host& host, const std::string& request, FcoePortRecord& record) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const FcoePart& part = function.Part();
+Outcome ReadPort(const Viewed<FcoePart>& at, FcoePortRecord& record) {
+    const FcoePart& part = at.part;
     const FcoeHardware& hardware = part.hardware;
-    const FcoeFabric& fabric = host.fcoeFabric;
-    record.texts = {
-        part.portWwn,
-        part.nodeWwn,
-        part.portWwn,
-        fabric.name,
-        function.located.adapter->name,
-        hardware.serialNumber,
-        hardware.driverVersion,
-        hardware.driver,
-        hardware.hardwareVersion,
-        hardware.optionRomVersion,
-        hardware.firmwareVersion,
-        hardware.linkState,
-        PortType,
-        part.fcid,
-        hardware.linkSpeed,
-        ClassOfService,
-        SupportedTypes,
-        std::to_string(TargetsSeenBy(fabric, part.portWwn, part.bindings).size()),
-        MaximumFrameSize,
-        hardware.linkSpeed,
-        hardware.deviceName,
-        host.name,
-        FabricMac(fabric, part.fcid),
-        fabric.fcfMac,
-        fabric.fcfNodeWwn,
-        fabric.fcfPortWwn,
-        fabric.fcMap,
-        part.fipVlanId,
-    };
+    const FcoeFabric& fabric = at.host.fcoeFabric;
+    record.texts[position::Title] = part.portWwn;
+    record.texts[position::NodeWwn] = part.nodeWwn;
+    record.texts[position::PortWwn] = part.portWwn;
+    record.texts[position::FabricName] = fabric.name;
+    record.texts[position::ModelName] = at.adapter.name;
+    record.texts[position::SerialNumber] = hardware.serialNumber;
+    record.texts[position::DriverVersion] = hardware.driverVersion;
+    record.texts[position::Driver] = hardware.driver;
+    record.texts[position::HardwareVersion] = hardware.hardwareVersion;
+    record.texts[position::OptionRomVersion] = hardware.optionRomVersion;
+    record.texts[position::FirmwareVersion] = hardware.firmwareVersion;
+    record.texts[position::LinkState] = hardware.linkState;
+    record.texts[position::PortType] = PortType;
+    record.texts[position::Fcid] = part.fcid;
+    record.texts[position::LinkSpeed] = hardware.linkSpeed;
+    record.texts[position::SupportedClasses] = ClassOfService;
+    record.texts[position::SupportedTypes] = SupportedTypes;
+    record.texts[position::DiscoveredPorts] =
+        std::to_string(TargetsSeenBy(fabric, part.portWwn, part.bindings).size());
+    record.texts[position::MaximumFrameSize] = MaximumFrameSize;
+    record.texts[position::SupportedSpeeds] = hardware.linkSpeed;
+    record.texts[position::DeviceName] = hardware.deviceName;
+    record.texts[position::HostName] = at.host.name;
+    record.texts[position::FpmaMac] = FabricMac(fabric, part.fcid);
+    record.texts[position::FcfMac] = fabric.fcfMac;
+    record.texts[position::FcfNodeWwn] = fabric.fcfNodeWwn;
+    record.texts[position::FcfPortWwn] = fabric.fcfPortWwn;
+    record.texts[position::FcMap] = fabric.fcMap;
+    record.texts[position::FabricVlan] = part.fipVlanId;
     return Done();
 }
 
 void Tell(const FcoeStatistics& statistics, FcoeStatisticsRecord& record) {
     std::size_t position = 0;
-    std::apply(
-        [&](const auto&... member) {
-            ((record.texts.at(position++) = std::to_string(statistics.*member.member)), ...);
-        },
-        FcoeStatistics::Members());
+    FcoeStatistics::Members([&](const auto&... member) {
+        ((record.texts.at(position++) = std::to_string(statistics.*member.member)), ...);
+    });
 }
 
 // What has happened since the statistics were last read: the forwarder has advertised itself, and
@@ -93,35 +87,25 @@ void LetTrafficHappen(FcoeStatistics& statistics, std::uint64_t targets) {
     statistics.receivedWords += WordsPerFrame * received;
 }
 
-Outcome ReadStatistics(Host& host, const std::string& request, std::uint32_t,
-                       FcoeStatisticsRecord& record) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    FcoePart& part = function.Part();
+Outcome ReadStatistics(const Edited<FcoePart>& at, std::uint32_t, FcoeStatisticsRecord& record) {
+    FcoePart& part = at.part;
     LetTrafficHappen(part.statistics,
-                     TargetsSeenBy(host.fcoeFabric, part.portWwn, part.bindings).size());
+                     TargetsSeenBy(at.host.fcoeFabric, part.portWwn, part.bindings).size());
     Tell(part.statistics, record);
     return Done();
 }
 
-Outcome ResetStatistics(Host& host, const std::string& request, std::uint32_t,
-                        FcoeStatisticsRecord& record) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    FcoePart& part = function.Part();
+Outcome ResetStatistics(const Edited<FcoePart>& at, std::uint32_t, FcoeStatisticsRecord& record) {
+    FcoePart& part = at.part;
     part.statistics = {};
     Tell(part.statistics, record);
     return Done();
 }
 
 constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadFcoePort, ReadPort>(),
-    Changes<OperationCode::ReadFcoeStatistics, ReadStatistics>(),
-    Changes<OperationCode::ResetFcoeStatistics, ResetStatistics>(),
+    Reads<OperationCode::ReadFcoePort, FcoePart, ReadPort>(),
+    Changes<OperationCode::ReadFcoeStatistics, FcoePart, ReadStatistics>(),
+    Changes<OperationCode::ResetFcoeStatistics, FcoePart, ResetStatistics>(),
 };
 
 }  // namespace

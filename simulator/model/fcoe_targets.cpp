@@ -10,49 +10,49 @@ namespace tavrosim {
 namespace {
 
 using tavroapi::OperationCode;
+namespace fcoe_target = tavroapi::fcoe_target;
+namespace fcoe_target_info = tavroapi::fcoe_target_info;
+namespace fcoe_binding = tavroapi::fcoe_binding;
+namespace fcoe_lun = tavroapi::fcoe_lun;
 
 constexpr const char* TargetRole = "FCP Target";
 constexpr const char* TargetState = "Online";
 constexpr const char* ClassOfService = "Class 3";
 constexpr const char* TargetTypes = "FCP";
 
-Outcome ListTargets(const Host& host, const std::string& request,
-                    std::list<tavroapi::FcoeTargetRecord>& records) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const FcoePart& part = function.Part();
+Outcome ListTargets(const Viewed<FcoePart>& at, std::list<tavroapi::FcoeTargetRecord>& records) {
+    const FcoePart& part = at.part;
     records.clear();
-    for (const SeenTarget& seen : TargetsSeenBy(host.fcoeFabric, part.portWwn, part.bindings)) {
+    for (const SeenTarget& seen : TargetsSeenBy(at.host.fcoeFabric, part.portWwn, part.bindings)) {
         const FabricTarget& target = *seen.target;
-        records.emplace_back().texts = {target.symbolicName,
-                                        target.fcid,
-                                        target.portWwn,
-                                        target.nodeWwn,
-                                        TargetRole,
-                                        TargetState,
-                                        ClassOfService,
-                                        TargetTypes,
-                                        "",
-                                        std::to_string(seen.bus),
-                                        std::to_string(seen.number)};
+        auto& texts = records.emplace_back().texts;
+        texts[fcoe_target::SymbolicName] = target.symbolicName;
+        texts[fcoe_target::Fcid] = target.fcid;
+        texts[fcoe_target::PortWwn] = target.portWwn;
+        texts[fcoe_target::NodeWwn] = target.nodeWwn;
+        texts[fcoe_target::Role] = TargetRole;
+        texts[fcoe_target::State] = TargetState;
+        texts[fcoe_target::SupportedClasses] = ClassOfService;
+        texts[fcoe_target::SupportedTypes] = TargetTypes;
+        texts[fcoe_target::ScsiBus] = std::to_string(seen.bus);
+        texts[fcoe_target::ScsiTarget] = std::to_string(seen.number);
     }
     return Done();
 }
 
-Outcome ReadTarget(const Host& host, const std::string& request, const std::string& name,
+Outcome ReadTarget(const Viewed<FcoePart>& at, const std::string& name,
                    tavroapi::FcoeTargetInfoRecord& record) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const FabricTarget* target = FindSeenTarget(host.fcoeFabric, function.Part(), name);
+    const FabricTarget* target = FindSeenTarget(at.host.fcoeFabric, at.part, name);
     if (target == nullptr) {
         return UnknownFcoeTarget(name);
     }
-    record.texts = {target->symbolicName, target->portWwn, target->nodeWwn, target->fcid,
-                    TargetState,          ClassOfService,  TargetTypes};
+    record.texts[fcoe_target_info::SymbolicName] = target->symbolicName;
+    record.texts[fcoe_target_info::PortWwn] = target->portWwn;
+    record.texts[fcoe_target_info::NodeWwn] = target->nodeWwn;
+    record.texts[fcoe_target_info::Fcid] = target->fcid;
+    record.texts[fcoe_target_info::State] = TargetState;
+    record.texts[fcoe_target_info::SupportedClasses] = ClassOfService;
+    record.texts[fcoe_target_info::SupportedTypes] = TargetTypes;
     return Done();
 }
 
@@ -65,53 +65,55 @@ std::string DeviceNameOf(const FabricTarget& target, std::uint32_t lun) {
 }
 
 // A binding outlives its target: what only the fabric knows is empty then.
-Outcome ListBindings(const Host& host, const std::string& request,
-                     std::list<tavroapi::FcoeBindingRecord>& records) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
+Outcome ListBindings(const Viewed<FcoePart>& at, std::list<tavroapi::FcoeBindingRecord>& records) {
     records.clear();
-    for (const FcoeBinding& binding : function.Part().bindings) {
-        const FabricTarget* target = FindFabricTarget(host.fcoeFabric, binding.targetPortWwn);
-        records.emplace_back().texts = {
-            binding.type,
-            target == nullptr ? std::string() : DeviceNameOf(*target, binding.lun),
-            std::to_string(binding.bus),
-            std::to_string(binding.target),
-            std::to_string(binding.lun),
-            binding.targetPortWwn,
-            target == nullptr ? std::string() : target->nodeWwn,
-            target == nullptr ? std::string() : target->fcid};
+    for (const FcoeBinding& binding : at.part.bindings) {
+        const FabricTarget* target = FindFabricTarget(at.host.fcoeFabric, binding.targetPortWwn);
+        auto& texts = records.emplace_back().texts;
+        texts[fcoe_binding::Type] = binding.type;
+        texts[fcoe_binding::ScsiBus] = std::to_string(binding.bus);
+        texts[fcoe_binding::ScsiTarget] = std::to_string(binding.target);
+        texts[fcoe_binding::Lun] = std::to_string(binding.lun);
+        texts[fcoe_binding::PortWwn] = binding.targetPortWwn;
+        if (target != nullptr) {
+            texts[fcoe_binding::DeviceName] = DeviceNameOf(*target, binding.lun);
+            texts[fcoe_binding::NodeWwn] = target->nodeWwn;
+            texts[fcoe_binding::Fcid] = target->fcid;
+        }
     }
     return Done();
 }
 
-Outcome ListLuns(const Host& host, const std::string& request, const std::string& name,
+Outcome ListLuns(const Viewed<FcoePart>& at, const std::string& name,
                  std::list<tavroapi::FcoeLunRecord>& records) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const FabricTarget* target = FindSeenTarget(host.fcoeFabric, function.Part(), name);
+    const FabricTarget* target = FindSeenTarget(at.host.fcoeFabric, at.part, name);
     if (target == nullptr) {
         return UnknownFcoeTarget(name);
     }
     records.clear();
     for (const FabricLun& lun : target->luns) {
         const std::string number = std::to_string(lun.number);
-        records.emplace_back().texts = {number,       lun.vendor,     lun.product,   lun.revision,
-                                        lun.capacity, lun.blockSize,  lun.volumes,   lun.status,
-                                        number,       lun.deviceName, lun.deviceType};
+        auto& texts = records.emplace_back().texts;
+        texts[fcoe_lun::Item] = number;
+        texts[fcoe_lun::Vendor] = lun.vendor;
+        texts[fcoe_lun::Product] = lun.product;
+        texts[fcoe_lun::Revision] = lun.revision;
+        texts[fcoe_lun::Capacity] = lun.capacity;
+        texts[fcoe_lun::BlockSize] = lun.blockSize;
+        texts[fcoe_lun::Volumes] = lun.volumes;
+        texts[fcoe_lun::ConnectionState] = lun.status;
+        texts[fcoe_lun::ScsiUnit] = number;
+        texts[fcoe_lun::DeviceName] = lun.deviceName;
+        texts[fcoe_lun::DeviceType] = lun.deviceType;
     }
     return Done();
 }
 
 constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ListFcoeTargets, ListTargets>(),
-    Reads<OperationCode::ReadFcoeTarget, ReadTarget>(),
-    Reads<OperationCode::ListFcoeBindings, ListBindings>(),
-    Reads<OperationCode::ListFcoeLuns, ListLuns>(),
+    Reads<OperationCode::ListFcoeTargets, FcoePart, ListTargets>(),
+    Reads<OperationCode::ReadFcoeTarget, FcoePart, ReadTarget>(),
+    Reads<OperationCode::ListFcoeBindings, FcoePart, ListBindings>(),
+    Reads<OperationCode::ListFcoeLuns, FcoePart, ListLuns>(),
 };
 
 }  // namespace

@@ -2,10 +2,11 @@
 #include <algorithm>
 #include <charconv>
 
+#include "library/text/text.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
-#include "simulator/text.h"
+#include "tavroapi/codes.h"
 #include "tavroapi/iscsi_records.h"
 
 namespace tavrosim {
@@ -16,24 +17,18 @@ using tavroapi::IscsiPingRequest;
 using tavroapi::IscsiPingResult;
 using tavroapi::OperationCode;
 
-// Statuses of these operations. The ping's is the contract's own: replies are missing.
-constexpr std::uint32_t RepliesMissing = 0x9017;
-constexpr std::uint32_t InvalidInitiatorName = 37121;
-constexpr std::uint32_t ServerAlreadyListed = 37122;
-constexpr std::uint32_t ServerNotListed = 37123;
-
 constexpr std::size_t LongestIscsiName = 223;
 
-Outcome ReadInitiator(const Host& host, const std::string&, InitiatorRecord& initiator) {
+Outcome ReadInitiator(const Host& host, InitiatorRecord& initiator) {
     initiator.name = host.initiator.name;
     initiator.login = OptionsOf(host.initiator.login);
     return Done();
 }
 
-Outcome SetInitiator(Host& host, const std::string&, const InitiatorRecord& initiator) {
+Outcome SetInitiator(Host& host, const InitiatorRecord& initiator) {
     if (initiator.name.find_first_not_of(' ') == std::string::npos ||
         initiator.name.size() > LongestIscsiName) {
-        return Refused(InvalidInitiatorName, L"The initiator name is not usable.",
+        return Refused(Status::InvalidInitiatorName, L"The initiator name is not usable.",
                        L"Give a name of 1 to 223 characters, such as iqn.2015-01.com.example:host.",
                        L"name \"" + WideFromUtf8(initiator.name) + L"\"");
     }
@@ -53,18 +48,15 @@ std::optional<std::uint32_t> RepliesFrom(const Host& host, const std::string& ad
     return std::nullopt;
 }
 
-Outcome PingFromIscsiPort(const Host& host, const std::string& request,
-                          const IscsiPingRequest& ping, IscsiPingResult& result) {
-    if (!FindIscsiFunction(host, request)) {
-        return UnknownIdentifier(request, L"iSCSI");
-    }
+Outcome PingFromIscsiPort(const Viewed<IscsiPart>& at, const IscsiPingRequest& ping,
+                          IscsiPingResult& result) {
     std::uint32_t count = 0;
     std::from_chars(ping.count.data(), ping.count.data() + ping.count.size(), count);
-    const std::uint32_t replies = RepliesFrom(host, ping.address, count).value_or(0);
+    const std::uint32_t replies = RepliesFrom(at.host, ping.address, count).value_or(0);
     result.libraryText = ping.count;
     result.received = std::to_string(replies);
     if (replies < count) {
-        return Refused(RepliesMissing, L"Not every packet was answered.",
+        return Refused(tavroapi::IscsiPingRepliesMissing, L"Not every packet was answered.",
                        L"Check the address, the cabling and the port's TCP/IP settings.",
                        WideFromUtf8(ping.address) + L": " + std::to_wstring(replies) + L" of " +
                            std::to_wstring(count) + L" replies");
@@ -72,46 +64,37 @@ Outcome PingFromIscsiPort(const Host& host, const std::string& request,
     return Done();
 }
 
-Outcome ListIsnsServers(const Host& host, const std::string& request,
-                        std::list<std::string>& servers) {
-    if (!FindIscsiFunction(host, request)) {
-        return UnknownIdentifier(request, L"iSCSI");
-    }
-    servers.assign(host.isnsServers.begin(), host.isnsServers.end());
+Outcome ListIsnsServers(const Viewed<IscsiPart>& at, std::list<std::string>& servers) {
+    servers.assign(at.host.isnsServers.begin(), at.host.isnsServers.end());
     return Done();
 }
 
-Outcome AddIsnsServer(Host& host, const std::string& request, const std::string& address) {
-    if (!FindIscsiFunction(host, request)) {
-        return UnknownIdentifier(request, L"iSCSI");
-    }
-    if (std::ranges::find(host.isnsServers, address) != host.isnsServers.end()) {
-        return Refused(ServerAlreadyListed,
+Outcome AddIsnsServer(const Edited<IscsiPart>& at, const std::string& address) {
+    if (std::ranges::find(at.host.isnsServers, address) != at.host.isnsServers.end()) {
+        return Refused(Status::ServerAlreadyListed,
                        L"The iSNS server " + WideFromUtf8(address) + L" is listed already.",
                        L"Run \"tavrocli -iscsi -isns -listall\" to see the servers.");
     }
-    host.isnsServers.push_back(address);
+    at.host.isnsServers.push_back(address);
     return Done();
 }
 
-Outcome RemoveIsnsServer(Host& host, const std::string& request, const std::string& address) {
-    if (!FindIscsiFunction(host, request)) {
-        return UnknownIdentifier(request, L"iSCSI");
-    }
-    if (std::erase(host.isnsServers, address) == 0) {
-        return Refused(ServerNotListed, L"There is no iSNS server " + WideFromUtf8(address) + L".",
+Outcome RemoveIsnsServer(const Edited<IscsiPart>& at, const std::string& address) {
+    if (std::erase(at.host.isnsServers, address) == 0) {
+        return Refused(Status::ServerNotListed,
+                       L"There is no iSNS server " + WideFromUtf8(address) + L".",
                        L"Run \"tavrocli -iscsi -isns -listall\" to see the servers.");
     }
     return Done();
 }
 
 constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadInitiator, ReadInitiator>(),
-    Changes<OperationCode::SetInitiator, SetInitiator>(),
-    Reads<OperationCode::PingFromIscsiPort, PingFromIscsiPort>(),
-    Reads<OperationCode::ListIsnsServers, ListIsnsServers>(),
-    Changes<OperationCode::AddIsnsServer, AddIsnsServer>(),
-    Changes<OperationCode::RemoveIsnsServer, RemoveIsnsServer>(),
+    Reads<OperationCode::ReadInitiator, Host, ReadInitiator>(),
+    Changes<OperationCode::SetInitiator, Host, SetInitiator>(),
+    Reads<OperationCode::PingFromIscsiPort, IscsiPart, PingFromIscsiPort>(),
+    Reads<OperationCode::ListIsnsServers, IscsiPart, ListIsnsServers>(),
+    Changes<OperationCode::AddIsnsServer, IscsiPart, AddIsnsServer>(),
+    Changes<OperationCode::RemoveIsnsServer, IscsiPart, RemoveIsnsServer>(),
 };
 
 }  // namespace

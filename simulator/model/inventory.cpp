@@ -1,18 +1,23 @@
 #include "simulator/model/inventory.h"
 
 #include <algorithm>
+#include <list>
+#include <string>
 #include <vector>
 
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
-#include "simulator/text.h"
 
 namespace tavrosim {
 namespace {
 
 using tavroapi::FunctionIdentity;
 using tavroapi::OperationCode;
+using tavrolib::Call;
+using tavrolib::EntryPoint;
+using tavrolib::FilledBy;
+using tavrolib::PortFunctions;
 
 FunctionIdentity IdentityOf(const Host& host, const Function& function) {
     if (function.fcoe) {
@@ -38,29 +43,7 @@ Outcome UnknownName(const wchar_t* what, const std::string& name) {
                    L"Run \"tavrocli -showadapter\" to see this host's adapters and ports.");
 }
 
-Outcome ReadAdapterState(const Host& host, const std::string& request, std::wstring& state) {
-    const auto found = FindFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request);
-    }
-    state = WideFromUtf8(found.adapter->state);
-    return Done();
-}
-
-constexpr OperationModel Rows[] = {Reads<OperationCode::ReadAdapterState, ReadAdapterState>()};
-
-}  // namespace
-
-std::span<const OperationModel> AdapterOperations() {
-    return Rows;
-}
-
-Outcome GetHostName(const Host& host, std::string& hostName) {
-    hostName = host.name;
-    return Done();
-}
-
-Outcome GetDiscoveredAdapters(const Host& host, std::list<tavroapi::AdapterRecord>& adapters) {
+Outcome ListAdapters(const Host& host, std::list<tavroapi::AdapterRecord>& adapters) {
     adapters.clear();
     for (const Adapter& adapter : host.adapters) {
         tavroapi::AdapterRecord& record = adapters.emplace_back();
@@ -73,8 +56,9 @@ Outcome GetDiscoveredAdapters(const Host& host, std::list<tavroapi::AdapterRecor
     return Done();
 }
 
-Outcome GetPortFunctions(const Host& host, const std::string& adapterName,
-                         const std::string& portName, PortFunctions& functions) {
+// The functions of the port in the order of their numbers.
+Outcome ListFunctions(const Host& host, const std::string& adapterName, const std::string& portName,
+                      PortFunctions& functions) {
     const Adapter* adapter = FindNamed(host.adapters, adapterName);
     if (adapter == nullptr) {
         return UnknownName(L"adapter", adapterName);
@@ -98,32 +82,52 @@ Outcome GetPortFunctions(const Host& host, const std::string& adapterName,
     return Done();
 }
 
-Outcome GetPartitionState(const Host& host, const std::string& identifier, std::uint32_t& state) {
+// The queries that name a function.
+Outcome AnswerAboutFunction(const Host& host, const Call& call) {
+    const std::string identifier = call.request.value_or("");
     const auto found = FindFunction(host, identifier);
     if (!found) {
-        return UnknownIdentifier(identifier);
+        return tavrolib::UnknownIdentifier(identifier);
     }
-    state = found.adapter->partitionState;
+    const Adapter& adapter = *found.adapter;
+    if (call.entryPoint == EntryPoint::GetPartitionState) {
+        FilledBy<EntryPoint::GetPartitionState>(call) = adapter.partitionState;
+    } else if (call.entryPoint == EntryPoint::GetAdapterType) {
+        FilledBy<EntryPoint::GetAdapterType>(call) = adapter.type;
+    } else {
+        FilledBy<EntryPoint::GetAdapterPortNumber>(call) =
+            static_cast<std::uint32_t>(adapter.ports.size());
+    }
     return Done();
 }
 
-Outcome GetAdapterType(const Host& host, const std::string& identifier, std::string& typeText) {
-    const auto found = FindFunction(host, identifier);
-    if (!found) {
-        return UnknownIdentifier(identifier);
-    }
-    typeText = found.adapter->type;
+Outcome ReadAdapterState(const Viewed<Function>& at, std::wstring& state) {
+    state = WideFromUtf8(at.adapter.state);
     return Done();
 }
 
-Outcome GetAdapterPortNumber(const Host& host, const std::string& identifier,
-                             std::uint32_t& portCount) {
-    const auto found = FindFunction(host, identifier);
-    if (!found) {
-        return UnknownIdentifier(identifier);
+constexpr OperationModel Rows[] = {
+    Reads<OperationCode::ReadAdapterState, Function, ReadAdapterState>()};
+
+}  // namespace
+
+std::span<const OperationModel> AdapterOperations() {
+    return Rows;
+}
+
+Outcome AnswerQuery(const Host& host, const Call& call) {
+    switch (call.entryPoint) {
+        case EntryPoint::GetHostName:
+            FilledBy<EntryPoint::GetHostName>(call) = host.name;
+            return Done();
+        case EntryPoint::GetDiscoveredAdapters:
+            return ListAdapters(host, FilledBy<EntryPoint::GetDiscoveredAdapters>(call));
+        case EntryPoint::GetPortWWNs:
+            return ListFunctions(host, call.adapter.value_or(""), call.port.value_or(""),
+                                 FilledBy<EntryPoint::GetPortWWNs>(call));
+        default:
+            return AnswerAboutFunction(host, call);
     }
-    portCount = static_cast<std::uint32_t>(found.adapter->ports.size());
-    return Done();
 }
 
 }  // namespace tavrosim

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The parameters that the model's ports negotiate: what a port proposes is what a session gets.
+// The parameters that the model's ports negotiate: what a port proposes is what a session gets.
 namespace tavrosim {
 
 struct IscsiParameters {

@@ -15,14 +15,9 @@ bool Answers(const NetworkTarget& target, const IscsiPortal& portal) {
     return std::ranges::find(target.portals, portal) != target.portals.end();
 }
 
-Outcome ListPortals(const Host& host, const std::string& request,
-                    std::list<tavroapi::PortalEntry>& portals) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
+Outcome ListPortals(const Viewed<IscsiPart>& at, std::list<tavroapi::PortalEntry>& portals) {
     portals.clear();
-    for (const IscsiPortal& portal : function.Storage().portals) {
+    for (const IscsiPortal& portal : at.part.storage.portals) {
         portals.push_back({portal.address, portal.port});
     }
     return Done();
@@ -30,12 +25,8 @@ Outcome ListPortals(const Host& host, const std::string& request,
 
 // A portal that is there already is asked for its targets once more. One at which nothing answers
 // is kept all the same.
-Outcome AddPortal(Host& host, const std::string& request, const tavroapi::PortalRecord& record) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    IscsiStorage& storage = function.Storage();
+Outcome AddPortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& record) {
+    IscsiStorage& storage = at.part.storage;
     const IscsiPortal portal{record.address, record.port};
     if (std::ranges::find(storage.portals, portal) == storage.portals.end()) {
         storage.portals.push_back(portal);
@@ -44,7 +35,7 @@ Outcome AddPortal(Host& host, const std::string& request, const tavroapi::Portal
     for (const KnownTarget& target : storage.targets) {
         known.insert(target.name);
     }
-    for (const NetworkTarget& target : host.iscsiTargets) {
+    for (const NetworkTarget& target : at.host.iscsiTargets) {
         if (Answers(target, portal) && known.insert(target.name).second) {
             storage.targets.push_back({target.name, portal, "SendTargets"});
         }
@@ -52,24 +43,20 @@ Outcome AddPortal(Host& host, const std::string& request, const tavroapi::Portal
     return Done();
 }
 
-Outcome RemovePortal(Host& host, const std::string& request, const tavroapi::PortalRecord& record) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    IscsiStorage& storage = function.Storage();
+Outcome RemovePortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& record) {
+    IscsiStorage& storage = at.part.storage;
     const IscsiPortal portal{record.address, record.port};
     if (std::ranges::find(storage.portals, portal) == storage.portals.end()) {
-        return RefusedStorage(StorageStatus::UnknownPortal,
-                              L"The initiator knows no portal " + Quoted(record.address) +
-                                  L" with the port number " + Quoted(record.port) + L".",
-                              L"Run the command with \"-portal -listall\" to see the portals.");
+        return Refused(Status::UnknownPortal,
+                       L"The initiator knows no portal " + Quoted(record.address) +
+                           L" with the port number " + Quoted(record.port) + L".",
+                       L"Run the command with \"-portal -listall\" to see the portals.");
     }
     const IscsiSession* const session = FindWhere(
         storage.sessions, [&](const IscsiSession& open) { return open.portal == portal; });
     if (session != nullptr) {
-        return RefusedStorage(
-            StorageStatus::InUse,
+        return Refused(
+            Status::InUse,
             L"A session with the target " + Quoted(session->target) + L" uses the portal.",
             L"Log out of the target first.");
     }
@@ -84,9 +71,9 @@ Outcome RemovePortal(Host& host, const std::string& request, const tavroapi::Por
     return Done();
 }
 
-constexpr OperationModel Rows[] = {Reads<OperationCode::ListPortals, ListPortals>(),
-                                   Changes<OperationCode::AddPortal, AddPortal>(),
-                                   Changes<OperationCode::RemovePortal, RemovePortal>()};
+constexpr OperationModel Rows[] = {Reads<OperationCode::ListPortals, IscsiPart, ListPortals>(),
+                                   Changes<OperationCode::AddPortal, IscsiPart, AddPortal>(),
+                                   Changes<OperationCode::RemovePortal, IscsiPart, RemovePortal>()};
 
 }  // namespace
 

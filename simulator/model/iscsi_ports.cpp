@@ -10,56 +10,55 @@ namespace {
 using tavroapi::IscsiParameterRecord;
 using tavroapi::IscsiPortRecord;
 using tavroapi::OperationCode;
+namespace iscsi_port = tavroapi::iscsi_port;
+namespace iscsi_defaults = tavroapi::iscsi_defaults;
 
 constexpr std::string_view DriverWithoutStatistics = "bnx2i";
 
-Outcome ReadPort(const Host& host, const std::string& request, IscsiPortRecord& record) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const IscsiHardware& hardware = function.Part().hardware;
-    const TcpIp& tcpIp = function.Part().tcpIp;
-    record.texts = {
-        std::to_string(function.located.function->number),
-        hardware.driver,
-        hardware.driverVersion,
-        function.located.function->mac,
-        function.located.adapter->name,
-        hardware.serialNumber,
-        hardware.linkState,
-        hardware.linkSpeed,
-        tcpIp.dhcp,
-        tcpIp.address,
-        tcpIp.subnetMask,
-        tcpIp.gateway,
-        tcpIp.vlanId == "0" ? "No" : "Yes",
-        tcpIp.vlanId,
-        tcpIp.vlanPriority,
-        tcpIp.maxFrameSize,
-        tcpIp.dhcpIPv6,
-        tcpIp.addressIPv6,
-        tcpIp.prefixLengthIPv6,
-        tcpIp.gatewayIPv6,
-        std::to_string(function.Storage().sessions.size()),
-        hardware.firmwareVersion,
-    };
+Outcome ReadPort(const Viewed<IscsiPart>& at, IscsiPortRecord& record) {
+    const IscsiHardware& hardware = at.part.hardware;
+    const TcpIp& tcpIp = at.part.tcpIp;
+    record.texts[iscsi_port::FunctionNumber] = std::to_string(at.function.number);
+    record.texts[iscsi_port::Driver] = hardware.driver;
+    record.texts[iscsi_port::DriverVersion] = hardware.driverVersion;
+    record.texts[iscsi_port::Mac] = at.function.mac;
+    record.texts[iscsi_port::ModelName] = at.adapter.name;
+    record.texts[iscsi_port::SerialNumber] = hardware.serialNumber;
+    record.texts[iscsi_port::LinkStatus] = hardware.linkState;
+    record.texts[iscsi_port::LinkSpeed] = hardware.linkSpeed;
+    record.texts[iscsi_port::Dhcp] = tcpIp.dhcp;
+    record.texts[iscsi_port::Address] = tcpIp.address;
+    record.texts[iscsi_port::SubnetMask] = tcpIp.subnetMask;
+    record.texts[iscsi_port::Gateway] = tcpIp.gateway;
+    record.texts[iscsi_port::Vlan] = tcpIp.vlanId == "0" ? "No" : "Yes";
+    record.texts[iscsi_port::VlanId] = tcpIp.vlanId;
+    record.texts[iscsi_port::VlanPriority] = tcpIp.vlanPriority;
+    record.texts[iscsi_port::MaximumFrameSize] = tcpIp.maxFrameSize;
+    record.texts[iscsi_port::DhcpIPv6] = tcpIp.dhcpIPv6;
+    record.texts[iscsi_port::AddressIPv6] = tcpIp.addressIPv6;
+    record.texts[iscsi_port::PrefixLengthIPv6] = tcpIp.prefixLengthIPv6;
+    record.texts[iscsi_port::GatewayIPv6] = tcpIp.gatewayIPv6;
+    record.texts[iscsi_port::ActiveSessions] = std::to_string(at.part.storage.sessions.size());
+    record.texts[iscsi_port::FirmwareVersion] = hardware.firmwareVersion;
     return Done();
 }
 
-Outcome ReadDefaults(const Host& host, const std::string& request, IscsiParameterRecord& record) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
+Outcome ReadDefaults(const Viewed<IscsiPart>&, IscsiParameterRecord& record) {
     const IscsiParameters& parameters = DefaultParameters;
-    record.texts = {
-        parameters.maxConnections,      parameters.initialR2T,         parameters.immediateData,
-        parameters.maxBurstLength,      parameters.firstBurstLength,   parameters.timeToWait,
-        parameters.timeToRetain,        parameters.maxOutstandingR2T,  parameters.dataPduInOrder,
-        parameters.dataSequenceInOrder, parameters.errorRecoveryLevel, parameters.maxReceiveLength,
-        parameters.headerDigest,        parameters.dataDigest,
-    };
+    record.texts[iscsi_defaults::MaxConnections] = parameters.maxConnections;
+    record.texts[iscsi_defaults::InitialR2T] = parameters.initialR2T;
+    record.texts[iscsi_defaults::ImmediateData] = parameters.immediateData;
+    record.texts[iscsi_defaults::MaxBurstLength] = parameters.maxBurstLength;
+    record.texts[iscsi_defaults::FirstBurstLength] = parameters.firstBurstLength;
+    record.texts[iscsi_defaults::TimeToWait] = parameters.timeToWait;
+    record.texts[iscsi_defaults::TimeToRetain] = parameters.timeToRetain;
+    record.texts[iscsi_defaults::MaxOutstandingR2T] = parameters.maxOutstandingR2T;
+    record.texts[iscsi_defaults::DataPduInOrder] = parameters.dataPduInOrder;
+    record.texts[iscsi_defaults::DataSequenceInOrder] = parameters.dataSequenceInOrder;
+    record.texts[iscsi_defaults::ErrorRecoveryLevel] = parameters.errorRecoveryLevel;
+    record.texts[iscsi_defaults::MaxReceiveLength] = parameters.maxReceiveLength;
+    record.texts[iscsi_defaults::HeaderDigest] = parameters.headerDigest;
+    record.texts[iscsi_defaults::DataDigest] = parameters.dataDigest;
     return Done();
 }
 
@@ -85,31 +84,26 @@ void LetTrafficHappen(IscsiStatistics& statistics, std::uint64_t sessions) {
     statistics.nopsReceived += sessions;
 }
 
-Outcome ReadStatistics(Host& host, const std::string& request, IscsiParameterRecord& record) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const IscsiHardware& hardware = function.Part().hardware;
+Outcome ReadStatistics(const Edited<IscsiPart>& at, IscsiParameterRecord& record) {
+    const IscsiHardware& hardware = at.part.hardware;
     if (hardware.driver == DriverWithoutStatistics) {
-        return RefusedStorage(StorageStatus::NoStatistics,
-                              L"The driver " + Quoted(hardware.driver) + L" keeps no statistics.",
-                              L"Use a port with another driver.");
+        return Refused(Status::NoStatistics,
+                       L"The driver " + Quoted(hardware.driver) + L" keeps no statistics.",
+                       L"Use a port with another driver.");
     }
-    IscsiStatistics& statistics = function.Storage().statistics;
-    LetTrafficHappen(statistics, function.Storage().sessions.size());
+    IscsiStatistics& statistics = at.part.storage.statistics;
+    LetTrafficHappen(statistics, at.part.storage.sessions.size());
     std::size_t position = 0;
-    std::apply(
-        [&](const auto&... member) {
-            ((record.texts.at(position++) = std::to_string(statistics.*member.member)), ...);
-        },
-        IscsiStatistics::Members());
+    IscsiStatistics::Members([&](const auto&... member) {
+        ((record.texts.at(position++) = std::to_string(statistics.*member.member)), ...);
+    });
     return Done();
 }
 
-constexpr OperationModel Rows[] = {Reads<OperationCode::ReadIscsiPort, ReadPort>(),
-                                   Reads<OperationCode::ReadIscsiDefaults, ReadDefaults>(),
-                                   Changes<OperationCode::ReadIscsiStatistics, ReadStatistics>()};
+constexpr OperationModel Rows[] = {
+    Reads<OperationCode::ReadIscsiPort, IscsiPart, ReadPort>(),
+    Reads<OperationCode::ReadIscsiDefaults, IscsiPart, ReadDefaults>(),
+    Changes<OperationCode::ReadIscsiStatistics, IscsiPart, ReadStatistics>()};
 
 }  // namespace
 

@@ -15,6 +15,7 @@ namespace {
 using tavroapi::LunRecord;
 using tavroapi::OperationCode;
 using tavroapi::SessionRecord;
+namespace position = tavroapi::iscsi_session;
 
 // A session's number as users write it; none for a text that is no number.
 std::optional<std::uint32_t> SessionIdFrom(const std::string& text) {
@@ -35,87 +36,78 @@ const IscsiSession* FindSession(const IscsiStorage& storage, const std::string& 
 
 Outcome UnknownSession(const std::string& target, const std::string& idText) {
     const bool isAny = SessionIdFrom(idText) == 0U;
-    return RefusedStorage(
-        StorageStatus::UnknownSession,
+    return Refused(
+        Status::UnknownSession,
         isAny ? L"There is no session with the target " + Quoted(target) + L"."
               : L"The target " + Quoted(target) + L" has no session " + Quoted(idText) + L".",
         L"Run the command with \"-target -listactive\" to see the targets that have sessions.");
 }
 
-Outcome ReadSession(const Host& host, const std::string& request, const SessionRecord& wanted,
+Outcome ReadSession(const Viewed<IscsiPart>& at, const SessionRecord& wanted,
                     SessionRecord& record) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const std::string name = wanted.texts[tavroapi::SessionTargetNamePosition];
-    const std::string id = wanted.texts[tavroapi::SessionIdPosition];
-    const KnownTarget* const known = FindKnownTarget(function.Storage(), name);
+    const std::string name = wanted.texts[position::TargetName];
+    const std::string id = wanted.texts[position::Id];
+    const KnownTarget* const known = FindKnownTarget(at.part.storage, name);
     if (known == nullptr) {
         return UnknownTarget(name);
     }
-    const IscsiSession* const session = FindSession(function.Storage(), name, id);
+    const IscsiSession* const session = FindSession(at.part.storage, name, id);
     if (session == nullptr) {
         return UnknownSession(name, id);
     }
-    const NetworkTarget* const target = FindNetworkTarget(host, name);
+    const NetworkTarget* const target = FindNetworkTarget(at.host, name);
     const std::string number = std::to_string(session->id);
     const IscsiParameters& parameters = DefaultParameters;
-    const TcpIp& tcpIp = function.Part().tcpIp;
-    record.texts = {
-        session->target,
-        number,
-        "Logged in",
-        "Normal",
-        "80000000" + std::string(4 - std::min<std::size_t>(number.size(), 4), '0') + number,
-        number,
-        target == nullptr ? std::string() : target->alias,
-        target == nullptr ? std::string() : target->portalGroup,
-        session->portal.address,
-        session->portal.port,
-        host.initiator.name,
-        session->portal.address.find(':') == std::string::npos ? tcpIp.address : tcpIp.addressIPv6,
-        std::to_string(49151 + session->id),
-        "1",
-        "0",
-        "Connected",
-        session->authentication,
-        session->targetChapName,
-        session->initiatorChapName,
-        session->headerDigest,
-        session->dataDigest,
-        session->multipath,
-        parameters.maxConnections,
-        parameters.initialR2T,
-        parameters.immediateData,
-        parameters.maxBurstLength,
-        parameters.firstBurstLength,
-        parameters.timeToWait,
-        parameters.timeToRetain,
-        parameters.maxOutstandingR2T,
-        parameters.dataPduInOrder,
-        parameters.dataSequenceInOrder,
-        parameters.errorRecoveryLevel,
-        parameters.maxReceiveLength,
-        parameters.maxTransmitLength,
-        "No",
-        "No",
-        tcpIp.vlanId,
-        tcpIp.maxFrameSize,
-        std::to_string(target == nullptr ? 0 : target->luns.size()),
-        known->discovery,
-    };
+    const TcpIp& tcpIp = at.part.tcpIp;
+    record.texts[position::TargetName] = session->target;
+    record.texts[position::Id] = number;
+    record.texts[position::Status] = "Logged in";
+    record.texts[position::Type] = "Normal";
+    record.texts[position::InitiatorPart] =
+        "80000000" + std::string(4 - std::min<std::size_t>(number.size(), 4), '0') + number;
+    record.texts[position::TargetHandle] = number;
+    record.texts[position::TargetAlias] = target == nullptr ? std::string() : target->alias;
+    record.texts[position::PortalGroup] = target == nullptr ? std::string() : target->portalGroup;
+    record.texts[position::TargetAddress] = session->portal.address;
+    record.texts[position::TargetPort] = session->portal.port;
+    record.texts[position::InitiatorName] = at.host.initiator.name;
+    record.texts[position::InitiatorAddress] =
+        session->portal.address.find(':') == std::string::npos ? tcpIp.address : tcpIp.addressIPv6;
+    record.texts[position::InitiatorPort] = std::to_string(49151 + session->id);
+    record.texts[position::ConnectionCount] = "1";
+    record.texts[position::ConnectionId] = "0";
+    record.texts[position::ConnectionStatus] = "Connected";
+    record.texts[position::Authentication] = session->authentication;
+    record.texts[position::TargetChapName] = session->targetChapName;
+    record.texts[position::InitiatorChapName] = session->initiatorChapName;
+    record.texts[position::HeaderDigest] = session->headerDigest;
+    record.texts[position::DataDigest] = session->dataDigest;
+    record.texts[position::Multipath] = session->multipath;
+    record.texts[position::MaxConnections] = parameters.maxConnections;
+    record.texts[position::InitialR2T] = parameters.initialR2T;
+    record.texts[position::ImmediateData] = parameters.immediateData;
+    record.texts[position::MaxBurstLength] = parameters.maxBurstLength;
+    record.texts[position::FirstBurstLength] = parameters.firstBurstLength;
+    record.texts[position::TimeToWait] = parameters.timeToWait;
+    record.texts[position::TimeToRetain] = parameters.timeToRetain;
+    record.texts[position::MaxOutstandingR2T] = parameters.maxOutstandingR2T;
+    record.texts[position::DataPduInOrder] = parameters.dataPduInOrder;
+    record.texts[position::DataSequenceInOrder] = parameters.dataSequenceInOrder;
+    record.texts[position::ErrorRecoveryLevel] = parameters.errorRecoveryLevel;
+    record.texts[position::MaxReceiveLength] = parameters.maxReceiveLength;
+    record.texts[position::MaxTransmitLength] = parameters.maxTransmitLength;
+    record.texts[position::InitiatorMarker] = "No";
+    record.texts[position::TargetMarker] = "No";
+    record.texts[position::VlanId] = tcpIp.vlanId;
+    record.texts[position::MaxFrameSize] = tcpIp.maxFrameSize;
+    record.texts[position::LunCount] = std::to_string(target == nullptr ? 0 : target->luns.size());
+    record.texts[position::Discovery] = known->discovery;
     return Done();
 }
 
 // Every number must be one of the target's sessions; otherwise none is ended.
-Outcome LogOutOfTarget(Host& host, const std::string& request,
-                       const tavroapi::LogoutRecord& record) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    IscsiStorage& storage = function.Storage();
+Outcome LogOutOfTarget(const Edited<IscsiPart>& at, const tavroapi::LogoutRecord& record) {
+    IscsiStorage& storage = at.part.storage;
     if (FindKnownTarget(storage, record.targetName) == nullptr) {
         return UnknownTarget(record.targetName);
     }
@@ -134,21 +126,16 @@ Outcome LogOutOfTarget(Host& host, const std::string& request,
     return Done();
 }
 
-Outcome ListLuns(const Host& host, const std::string& request, const std::string& name,
-                 std::list<LunRecord>& luns) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    if (FindKnownTarget(function.Storage(), name) == nullptr) {
+Outcome ListLuns(const Viewed<IscsiPart>& at, const std::string& name, std::list<LunRecord>& luns) {
+    if (FindKnownTarget(at.part.storage, name) == nullptr) {
         return UnknownTarget(name);
     }
     luns.clear();
-    const NetworkTarget* const target = FindNetworkTarget(host, name);
+    const NetworkTarget* const target = FindNetworkTarget(at.host, name);
     if (target == nullptr) {
         return Done();
     }
-    const bool isConnected = FindSessionWith(function.Storage(), name) != nullptr;
+    const bool isConnected = FindSessionWith(at.part.storage, name) != nullptr;
     for (const NetworkLun& lun : target->luns) {
         luns.push_back(
             {{std::to_string(lun.number), lun.vendor, lun.product, lun.capacity, lun.blockSize,
@@ -157,9 +144,10 @@ Outcome ListLuns(const Host& host, const std::string& request, const std::string
     return Done();
 }
 
-constexpr OperationModel Rows[] = {Reads<OperationCode::ReadSession, ReadSession>(),
-                                   Changes<OperationCode::LogOutOfTarget, LogOutOfTarget>(),
-                                   Reads<OperationCode::ListLuns, ListLuns>()};
+constexpr OperationModel Rows[] = {
+    Reads<OperationCode::ReadSession, IscsiPart, ReadSession>(),
+    Changes<OperationCode::LogOutOfTarget, IscsiPart, LogOutOfTarget>(),
+    Reads<OperationCode::ListLuns, IscsiPart, ListLuns>()};
 
 }  // namespace
 

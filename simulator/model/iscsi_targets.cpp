@@ -20,28 +20,23 @@ TargetRecord RecordOf(const KnownTarget& target, const NetworkTarget* found,
     const IscsiPortal& portal = session == nullptr ? target.portal : session->portal;
     TargetRecord record;
     record.name = target.name;
-    record.text2 = found == nullptr ? std::string() : found->alias;
-    record.text3 = session == nullptr ? "Not connected" : "Connected";
+    record.alias = found == nullptr ? std::string() : found->alias;
+    record.connectionState = session == nullptr ? "Not connected" : "Connected";
     record.portalAddress = portal.address;
     record.portalPort = portal.port;
-    record.text6 = target.discovery;
-    record.text7 = found == nullptr ? std::string() : found->portalGroup;
+    record.discovery = target.discovery;
+    record.portalGroup = found == nullptr ? std::string() : found->portalGroup;
     return record;
 }
 
 enum class Wanted { All, Active };
 
 template <Wanted Which>
-Outcome ListTargets(const Host& host, const std::string& request,
-                    std::list<TargetRecord>& targets) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const IscsiStorage& storage = function.Storage();
+Outcome ListTargets(const Viewed<IscsiPart>& at, std::list<TargetRecord>& targets) {
+    const IscsiStorage& storage = at.part.storage;
     // Both can be long: each is gone through once.
     std::map<std::string_view, const NetworkTarget*> network;
-    for (const NetworkTarget& target : host.iscsiTargets) {
+    for (const NetworkTarget& target : at.host.iscsiTargets) {
         network.try_emplace(target.name, &target);
     }
     std::map<std::string_view, const IscsiSession*> sessions;
@@ -62,41 +57,31 @@ Outcome ListTargets(const Host& host, const std::string& request,
     return Done();
 }
 
-Outcome ReadTarget(const Host& host, const std::string& request, const std::string& name,
-                   TargetRecord& record) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const KnownTarget* const target = FindKnownTarget(function.Storage(), name);
+Outcome ReadTarget(const Viewed<IscsiPart>& at, const std::string& name, TargetRecord& record) {
+    const KnownTarget* const target = FindKnownTarget(at.part.storage, name);
     if (target == nullptr) {
         return UnknownTarget(name);
     }
     record =
-        RecordOf(*target, FindNetworkTarget(host, name), FindSessionWith(function.Storage(), name));
+        RecordOf(*target, FindNetworkTarget(at.host, name), FindSessionWith(at.part.storage, name));
     return Done();
 }
 
-Outcome RemoveTarget(Host& host, const std::string& request, const std::string& name) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    IscsiStorage& storage = function.Storage();
+Outcome RemoveTarget(const Edited<IscsiPart>& at, const std::string& name) {
+    IscsiStorage& storage = at.part.storage;
     if (FindKnownTarget(storage, name) == nullptr) {
         return UnknownTarget(name);
     }
     if (FindSessionWith(storage, name) != nullptr) {
-        return RefusedStorage(StorageStatus::InUse,
-                              L"There is a session with the target " + Quoted(name) + L".",
-                              L"Log out of the target first.");
+        return Refused(Status::InUse, L"There is a session with the target " + Quoted(name) + L".",
+                       L"Log out of the target first.");
     }
     std::erase_if(storage.targets, [&](const KnownTarget& target) { return target.name == name; });
     return Done();
 }
 
 Outcome LoginRefused(std::wstring message, std::wstring action) {
-    return RefusedStorage(StorageStatus::LoginRefused, std::move(message), std::move(action));
+    return Refused(Status::LoginRefused, std::move(message), std::move(action));
 }
 
 // Whether the names and secrets are those that the target wants.
@@ -164,25 +149,20 @@ std::string WithoutOuterBlanks(const std::string& text) {
                                       : text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-Outcome LogInToTarget(Host& host, const std::string& request,
-                      const tavroapi::TargetLoginRecord& record) {
-    const IscsiRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    IscsiStorage& storage = function.Storage();
+Outcome LogInToTarget(const Edited<IscsiPart>& at, const tavroapi::TargetLoginRecord& record) {
+    IscsiStorage& storage = at.part.storage;
     const std::string name = WithoutOuterBlanks(record.targetName);
     const bool isKnown = FindKnownTarget(storage, name) != nullptr;
     if (!isKnown && record.confirmedNew == 0) {
         return UnknownTarget(name);
     }
-    const NetworkTarget* const target = FindNetworkTarget(host, name);
+    const NetworkTarget* const target = FindNetworkTarget(at.host, name);
     const IscsiPortal portal{record.portalAddress, record.portalPort};
     if (target == nullptr || std::ranges::find(target->portals, portal) == target->portals.end()) {
-        return RefusedStorage(StorageStatus::TargetUnreachable,
-                              L"No target " + Quoted(name) + L" answers at " +
-                                  Quoted(portal.address) + L", port " + Quoted(portal.port) + L".",
-                              L"Check the target name, the address and the port number.");
+        return Refused(Status::TargetUnreachable,
+                       L"No target " + Quoted(name) + L" answers at " + Quoted(portal.address) +
+                           L", port " + Quoted(portal.port) + L".",
+                       L"Check the target name, the address and the port number.");
     }
     Outcome authenticated = Authenticate(*target, record.login);
     if (!authenticated.IsDone()) {
@@ -201,11 +181,11 @@ Outcome LogInToTarget(Host& host, const std::string& request,
 }
 
 constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ListTargets, ListTargets<Wanted::All>>(),
-    Reads<OperationCode::ListActiveTargets, ListTargets<Wanted::Active>>(),
-    Reads<OperationCode::ReadTarget, ReadTarget>(),
-    Changes<OperationCode::LogInToTarget, LogInToTarget>(),
-    Changes<OperationCode::RemoveTarget, RemoveTarget>()};
+    Reads<OperationCode::ListTargets, IscsiPart, ListTargets<Wanted::All>>(),
+    Reads<OperationCode::ListActiveTargets, IscsiPart, ListTargets<Wanted::Active>>(),
+    Reads<OperationCode::ReadTarget, IscsiPart, ReadTarget>(),
+    Changes<OperationCode::LogInToTarget, IscsiPart, LogInToTarget>(),
+    Changes<OperationCode::RemoveTarget, IscsiPart, RemoveTarget>()};
 
 }  // namespace
 

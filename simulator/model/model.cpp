@@ -1,25 +1,11 @@
 #include "simulator/model/model.h"
 
 #include "simulator/model/families.h"
-#include "simulator/text.h"
 
 namespace tavrosim {
 
-Outcome MissingArgument(const wchar_t* what) {
-    return Refused(Status::MissingArgument, std::wstring(L"The call has no ") + what + L".",
-                   L"This is an error of the calling program.");
-}
-
-Outcome UnknownIdentifier(const std::string& request, const std::wstring& kind) {
-    const std::wstring function = kind.empty() ? L"function" : kind + L" function";
-    const std::wstring identifier = kind == L"FCoE" ? L"port WWN"
-                                    : kind.empty()  ? L"MAC or WWN"
-                                                    : L"MAC";
-    return Refused(
-        Status::UnknownIdentifier,
-        L"No " + function + L" of this host has the " + identifier + L" \"" +
-            WideFromUtf8(request) + L"\".",
-        L"Run \"tavrocli -showadapter\" to see the identifiers of this host's functions.");
+std::wstring Quoted(std::string_view text) {
+    return L"\"" + WideFromUtf8(Utf8FromBytes(text)) + L"\"";
 }
 
 const OperationModel* FindModel(std::uint32_t code) {

@@ -6,96 +6,130 @@
 #include <string>
 #include <type_traits>
 
+#include "library/calls/outcome.h"
+#include "library/calls/refusals.h"
+#include "library/text/text.h"
 #include "simulator/host/host.h"
-#include "simulator/outcome.h"
+#include "simulator/host/lookup.h"
 #include "tavroapi/operations.h"
 
-/// How the model serves operations. A family of commands writes its model functions in one source
-/// file, as plain functions with the records of the contract, and lists them there in rows:
-///
-///     Outcome ListPortals(const Host& host, const std::string& request, std::list<PortalRecord>&
-///     portals); Outcome AddPortal(Host& host, const std::string& request, const PortalRecord&
-///     portal); constexpr OperationModel Rows[] = {Reads<OperationCode::ListPortals,
-///     ListPortals>(),
-///                                        Changes<OperationCode::AddPortal, AddPortal>()};
-///
-/// A function takes the host, the request, the input where the operation has one (a `const
-/// std::string&` for a character string; a record with a completion code may be taken as non-const,
-/// to set it), and the result record where there is one. A row whose function does not fit the
-/// operation's records does not compile.
+// How the model serves operations. A family of commands writes its model functions in one source
+// file, as plain functions with the records of the contract, and lists them there in rows. A row
+// says what the request has to name: the host as a whole, a function of a kind, or any function.
+//
+// clang-format off
+//     Outcome ReadInitiator(const Host& host, InitiatorRecord& initiator);
+//     Outcome ListPortals(const Viewed<IscsiPart>& at, std::list<PortalEntry>& portals);
+//     Outcome AddPortal(const Edited<IscsiPart>& at, const PortalRecord& portal);
+//     constexpr OperationModel Rows[] = {
+//         Reads<OperationCode::ReadInitiator, Host, ReadInitiator>(),
+//         Reads<OperationCode::ListPortals, IscsiPart, ListPortals>(),
+//         Changes<OperationCode::AddPortal, IscsiPart, AddPortal>(),
+//     };
+// clang-format on
+//
+// A function takes what the request named, the input where the operation has one (a `const
+// std::string&` for a character string; a record with a completion code may be taken as non-const,
+// to set it), and the result record where there is one. It is called when the request names what
+// the row wants; otherwise the row refuses. A row whose function does not fit the operation's
+// records does not compile.
 namespace tavrosim {
 
-/// One operation's model function. Exactly one of the two is there.
+using tavrolib::Done;
+using tavrolib::Outcome;
+using tavrolib::Refused;
+using tavrolib::Status;
+using tavrolib::Utf8FromBytes;
+using tavrolib::WideFromUtf8;
+
+// The function that a request named, and what it belongs to. `Part` is what makes it a function of
+// its kind, or is Function where any kind will do.
+template <class AnyHost, class Part>
+struct Named {
+    template <class T>
+    using Like = std::conditional_t<std::is_const_v<AnyHost>, const T, T>;
+    AnyHost& host;
+    Like<Adapter>& adapter;
+    Like<Port>& port;
+    Like<Function>& function;
+    Like<Part>& part;
+};
+
+// What an operation that changes nothing gets, and one that changes the host.
+template <class Part>
+using Viewed = Named<const Host, Part>;
+template <class Part>
+using Edited = Named<Host, Part>;
+
+// One operation's model function. Exactly one of the two is there. The records are those of the
+// operation, none is missing.
 struct OperationModel {
     tavroapi::OperationCode code;
-    /// Works on the host as it was read when the library was initialized.
+    // Works on the host as it was read when the library was initialized.
     Outcome (*read)(const Host& host, const std::string& request, void* input, void* output);
-    /// Works on a fresh copy of the host, which is stored when it returns Done and dropped
-    /// otherwise.
+    // Works on a fresh copy of the host, which is stored when it returns Done and dropped
+    // otherwise.
     Outcome (*change)(Host& host, const std::string& request, void* input, void* output);
 };
 
-/// The refusal of a call that lacks a record it needs.
-Outcome MissingArgument(const wchar_t* what);
-
-/// The refusal of a request that names no function of the wanted kind ("Ethernet", "iSCSI", "FCoE",
-/// or empty for any).
-Outcome UnknownIdentifier(const std::string& request, const std::wstring& kind = {});
+// A narrow text as the caller gave it, in quotation marks, for messages.
+std::wstring Quoted(std::string_view text);
 
 namespace detail {
 
-template <auto Function, class AnyHost, class... Result>
-Outcome CallWithInput(AnyHost& host, const std::string& request, const char* text,
-                      Result&... result) {
-    return Function(host, request, std::string(text), result...);
+// Calls `Function` with what the row wants of the host, or refuses the request.
+template <class Wanted, auto Function, class AnyHost, class... Records>
+Outcome CallWithWanted(AnyHost& host, const std::string& request, Records&&... records) {
+    if constexpr (std::same_as<Wanted, Host>) {
+        return Function(host, records...);
+    } else {
+        const Located<AnyHost> found = FindFunctionWith<Wanted>(host, request);
+        if (!found) {
+            return tavrolib::UnknownIdentifier(request, KindWith<Wanted>);
+        }
+        const Named<AnyHost, Wanted> at{host, *found.adapter, *found.port, *found.function,
+                                        PartOf<Wanted>(*found.function)};
+        return Function(at, records...);
+    }
 }
 
-template <auto Function, class AnyHost, class Input, class... Result>
-Outcome CallWithInput(AnyHost& host, const std::string& request, Input* input, Result&... result) {
-    return Function(host, request, *input, result...);
-}
-
-template <tavroapi::OperationCode Code, auto Function, class AnyHost>
+template <tavroapi::OperationCode Code, class Wanted, auto Function, class AnyHost>
 Outcome CallModel(AnyHost& host, const std::string& request, void* input, void* output) {
     using Input = tavroapi::InputOf<Code>;
     using Output = tavroapi::OutputOf<Code>;
-    constexpr bool HasInput = !std::same_as<Input, tavroapi::NoRecord>;
-    constexpr bool HasOutput = !std::same_as<Output, tavroapi::NoRecord>;
-    using Pointer =
-        std::conditional_t<std::same_as<Input, tavroapi::CharacterString>, const char*, Input*>;
-    if (HasInput && input == nullptr) {
-        return MissingArgument(L"input record");
-    }
-    if (HasOutput && output == nullptr) {
-        return MissingArgument(L"result record");
-    }
-    if constexpr (HasInput && HasOutput) {
-        return CallWithInput<Function>(host, request, static_cast<Pointer>(input),
-                                       *static_cast<Output*>(output));
-    } else if constexpr (HasInput) {
-        return CallWithInput<Function>(host, request, static_cast<Pointer>(input));
-    } else if constexpr (HasOutput) {
-        return Function(host, request, *static_cast<Output*>(output));
+    const auto callWith = [&](auto&&... inputs) {
+        if constexpr (std::same_as<Output, tavroapi::NoRecord>) {
+            return CallWithWanted<Wanted, Function>(host, request, inputs...);
+        } else {
+            return CallWithWanted<Wanted, Function>(host, request, inputs...,
+                                                    *static_cast<Output*>(output));
+        }
+    };
+    if constexpr (std::same_as<Input, tavroapi::NoRecord>) {
+        return callWith();
+    } else if constexpr (std::same_as<Input, tavroapi::CharacterString>) {
+        return callWith(std::string(static_cast<const char*>(input)));
     } else {
-        return Function(host, request);
+        return callWith(*static_cast<Input*>(input));
     }
 }
 
 }  // namespace detail
 
-/// The row of an operation that changes nothing.
-template <tavroapi::OperationCode Code, auto Function>
+// The row of an operation that changes nothing. `Wanted` is Host, Function, or the part of one kind
+// of function.
+template <tavroapi::OperationCode Code, class Wanted, auto Function>
 constexpr OperationModel Reads() {
-    return {Code, &detail::CallModel<Code, Function, const Host>, nullptr};
+    return {Code, &detail::CallModel<Code, Wanted, Function, const Host>, nullptr};
 }
 
-/// The row of an operation that changes the host.
-template <tavroapi::OperationCode Code, auto Function>
+// The row of an operation that changes the host.
+template <tavroapi::OperationCode Code, class Wanted, auto Function>
 constexpr OperationModel Changes() {
-    return {Code, nullptr, &detail::CallModel<Code, Function, Host>};
+    return {Code, nullptr, &detail::CallModel<Code, Wanted, Function, Host>};
 }
 
-/// The model function of the operation; null when there is none.
+// The model function of the operation; null when there is none.
 const OperationModel* FindModel(std::uint32_t code);
 
 }  // namespace tavrosim

@@ -5,10 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "library/text/text.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
-#include "simulator/text.h"
+#include "tavroapi/codes.h"
 #include "tavroapi/partition_records.h"
 
 namespace tavrosim {
@@ -19,12 +20,7 @@ using tavroapi::PartitionConfig;
 using tavroapi::PartitionFunction;
 using tavroapi::PersonalitySetting;
 
-constexpr std::uint32_t InvalidPartitionValue = 37889;
-constexpr std::uint32_t PartitionsFixed = 37890;
-constexpr std::uint32_t PersonalityFixed = 37891;
-
 // The completion code of a change that is not taken over.
-constexpr std::int32_t NotTakenOver = 5;
 
 // A value as requests send it, and as the library keeps and tells it.
 struct CodedName {
@@ -57,7 +53,7 @@ bool IsPercentage(const std::string& text) {
 }
 
 Outcome RefuseValue(const std::wstring& details) {
-    return Refused(InvalidPartitionValue, L"The settings hold a value that is not valid.",
+    return Refused(Status::InvalidPartitionValue, L"The settings hold a value that is not valid.",
                    L"Correct the value and set them again.", details);
 }
 
@@ -96,16 +92,12 @@ Partitions PartitionsOf(const Adapter& adapter) {
         return *adapter.partitions;
     }
     Partitions partitions;
-    partitions.mode = adapter.partitionState == NotPartitioned ? "SF" : "MF";
+    partitions.mode = adapter.partitionState == tavroapi::NotPartitioned ? "SF" : "MF";
     return partitions;
 }
 
-Outcome ReadPartitions(const Host& host, const std::string& request, PartitionConfig& config) {
-    const auto found = FindFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request);
-    }
-    const Partitions partitions = PartitionsOf(*found.adapter);
+Outcome ReadPartitions(const Viewed<Function>& at, PartitionConfig& config) {
+    const Partitions partitions = PartitionsOf(at.adapter);
     config.mode = partitions.mode;
     config.flowControl = partitions.flowControl;
     for (std::size_t i = 0; i < config.functions.size(); ++i) {
@@ -115,9 +107,9 @@ Outcome ReadPartitions(const Host& host, const std::string& request, PartitionCo
         record.lowerLimit = function.lowerLimit;
         record.upperLimit = function.upperLimit;
         record.companion = function.personality == "Ethernet" ? "16" : "0";
-        DescribeFunction(host, FindNumber(*found.adapter, i), record);
+        DescribeFunction(at.host, FindNumber(at.adapter, i), record);
     }
-    config.portCount = static_cast<std::int32_t>(found.adapter->ports.size());
+    config.portCount = static_cast<std::int32_t>(at.adapter.ports.size());
     return Done();
 }
 
@@ -148,14 +140,10 @@ Outcome Apply(const PartitionConfig& config, std::size_t portCount, Partitions& 
     return Done();
 }
 
-Outcome WritePartitions(Host& host, const std::string& request, PartitionConfig& config) {
-    const auto found = FindFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request);
-    }
-    Adapter& adapter = *found.adapter;
-    if (adapter.partitionState == PartitionedForGood) {
-        return Refused(PartitionsFixed, L"The partitions of this adapter are fixed.",
+Outcome WritePartitions(const Edited<Function>& at, PartitionConfig& config) {
+    Adapter& adapter = at.adapter;
+    if (adapter.partitionState == tavroapi::PartitionedForGood) {
+        return Refused(Status::PartitionsFixed, L"The partitions of this adapter are fixed.",
                        L"Change them with the tool that made them.");
     }
     Partitions wanted = PartitionsOf(adapter);
@@ -164,39 +152,33 @@ Outcome WritePartitions(Host& host, const std::string& request, PartitionConfig&
         return applied;
     }
     config.result = wanted.completionCode;
-    if (config.result != NotTakenOver) {
-        adapter.partitionState = wanted.mode == "SF" ? NotPartitioned : Partitioned;
+    if (config.result != tavroapi::ValueRefused) {
+        adapter.partitionState =
+            wanted.mode == "SF" ? tavroapi::NotPartitioned : tavroapi::Partitioned;
         adapter.partitions = std::move(wanted);
     }
     return Done();
 }
 
-// The port that the request names; otherwise why its personality is nothing to ask for.
-template <class AnyHost>
-Outcome FindPort(AnyHost& host, const std::string& request, Located<AnyHost>& found) {
-    found = FindFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request);
-    }
-    if (found.adapter->type == "Ethernet" || found.adapter->partitionState != NotPartitioned) {
-        return Refused(PersonalityFixed, L"This port has no personality of its own.",
+// Refuses to speak of the personality of a port that has none of its own.
+Outcome CheckHasPersonality(const Adapter& adapter) {
+    if (adapter.type == "Ethernet" || adapter.partitionState != tavroapi::NotPartitioned) {
+        return Refused(Status::PersonalityFixed, L"This port has no personality of its own.",
                        L"Name a port of a converged adapter that is not partitioned.");
     }
     return Done();
 }
 
-Outcome ReadPersonality(const Host& host, const std::string& request, PersonalitySetting& setting) {
-    Located<const Host> found;
-    Outcome outcome = FindPort(host, request, found);
+Outcome ReadPersonality(const Viewed<Function>& at, PersonalitySetting& setting) {
+    Outcome outcome = CheckHasPersonality(at.adapter);
     if (outcome.IsDone()) {
-        setting.value = found.port->resources.value_or(Resources{}).personality;
+        setting.value = at.port.resources.value_or(Resources{}).personality;
     }
     return outcome;
 }
 
-Outcome WritePersonality(Host& host, const std::string& request, PersonalitySetting& setting) {
-    Located<Host> found;
-    Outcome outcome = FindPort(host, request, found);
+Outcome WritePersonality(const Edited<Function>& at, PersonalitySetting& setting) {
+    Outcome outcome = CheckHasPersonality(at.adapter);
     if (!outcome.IsDone()) {
         return outcome;
     }
@@ -204,20 +186,20 @@ Outcome WritePersonality(Host& host, const std::string& request, PersonalitySett
     if (!personality) {
         return RefuseValue(L"The personality is neither \"1\" nor \"2\".");
     }
-    Port& port = *found.port;
-    Resources& resources = port.resources ? *port.resources : port.resources.emplace();
+    std::optional<Resources>& kept = at.port.resources;
+    Resources& resources = kept ? *kept : kept.emplace();
     setting.result = resources.completionCode;
-    if (setting.result != NotTakenOver) {
+    if (setting.result != tavroapi::ValueRefused) {
         resources.personality = *personality;
     }
     return Done();
 }
 
 constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadPartitions, ReadPartitions>(),
-    Changes<OperationCode::WritePartitions, WritePartitions>(),
-    Reads<OperationCode::ReadPersonality, ReadPersonality>(),
-    Changes<OperationCode::WritePersonality, WritePersonality>(),
+    Reads<OperationCode::ReadPartitions, Function, ReadPartitions>(),
+    Changes<OperationCode::WritePartitions, Function, WritePartitions>(),
+    Reads<OperationCode::ReadPersonality, Function, ReadPersonality>(),
+    Changes<OperationCode::WritePersonality, Function, WritePersonality>(),
 };
 
 }  // namespace

@@ -4,10 +4,11 @@
 #include <sstream>
 #include <string>
 
+#include "library/text/text.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
-#include "simulator/text.h"
+#include "tavroapi/codes.h"
 #include "tavroapi/tcpip_records.h"
 
 namespace tavrosim {
@@ -15,10 +16,6 @@ namespace {
 
 using tavroapi::OperationCode;
 using tavroapi::TcpIpSettings;
-
-constexpr std::uint32_t AppliedAtRestart = 201;
-constexpr std::uint32_t AddressInUse = 37377;
-constexpr std::uint32_t NoLease = 37378;
 
 // The DHCP server of the host's network hands out the first address in its range that no function
 // of the host has.
@@ -52,7 +49,7 @@ bool IsUnset(const std::string& address) {
 }
 
 Outcome RefuseUsedAddress(const std::string& address, const Function& owner) {
-    return Refused(AddressInUse,
+    return Refused(Status::AddressInUse,
                    L"The address " + WideFromUtf8(address) + L" is in use on this host.",
                    L"Choose another address.",
                    L"It belongs to the function " + WideFromUtf8(KeyOf(owner)) + L".");
@@ -70,7 +67,7 @@ std::string LeaseAddress(const Host& host, const Function& function, const std::
 }
 
 Outcome RefuseLease() {
-    return Refused(NoLease, L"The DHCP server has no free address.",
+    return Refused(Status::NoLease, L"The DHCP server has no free address.",
                    L"Give the function a fixed address.");
 }
 
@@ -118,28 +115,20 @@ void ApplyVlan(const TcpIpSettings& wanted, TcpIp& settings) {
 }
 
 // The IPv6 part of the iSCSI commands' record is a placeholder: they set IPv4 only.
-Outcome SetIscsiTcpIp(Host& host, const std::string& request, const TcpIpSettings& wanted) {
-    const auto found = FindIscsiFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"iSCSI");
-    }
-    TcpIp& settings = found.function->iscsi->tcpIp;
+Outcome SetIscsiTcpIp(const Edited<IscsiPart>& at, const TcpIpSettings& wanted) {
+    TcpIp& settings = at.part.tcpIp;
     ApplyVlan(wanted, settings);
-    return ApplyIPv4(host, *found.function, wanted, settings);
+    return ApplyIPv4(at.host, at.function, wanted, settings);
 }
 
 // A driver takes another VLAN over when the host restarts; everything else takes effect at once.
-Outcome SetEthernetTcpIp(Host& host, const std::string& request, TcpIpSettings& wanted) {
-    const auto found = FindEthernetFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"Ethernet");
-    }
-    TcpIp& settings = found.function->ethernet->tcpIp;
+Outcome SetEthernetTcpIp(const Edited<EthernetPart>& at, TcpIpSettings& wanted) {
+    TcpIp& settings = at.part.tcpIp;
     const std::string formerVlan = settings.vlanId;
     ApplyVlan(wanted, settings);
-    wanted.result = settings.vlanId == formerVlan ? 0 : AppliedAtRestart;
-    return wanted.ipVersion == "1" ? ApplyIPv4(host, *found.function, wanted, settings)
-                                   : ApplyIPv6(host, *found.function, wanted, settings);
+    wanted.result = settings.vlanId == formerVlan ? 0 : tavroapi::AppliedAtRestart;
+    return wanted.ipVersion == "1" ? ApplyIPv4(at.host, at.function, wanted, settings)
+                                   : ApplyIPv6(at.host, at.function, wanted, settings);
 }
 
 // The link-local address that every interface forms from its MAC (modified EUI-64).
@@ -168,12 +157,8 @@ std::string LinkLocalAddress(const std::string& mac) {
     return address;
 }
 
-Outcome ReadEthernetTcpIp(const Host& host, const std::string& request, TcpIpSettings& record) {
-    const auto found = FindEthernetFunction(host, request);
-    if (!found) {
-        return UnknownIdentifier(request, L"Ethernet");
-    }
-    const TcpIp& settings = found.function->ethernet->tcpIp;
+Outcome ReadEthernetTcpIp(const Viewed<EthernetPart>& at, TcpIpSettings& record) {
+    const TcpIp& settings = at.part.tcpIp;
     record.dhcpEnabled = settings.dhcp;
     record.ipAddress = settings.address;
     record.subnetMask = settings.subnetMask;
@@ -187,15 +172,15 @@ Outcome ReadEthernetTcpIp(const Host& host, const std::string& request, TcpIpSet
     record.staticPrefixLength = settings.prefixLengthIPv6;
     record.gatewayIPv6 = settings.gatewayIPv6;
     if (!IsUnset(settings.addressIPv6)) {
-        record.linkLocalIPv6 = LinkLocalAddress(found.function->mac);
+        record.linkLocalIPv6 = LinkLocalAddress(at.function.mac);
     }
     return Done();
 }
 
 constexpr OperationModel Rows[] = {
-    Changes<OperationCode::SetIscsiTcpIp, SetIscsiTcpIp>(),
-    Changes<OperationCode::SetEthernetTcpIp, SetEthernetTcpIp>(),
-    Reads<OperationCode::ReadEthernetTcpIp, ReadEthernetTcpIp>(),
+    Changes<OperationCode::SetIscsiTcpIp, IscsiPart, SetIscsiTcpIp>(),
+    Changes<OperationCode::SetEthernetTcpIp, EthernetPart, SetEthernetTcpIp>(),
+    Reads<OperationCode::ReadEthernetTcpIp, EthernetPart, ReadEthernetTcpIp>(),
 };
 
 }  // namespace

@@ -27,7 +27,7 @@ auto FindVirtualPort(AnyPart& part, const std::string& portWwn) {
 }
 
 bool IsInUse(const Host& host, const std::string& portWwn) {
-    if (FindFcoeFunction(host, portWwn)) {
+    if (FindFunctionWith<FcoePart>(host, portWwn)) {
         return true;
     }
     for (const Adapter& adapter : host.adapters) {
@@ -72,19 +72,14 @@ std::string FreeFcid(const FcoePart& part) {
 }
 
 Outcome UnknownVirtualPort(const std::string& portWwn) {
-    return RefusedFcoe(FcoeStatus::UnknownVirtualPort,
-                       L"The port has no virtual port " + QuotedText(portWwn) + L".",
-                       L"Run the command with \"-getvirtualportinfo\" to see the virtual ports.");
+    return Refused(Status::UnknownVirtualPort,
+                   L"The port has no virtual port " + Quoted(portWwn) + L".",
+                   L"Run the command with \"-getvirtualportinfo\" to see the virtual ports.");
 }
 
-Outcome ListPorts(const Host& host, const std::string& request,
-                  std::list<tavroapi::VirtualPortRecord>& records) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    const FcoePart& part = function.Part();
-    const FcoeFabric& fabric = host.fcoeFabric;
+Outcome ListPorts(const Viewed<FcoePart>& at, std::list<tavroapi::VirtualPortRecord>& records) {
+    const FcoePart& part = at.part;
+    const FcoeFabric& fabric = at.host.fcoeFabric;
     records.clear();
     for (const VirtualPort& port : part.virtualPorts) {
         records.push_back({.libraryText1 = {},
@@ -105,42 +100,32 @@ Outcome ListPorts(const Host& host, const std::string& request,
     return Done();
 }
 
-Outcome CreatePorts(Host& host, const std::string& request,
-                    const std::list<VirtualPortRequest>& wanted) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    FcoePart& part = function.Part();
+Outcome CreatePorts(const Edited<FcoePart>& at, const std::list<VirtualPortRequest>& wanted) {
+    FcoePart& part = at.part;
     for (const VirtualPortRequest& each : wanted) {
         if (NormalIdentifier(each.portWwn).size() != WwnDigits) {
-            return RefusedFcoe(FcoeStatus::InvalidWwn, QuotedText(each.portWwn) + L" is no WWN.",
-                               L"Give 16 hexadecimal digits, such as 20:01:02:00:5E:10:00:04.");
+            return Refused(Status::InvalidWwn, Quoted(each.portWwn) + L" is no WWN.",
+                           L"Give 16 hexadecimal digits, such as 20:01:02:00:5E:10:00:04.");
         }
-        if (IsInUse(host, each.portWwn)) {
-            return RefusedFcoe(
-                FcoeStatus::WwnInUse,
-                L"A port of this host already has the WWN " + QuotedText(each.portWwn) + L".",
+        if (IsInUse(at.host, each.portWwn)) {
+            return Refused(
+                Status::WwnInUse,
+                L"A port of this host already has the WWN " + Quoted(each.portWwn) + L".",
                 L"Choose another WWN.");
         }
         const std::string fcid = FreeFcid(part);
         if (fcid.empty()) {
-            return RefusedFcoe(FcoeStatus::NoFcidLeft,
-                               L"The fabric has no address left for another virtual port.",
-                               L"Delete virtual ports that are not needed.");
+            return Refused(Status::NoFcidLeft,
+                           L"The fabric has no address left for another virtual port.",
+                           L"Delete virtual ports that are not needed.");
         }
         part.virtualPorts.push_back({each.portWwn, part.nodeWwn, fcid});
     }
     return Done();
 }
 
-Outcome DeletePorts(Host& host, const std::string& request,
-                    const std::list<VirtualPortRequest>& unwanted) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    FcoePart& part = function.Part();
+Outcome DeletePorts(const Edited<FcoePart>& at, const std::list<VirtualPortRequest>& unwanted) {
+    FcoePart& part = at.part;
     for (const VirtualPortRequest& each : unwanted) {
         const auto found = FindVirtualPort(part, each.portWwn);
         if (found == part.virtualPorts.end()) {
@@ -151,25 +136,21 @@ Outcome DeletePorts(Host& host, const std::string& request,
     return Done();
 }
 
-// Refuses a request that names no FCoE port of the host, and a query for no virtual port of it.
-Outcome CheckQuery(const Host& host, const std::string& request, const VirtualPortQuery& query) {
-    const FcoeRequest function(host, request);
-    if (function.IsRefused()) {
-        return function.refusal;
-    }
-    if (FindVirtualPort(function.Part(), query.portWwn) == function.Part().virtualPorts.end()) {
+// Refuses a query for no virtual port of the function.
+Outcome CheckQuery(const Viewed<FcoePart>& at, const VirtualPortQuery& query) {
+    if (FindVirtualPort(at.part, query.portWwn) == at.part.virtualPorts.end()) {
         return UnknownVirtualPort(query.portWwn);
     }
     return Done();
 }
 
-Outcome ListTargets(const Host& host, const std::string& request, const VirtualPortQuery& query,
+Outcome ListTargets(const Viewed<FcoePart>& at, const VirtualPortQuery& query,
                     std::list<tavroapi::VirtualPortTargetRecord>& records) {
-    if (Outcome checked = CheckQuery(host, request, query); !checked.IsDone()) {
+    if (Outcome checked = CheckQuery(at, query); !checked.IsDone()) {
         return checked;
     }
     records.clear();
-    for (const SeenTarget& seen : TargetsSeenBy(host.fcoeFabric, query.portWwn, {})) {
+    for (const SeenTarget& seen : TargetsSeenBy(at.host.fcoeFabric, query.portWwn, {})) {
         auto& record = records.emplace_back();
         record.fcid = seen.target->fcid;
         record.portName = seen.target->portWwn;
@@ -180,13 +161,13 @@ Outcome ListTargets(const Host& host, const std::string& request, const VirtualP
     return Done();
 }
 
-Outcome ListLuns(const Host& host, const std::string& request, const VirtualPortQuery& query,
+Outcome ListLuns(const Viewed<FcoePart>& at, const VirtualPortQuery& query,
                  std::list<tavroapi::VirtualPortLunRecord>& records) {
-    if (Outcome checked = CheckQuery(host, request, query); !checked.IsDone()) {
+    if (Outcome checked = CheckQuery(at, query); !checked.IsDone()) {
         return checked;
     }
     records.clear();
-    for (const SeenTarget& seen : TargetsSeenBy(host.fcoeFabric, query.portWwn, {})) {
+    for (const SeenTarget& seen : TargetsSeenBy(at.host.fcoeFabric, query.portWwn, {})) {
         for (const FabricLun& lun : seen.target->luns) {
             records.push_back({.volumes = lun.volumes,
                                .vendorId = lun.vendor,
@@ -205,11 +186,11 @@ Outcome ListLuns(const Host& host, const std::string& request, const VirtualPort
 }
 
 constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ListVirtualPorts, ListPorts>(),
-    Changes<OperationCode::CreateVirtualPorts, CreatePorts>(),
-    Changes<OperationCode::DeleteVirtualPorts, DeletePorts>(),
-    Reads<OperationCode::ListVirtualPortTargets, ListTargets>(),
-    Reads<OperationCode::ListVirtualPortLuns, ListLuns>(),
+    Reads<OperationCode::ListVirtualPorts, FcoePart, ListPorts>(),
+    Changes<OperationCode::CreateVirtualPorts, FcoePart, CreatePorts>(),
+    Changes<OperationCode::DeleteVirtualPorts, FcoePart, DeletePorts>(),
+    Reads<OperationCode::ListVirtualPortTargets, FcoePart, ListTargets>(),
+    Reads<OperationCode::ListVirtualPortLuns, FcoePart, ListLuns>(),
 };
 
 }  // namespace

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
+#include "adapters/inventory.h"
+
 namespace tavro {
 
-std::optional<std::string> FindFunctionAddress(EntryCache& cache, const std::string& keyText) {
+std::optional<std::string> FindFunctionAddress(const std::string& keyText) {
+    EntryCache cache;
     std::list<tavroapi::AdapterRecord> adapters;
     if (ReadHostName(cache) != CallOutcome::Done ||
         ReadAdapters(cache, adapters) != CallOutcome::Done) {

@@ -27,7 +27,7 @@ bool IsSupported(const tavroapi::AdapterRecord& adapter) {
 // The state as reported by the first function of the state-bearing type that answers.
 std::optional<std::int32_t> ReadAdapterState(const PortFunctions& functions) {
     std::wstring state;
-    const bool answered = FindFunction(functions, [&](const auto& address, const auto& identity) {
+    const bool answered = VisitFunctions(functions, [&](const auto& address, const auto& identity) {
         if (identity.functionType != tavroapi::EthernetFunction) {
             return false;
         }

@@ -10,9 +10,6 @@ namespace tavro {
 // What discovery returns when it failed or found no supported adapter.
 inline constexpr std::int32_t NoAdapterState = 7;
 
-// The adapter state in which commands that change adapters are blocked.
-inline constexpr std::int32_t RestrictedAdapterState = 6;
-
 // Reads the host name, the adapters, and the state of the first supported adapter that tells it (a
 // supported adapter's name holds one of the known model designations). Failures are reported on the
 // console at once; the result is then `NoAdapterState`.

@@ -3,18 +3,10 @@
 #include <list>
 #include <string>
 
+#include "mgmt/entry_cache.h"
 #include "mgmt/operation.h"
-#include "tavroapi/entry_points.h"
 
 namespace tavro {
-
-// The library's inventory entry points, filled in as they are resolved. Owned by the main flow and
-// handed to whatever asks for the host's adapters.
-struct EntryCache {
-    tavroapi::GetHostNameEntry::Function* getHostName = nullptr;
-    tavroapi::GetDiscoveredAdaptersEntry::Function* getDiscoveredAdapters = nullptr;
-    tavroapi::GetPortWWNsEntry::Function* getPortWWNs = nullptr;
-};
 
 // The host's name as the library last reported it.
 extern std::string HostName;
@@ -28,7 +20,7 @@ struct PortFunctions {
 // Walks both lists in step and calls `visit(address, identity)` for each function until it returns
 // true. Returns whether it did.
 template <class Visitor>
-bool FindFunction(const PortFunctions& functions, Visitor visit) {
+bool VisitFunctions(const PortFunctions& functions, Visitor visit) {
     auto identity = functions.identities.begin();
     for (const tavroapi::FunctionAddress& address : functions.addresses) {
         if (identity == functions.identities.end()) {

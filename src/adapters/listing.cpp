@@ -1,8 +1,10 @@
 #include "adapters/listing.h"
 
+#include "adapters/inventory.h"
+#include "cli/invocation.h"
 #include "console/console.h"
 #include "mgmt/message.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "mgmt/text.h"
 
 namespace tavro {
@@ -34,7 +36,7 @@ void PrintFunction(const tavroapi::FunctionAddress& address,
 // A port's functions come out grouped by the parity of their numbers, even ones first.
 void PrintFunctions(const PortFunctions& functions) {
     for (const std::uint32_t parity : {0U, 1U}) {
-        FindFunction(functions, [parity](const auto& address, const auto& identity) {
+        VisitFunctions(functions, [parity](const auto& address, const auto& identity) {
             if ((address.functionNumber & 1U) == parity) {
                 PrintFunction(address, identity);
             }
@@ -97,12 +99,26 @@ bool ListHost(EntryCache& cache) {
     return anyListed;
 }
 
-}  // namespace
-
-void ListAdapters(EntryCache& cache) {
-    if (!ListHost(cache)) {
+// Lists the host's name, its adapters, and each port's functions with the identifiers that the
+// other commands take. Failures are reported where they happen; the listing goes on with the next
+// port.
+void ListAdapters(const Invocation& invocation) {
+    if (!ListHost(invocation.cache)) {
         ShowFailure(MessageId::NoAdapterListed);
     }
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{5},
+     .form = {"-showadapter"},
+     .access = AccessClass::Warns,
+     .handler = ListAdapters},
+};
+
+}  // namespace
+
+std::span<const Command> ListingCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

@@ -30,24 +30,16 @@ std::optional<std::uint32_t> GetPartitionState(const std::string& portIdentifier
     return QueryBeforeOperation<tavroapi::GetPartitionStateEntry, std::uint32_t>(portIdentifier);
 }
 
+std::optional<std::uint32_t> GetPartitionStateAlone(const std::string& portIdentifier) {
+    return Query<tavroapi::GetPartitionStateEntry, std::uint32_t>(portIdentifier);
+}
+
 std::optional<std::string> GetAdapterType(const std::string& mac) {
     return QueryBeforeOperation<tavroapi::GetAdapterTypeEntry, std::string>(mac);
 }
 
 std::optional<std::uint32_t> GetAdapterPortNumber(const std::string& mac) {
     return QueryBeforeOperation<tavroapi::GetAdapterPortNumberEntry, std::uint32_t>(mac);
-}
-
-std::optional<MessageId> BootChangeRefusal(const std::string& portIdentifier) {
-    switch (Query<tavroapi::GetPartitionStateEntry, std::uint32_t>(portIdentifier).value_or(0)) {
-        case 1:
-        case 3:
-            return std::nullopt;
-        case 2:
-            return MessageId::BootOfPartitionedPort;
-        default:
-            return MessageId::BootInUnknownPartitionState;
-    }
 }
 
 }  // namespace tavro

@@ -2,9 +2,7 @@
 
 #include <string_view>
 
-#include "cli/prompts.h"
-#include "console/question.h"
-#include "console/wipe.h"
+#include "cli/questions.h"
 
 namespace tavro {
 
@@ -14,11 +12,10 @@ constexpr std::size_t ShortestSecret = 12;
 constexpr std::size_t LongestSecret = 16;
 
 void AskChapSecret(std::string& secret, MessageId prompt) {
-    console::AskSecret(
-        secret, [=] { ShowPrompt(prompt); }, [] { ShowPrompt(MessageId::ChapSecretRefused); },
-        [](const std::string& entered) {
-            return entered.size() >= ShortestSecret && entered.size() <= LongestSecret;
-        });
+    AskSecret(secret, {prompt, Refusal::RetryPrompt(MessageId::ChapSecretRefused)},
+              [](const std::string& entered) {
+                  return entered.size() >= ShortestSecret && entered.size() <= LongestSecret;
+              });
 }
 
 void AskTargetChap(tavroapi::LoginOptions& options) {
@@ -60,11 +57,6 @@ int ParseLoginOptions(tavroapi::LoginOptions& options, Arguments arguments, std:
         }
     }
     return 0;
-}
-
-LoginSecretsGuard::~LoginSecretsGuard() {
-    console::WipeSecret(options.targetSecret);
-    console::WipeSecret(options.initiatorSecret);
 }
 
 }  // namespace tavro

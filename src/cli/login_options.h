@@ -13,16 +13,4 @@ void ResetLoginOptions(tavroapi::LoginOptions& options);
 // asked for on the console, a secret until it has 12 to 16 characters. Returns 0: it never rejects.
 int ParseLoginOptions(tavroapi::LoginOptions& options, Arguments arguments, std::size_t first = 0);
 
-// Wipes the CHAP secrets of options that it does not own when the scope is left.
-class LoginSecretsGuard {
-  public:
-    explicit LoginSecretsGuard(tavroapi::LoginOptions& guardedOptions) : options(guardedOptions) {}
-    ~LoginSecretsGuard();
-    LoginSecretsGuard(const LoginSecretsGuard&) = delete;
-    LoginSecretsGuard& operator=(const LoginSecretsGuard&) = delete;
-
-  private:
-    tavroapi::LoginOptions& options;
-};
-
 }  // namespace tavro

@@ -7,8 +7,7 @@
 namespace tavro {
 
 bool IsValidVlanId(const std::string& vlanId) {
-    constexpr std::int32_t HighestVlanId = 4094;
-    return IsNumberInRange(vlanId, HighestVlanId);
+    return IsNumberInRange(vlanId, operand::VlanId.highest);
 }
 
 tavroapi::TcpIpSettings SettingsForVlan(const std::string& vlanId) {
@@ -20,11 +19,11 @@ tavroapi::TcpIpSettings SettingsForVlan(const std::string& vlanId) {
     return settings;
 }
 
-std::optional<tavroapi::TcpIpSettings> SettingsForDhcp(Arguments arguments, std::size_t position) {
-    if (!CanDoOperation() || position >= arguments.size()) {
+std::optional<tavroapi::TcpIpSettings> SettingsForDhcp(const Invocation& invocation) {
+    if (!CanDoOperation() || !invocation.Has(operand::VlanId)) {
         return std::nullopt;
     }
-    const std::string vlanId = arguments[position];
+    const std::string vlanId = invocation.Text(operand::VlanId);
     if (!IsValidVlanId(vlanId)) {
         ShowMessage(MessageId::InvalidVlanId);
         return std::nullopt;
@@ -32,10 +31,11 @@ std::optional<tavroapi::TcpIpSettings> SettingsForDhcp(Arguments arguments, std:
     return SettingsForVlan(vlanId);
 }
 
-std::optional<tavroapi::TcpIpSettings> SettingsForStaticIPv4(const std::string& vlanId,
-                                                             const std::string& address,
-                                                             const std::string& subnetMask,
-                                                             const std::string& gateway) {
+std::optional<tavroapi::TcpIpSettings> SettingsForStaticIPv4(const Invocation& invocation) {
+    const std::string vlanId = invocation.Text(operand::VlanId);
+    const std::string address = invocation.Text(operand::IPv4Address);
+    const std::string subnetMask = invocation.Text(operand::SubnetMask);
+    const std::string gateway = invocation.Text(operand::IPv4Gateway);
     const struct {
         bool valid;
         MessageId refusal;

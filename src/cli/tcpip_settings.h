@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "cli/arguments.h"
+#include "cli/invocation.h"
 #include "tavroapi/tcpip_records.h"
 
 namespace tavro {
@@ -16,16 +16,13 @@ bool IsValidVlanId(const std::string& vlanId);
 // empty.
 tavroapi::TcpIpSettings SettingsForVlan(const std::string& vlanId);
 
-// What both kinds of DHCP settings begin with: `SettingsForVlan` of the VLAN ID at `position`.
-// Nothing when there is no such argument or operations cannot be performed, which is passed over in
-// silence, and when the VLAN ID is invalid, whose message is shown.
-std::optional<tavroapi::TcpIpSettings> SettingsForDhcp(Arguments arguments, std::size_t position);
+// What both kinds of DHCP settings begin with: `SettingsForVlan` of the VLAN ID that is typed.
+// Nothing when there is none or operations cannot be performed, which is passed over in silence,
+// and when the VLAN ID is invalid, whose message is shown.
+std::optional<tavroapi::TcpIpSettings> SettingsForDhcp(const Invocation& invocation);
 
-// The settings for a fixed IPv4 address. Checks address, VLAN ID, subnet mask and gateway in this
-// order; for the first that is invalid shows its message and returns nothing.
-std::optional<tavroapi::TcpIpSettings> SettingsForStaticIPv4(const std::string& vlanId,
-                                                             const std::string& address,
-                                                             const std::string& subnetMask,
-                                                             const std::string& gateway);
+// The settings for the fixed IPv4 address that is typed. Checks address, VLAN ID, subnet mask and
+// gateway in this order; for the first that is invalid shows its message and returns nothing.
+std::optional<tavroapi::TcpIpSettings> SettingsForStaticIPv4(const Invocation& invocation);
 
 }  // namespace tavro

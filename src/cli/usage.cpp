@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "cli/invocation.h"
 #include "console/console.h"
 #include "mgmt/message.h"
 #include "mgmt/text.h"
@@ -93,9 +94,8 @@ std::wstring TitleLine() {
     return ToWide(ProductTitle) + L"(" + ToWide(ProductVersion) + L")";
 }
 
-}  // namespace
-
-void ShowUsage() {
+// Prints the usage screen: title, the library's introduction and every advertised command form.
+void ShowUsage(const Invocation&) {
     console::EndLine();
     console::PrintLine(TitleLine());
     console::PrintLine(ToWide(ProductNotice));
@@ -109,7 +109,8 @@ void ShowUsage() {
     }
 }
 
-void ShowAbout() {
+// Prints the framed title and notice.
+void ShowAbout(const Invocation&) {
     const std::wstring frame = L"\t\t" + std::wstring(74, L'*');
     console::EndLine();
     console::PrintLine(frame);
@@ -117,6 +118,17 @@ void ShowAbout() {
     console::PrintLine(L"\t\t\t" + ToWide(ProductNotice));
     console::EndLine();
     console::PrintLine(frame);
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{2}, .form = {"-about"}, .access = AccessClass::Runs, .handler = ShowAbout},
+    {.code = CommandCode{3}, .form = {"-help"}, .access = AccessClass::Warns, .handler = ShowUsage},
+};
+
+}  // namespace
+
+std::span<const Command> ScreenCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <span>
+
+#include "cli/command.h"
+
 namespace tavro {
 
-// Prints the usage screen: title, the library's introduction and every advertised command form.
-void ShowUsage();
-
-// Prints the framed title and notice.
-void ShowAbout();
+// The commands that show the program's own screens.
+std::span<const Command> ScreenCommands();
 
 }  // namespace tavro

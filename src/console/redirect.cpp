@@ -24,13 +24,13 @@ Device MemoryDevice(std::string& input, std::string& output) {
 }  // namespace
 
 Redirect::Redirect(Device device)
-    : state(std::make_unique<State>(std::move(device))), former(Exchange(state.get())) {}
+    : state_(std::make_unique<State>(std::move(device))), former_(Exchange(state_.get())) {}
 
 Redirect::~Redirect() {
-    Exchange(former);
+    Exchange(former_);
 }
 
 MemoryConsole::MemoryConsole(std::string typed)
-    : input(std::move(typed)), redirect(MemoryDevice(input, output)) {}
+    : input_(std::move(typed)), redirect_(MemoryDevice(input_, output_)) {}
 
 }  // namespace tavro::console

@@ -47,8 +47,8 @@ class Redirect {
     Redirect& operator=(Redirect&&) = delete;
 
   private:
-    std::unique_ptr<State> state;
-    State* former;
+    std::unique_ptr<State> state_;
+    State* former_;
 };
 
 // A Redirect into memory, in UTF-8 with "\n" as line end on every system.
@@ -59,12 +59,12 @@ class MemoryConsole {
 
     // Everything written so far; what is printed without a line end is in it after the next flush
     // or read.
-    const std::string& Output() const { return output; }
+    const std::string& Output() const { return output_; }
 
   private:
-    std::string input;
-    std::string output;
-    Redirect redirect;
+    std::string input_;
+    std::string output_;
+    Redirect redirect_;
 };
 
 }  // namespace tavro::console

@@ -16,27 +16,27 @@ constexpr int Backspace = 8;
 // Where the keys come from: the terminal, or the bytes of the console's input.
 class Keys {
   public:
-    explicit Keys(State& consoleState) : state(consoleState) {
-        if (state.device.keysFromTerminal) {
-            terminal.emplace();
+    explicit Keys(State& consoleState) : state_(consoleState) {
+        if (state_.device.keysFromTerminal) {
+            terminal_.emplace();
         }
     }
 
     // The next key, or EndOfInput. What had been read of a line before comes first.
     int Next() {
-        const bool buffered = state.position < state.filled || state.atEnd;
-        if (terminal && !buffered) {
-            state.swallowLineFeed = false;
-            return terminal->ReadKey();
+        const bool buffered = state_.position < state_.filled || state_.atEnd;
+        if (terminal_ && !buffered) {
+            state_.swallowLineFeed = false;
+            return terminal_->ReadKey();
         }
-        const int key = TakeByte(state);
-        state.swallowLineFeed = key == '\r';
+        const int key = TakeByte(state_);
+        state_.swallowLineFeed = key == '\r';
         return key;
     }
 
   private:
-    State& state;
-    std::optional<platform::KeyByKeyMode> terminal;
+    State& state_;
+    std::optional<platform::KeyByKeyMode> terminal_;
 };
 
 bool EndsSecret(int key) {

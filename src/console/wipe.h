@@ -11,15 +11,15 @@ void WipeSecret(std::string& text) noexcept;
 // Wipes a text that it does not own when the scope is left, by whatever way.
 class SecretGuard {
   public:
-    explicit SecretGuard(std::string& guardedText) : text(guardedText) {}
-    ~SecretGuard() { WipeSecret(text); }
+    explicit SecretGuard(std::string& guardedText) : text_(guardedText) {}
+    ~SecretGuard() { WipeSecret(text_); }
     SecretGuard(const SecretGuard&) = delete;
     SecretGuard& operator=(const SecretGuard&) = delete;
     SecretGuard(SecretGuard&&) = delete;
     SecretGuard& operator=(SecretGuard&&) = delete;
 
   private:
-    std::string& text;
+    std::string& text_;
 };
 
 }  // namespace tavro::console

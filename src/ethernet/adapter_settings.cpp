@@ -1,18 +1,17 @@
-// The settings of an Ethernet adapter: showing them, changing them in a dialogue, exporting them.
-#include "ethernet/adapter_settings.h"
+// The settings of an Ethernet adapter: showing them, and changing them in a dialogue.
+#include "ethernet/commands.h"
 
 #include <optional>
 #include <vector>
 
-#include "cli/prompts.h"
-#include "cli/yes_no.h"
+#include "cli/invocation.h"
+#include "cli/questions.h"
 #include "console/console.h"
-#include "console/question.h"
 #include "ethernet/closing_rule.h"
 #include "ethernet/value_editor.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "tavroapi/ethernet_records.h"
 
 namespace tavro {
@@ -114,36 +113,32 @@ enum class Decision { Confirm, Abort };
 
 // Edits the settings that the user names until he is through.
 Decision EditSettings(AdapterSettings& settings, const ChangeableSettings& changeable) {
-    return console::AskWithRetryPrompt(
-        [] { ShowPrompt(MessageId::AskFirstSetting); },
-        [] {
-            console::PrintNarrowLine("");
-            ShowPrompt(MessageId::AskNextSetting);
-        },
-        [&](const std::string& answer) -> std::optional<Decision> {
-            if (answer == "Y" || answer == "y") {
-                return Decision::Confirm;
-            }
-            if (answer == "A" || answer == "a") {
-                return Decision::Abort;
-            }
-            if (const SettingRow* const row = RowNumbered(answer, changeable)) {
-                Edit(settings, *row);
-            } else {
-                ShowNotice(MessageId::ValueRefused);
-            }
-            return std::nullopt;
-        });
+    std::string answer = AskLine(MessageId::AskFirstSetting);
+    while (true) {
+        if (answer == "Y" || answer == "y") {
+            return Decision::Confirm;
+        }
+        if (answer == "A" || answer == "a") {
+            return Decision::Abort;
+        }
+        if (const SettingRow* const row = RowNumbered(answer, changeable)) {
+            Edit(settings, *row);
+        } else {
+            ShowNotice(MessageId::ValueRefused);
+        }
+        console::EndLine();
+        answer = AskLine(MessageId::AskNextSetting);
+    }
 }
 
 // Shows the edited settings and writes them when the user says so. He is asked once only.
 void ConfirmAndWrite(const std::string& mac, AdapterSettings& settings,
                      const ChangeableSettings& changeable) {
-    console::PrintNarrowLine("");
+    console::EndLine();
     ShowMessage(MessageId::AdapterSettingsTitle, NoValue, Layout::Title);
-    console::PrintNarrowLine("");
+    console::EndLine();
     ShowNumbered(settings, changeable);
-    console::PrintNarrowLine("");
+    console::EndLine();
     const std::optional<bool> confirmed = YesOrNo(AskLine(MessageId::AskConfirmation));
     if (!confirmed) {
         ShowSpacedNotice(MessageId::ConfirmationRefused);
@@ -163,16 +158,16 @@ bool ReadSettings(const std::string& mac, AdapterSettings& settings, MessageId f
     return outcome == CallOutcome::Done;
 }
 
-}  // namespace
-
-void ShowAdapterSettings(const std::string& mac) {
+// Shows the settings that the adapter of an Ethernet port has. Without the library's entry point
+// nothing is shown.
+void ShowAdapterSettings(const Invocation& invocation) {
     AdapterSettings settings;
-    if (!ReadSettings(mac, settings, MessageId::AdapterSettingsFailed)) {
+    if (!ReadSettings(invocation.port, settings, MessageId::AdapterSettingsFailed)) {
         return;
     }
-    console::PrintNarrowLine("");
+    console::EndLine();
     ShowMessage(MessageId::AdapterSettingsTitle, NoValue, Layout::Title);
-    console::PrintNarrowLine("");
+    console::EndLine();
     for (const SettingRow& row : SettingRows) {
         const AdapterSetting& setting = settings.settings.at(row.number);
         if (IsAvailable(setting)) {
@@ -182,28 +177,42 @@ void ShowAdapterSettings(const std::string& mac) {
     PrintClosingRule(Rule78);
 }
 
-void ChangeAdapterSettings(const std::string& mac) {
+// Shows the settings that can be changed, lets the user edit one after the other, and writes them
+// once confirmed. How the write ends is not reported.
+void ChangeAdapterSettings(const Invocation& invocation) {
     AdapterSettings settings;
-    if (!ReadSettings(mac, settings, MessageId::ChangeAdapterSettingsFailed)) {
+    if (!ReadSettings(invocation.port, settings, MessageId::ChangeAdapterSettingsFailed)) {
         return;
     }
-    console::PrintNarrowLine("");
+    console::EndLine();
     ShowMessage(MessageId::AdapterSettingsTitle, "", Layout::Title);
-    console::PrintNarrowLine("");
+    console::EndLine();
     const ChangeableSettings changeable = ChangeableOf(settings);
     ShowNumbered(settings, changeable);
-    console::PrintNarrowLine("");
+    console::EndLine();
     if (EditSettings(settings, changeable) == Decision::Confirm) {
-        ConfirmAndWrite(mac, settings, changeable);
+        ConfirmAndWrite(invocation.port, settings, changeable);
     } else {
         console::PrintNarrowLine("Abort any changes");
     }
     PrintClosingRule(Rule78);
 }
 
-void GetEthernetXml(const std::string& mac) {
-    AdapterSettings settings;
-    DoOperation<OperationCode::ExportAdapterSettings>(mac, settings);
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{56},
+     .form = {"-ethernet", operand::PortMac, "-getadapinfo"},
+     .access = AccessClass::Runs,
+     .handler = ShowAdapterSettings},
+    {.code = CommandCode{63},
+     .form = {"-ethernet", operand::PortMac, "-setadapinfo"},
+     .access = AccessClass::Blocked,
+     .handler = ChangeAdapterSettings},
+};
+
+}  // namespace
+
+std::span<const Command> AdapterSettingCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

@@ -1,12 +1,13 @@
 // The information about an Ethernet port.
-#include "ethernet/port_info.h"
+#include "ethernet/commands.h"
 
+#include "cli/invocation.h"
 #include "console/console.h"
 #include "ethernet/closing_rule.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
 #include "mgmt/rows.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "tavroapi/ethernet_records.h"
 
 namespace tavro {
@@ -16,36 +17,43 @@ using tavroapi::OperationCode;
 
 namespace {
 
+namespace ethernet_port = tavroapi::ethernet_port;
+
 constexpr TextRow Rows[] = {
-    {MessageId::EthernetPortText7, 7},   {MessageId::EthernetPortText6, 6},
-    {MessageId::AssignedAddress, 29},    {MessageId::EthernetPortText9, 9},
-    {MessageId::EthernetPortText10, 10}, {MessageId::EthernetPortText12, 12},
-    {MessageId::EthernetPortText32, 32}, {MessageId::EthernetPortText0, 0},
-    {MessageId::EthernetPortText1, 1},   {MessageId::EthernetPortText2, 2},
-    {MessageId::EthernetPortText31, 31}, {MessageId::EthernetPortText13, 13},
-    {MessageId::EthernetPortText22, 22}, {MessageId::EthernetPortText16, 16},
-    {MessageId::EthernetPortText15, 15}, {MessageId::EthernetPortText14, 14},
-    {MessageId::EthernetPortText26, 26}, {MessageId::WideRowLabel, EthernetPortInfo::WidePosition},
-    {MessageId::EthernetPortText23, 23},
+    {MessageId::EthernetPortPermanentMac, ethernet_port::PermanentMac},
+    {MessageId::EthernetPortCurrentMac, ethernet_port::CurrentMac},
+    {MessageId::AssignedAddress, ethernet_port::LocallyAdministeredAddress},
+    {MessageId::EthernetPortLinkState, ethernet_port::LinkState},
+    {MessageId::EthernetPortLinkSpeed, ethernet_port::LinkSpeed},
+    {MessageId::EthernetPortMaximumLinkSpeed, ethernet_port::MaximumLinkSpeed},
+    {MessageId::EthernetPortFlowControl, ethernet_port::FlowControl},
+    {MessageId::EthernetPortModelName, ethernet_port::ModelName},
+    {MessageId::EthernetPortSerialNumber, ethernet_port::SerialNumber},
+    {MessageId::EthernetPortPartNumber, ethernet_port::PartNumber},
+    {MessageId::EthernetPortHardwareRevision, ethernet_port::HardwareRevision},
+    {MessageId::EthernetPortDriver, ethernet_port::Driver},
+    {MessageId::EthernetPortDriverVersion, ethernet_port::DriverVersion},
+    {MessageId::EthernetPortFirmwareVersion, ethernet_port::FirmwareVersion},
+    {MessageId::EthernetPortBootCodeVersion, ethernet_port::BootCodeVersion},
+    {MessageId::EthernetPortOptionRomVersion, ethernet_port::OptionRomVersion},
+    {MessageId::EthernetPortPciLocation, ethernet_port::PciLocation},
+    {MessageId::WideRowLabel, ethernet_port::DeviceName},
+    {MessageId::EthernetPortLargestFrame, ethernet_port::LargestFrame},
 };
 
-void ShowRow(const EthernetPortInfo& info, const TextRow& row) {
-    if (row.position == EthernetPortInfo::WidePosition) {
+void ShowRow(EthernetPortInfo& info, const TextRow& row) {
+    if (row.position == ethernet_port::DeviceName) {
         ShowWideRow(info.wideText27, "");
-        return;
+    } else {
+        ShowMessage(row.label, info.NarrowText(row.position), Layout::Row);
     }
-    const std::string& text =
-        row.position < EthernetPortInfo::WidePosition
-            ? info.texts0To26.at(row.position)
-            : info.texts28To32.at(row.position - EthernetPortInfo::WidePosition - 1);
-    ShowMessage(row.label, text, Layout::Row);
 }
 
-}  // namespace
-
-void ShowEthernetPortInfo(const std::string& mac) {
+// Shows what the library tells about an Ethernet port. Without the library's entry point nothing is
+// shown.
+void ShowEthernetPortInfo(const Invocation& invocation) {
     EthernetPortInfo info;
-    switch (DoOperation<OperationCode::ReadEthernetPort>(mac, info)) {
+    switch (DoOperation<OperationCode::ReadEthernetPort>(invocation.port, info)) {
         case CallOutcome::NotResolved:
             return;
         case CallOutcome::Failed:
@@ -54,13 +62,26 @@ void ShowEthernetPortInfo(const std::string& mac) {
         case CallOutcome::Done:
             break;
     }
-    console::PrintNarrowLine("");
+    console::EndLine();
     ShowMessage(MessageId::EthernetPortTitle, "", Layout::Title);
-    console::PrintNarrowLine("");
+    console::EndLine();
     for (const TextRow& row : Rows) {
         ShowRow(info, row);
     }
     PrintClosingRule(Rule78);
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{55},
+     .form = {"-ethernet", operand::PortMac, "-portinfo"},
+     .access = AccessClass::Runs,
+     .handler = ShowEthernetPortInfo},
+};
+
+}  // namespace
+
+std::span<const Command> EthernetPortCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

@@ -1,14 +1,15 @@
 // The counters of an Ethernet port: showing and resetting them.
-#include "ethernet/statistics.h"
+#include "ethernet/commands.h"
 
 #include <string_view>
 
+#include "cli/invocation.h"
 #include "console/console.h"
 #include "ethernet/closing_rule.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
 #include "mgmt/rows.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "tavroapi/ethernet_records.h"
 
 namespace tavro {
@@ -18,6 +19,8 @@ using tavroapi::OperationCode;
 
 namespace {
 
+namespace ethernet_statistics = tavroapi::ethernet_statistics;
+
 // A row of the traffic section: the counters of both directions, by their numbers.
 struct DirectionRow {
     MessageId label;
@@ -26,30 +29,45 @@ struct DirectionRow {
 };
 
 constexpr DirectionRow TrafficRows[] = {
-    {MessageId::EthernetCounters21And20, 21, 20},  // numbered the other way round
-    {MessageId::EthernetCounters0And1, 0, 1},     {MessageId::EthernetCounters6And12, 6, 12},
-    {MessageId::EthernetCounters8And14, 8, 14},   {MessageId::EthernetCounters10And16, 10, 16},
+    {MessageId::EthernetBytes, ethernet_statistics::BytesSent,
+     ethernet_statistics::BytesReceived},  // numbered the other way round
+    {MessageId::EthernetFrames, ethernet_statistics::FramesSent,
+     ethernet_statistics::FramesReceived},
+    {MessageId::EthernetUnicastFrames, ethernet_statistics::UnicastFramesSent,
+     ethernet_statistics::UnicastFramesReceived},
+    {MessageId::EthernetMulticastFrames, ethernet_statistics::MulticastFramesSent,
+     ethernet_statistics::MulticastFramesReceived},
+    {MessageId::EthernetBroadcastFrames, ethernet_statistics::BroadcastFramesSent,
+     ethernet_statistics::BroadcastFramesReceived},
 };
 
 constexpr TextRow SecondSectionRows[] = {
-    {MessageId::EthernetCounter2, 2},   {MessageId::EthernetCounter22, 22},
-    {MessageId::EthernetCounter18, 18}, {MessageId::EthernetCounter29, 29},
-    {MessageId::EthernetCounter26, 26}, {MessageId::EthernetCounter24, 24},
-    {MessageId::EthernetCounter25, 25}, {MessageId::EthernetCounter27, 27},
-    {MessageId::EthernetCounter32, 32},
+    {MessageId::EthernetReceiveErrors, ethernet_statistics::ReceiveErrors},
+    {MessageId::EthernetChecksumErrors, ethernet_statistics::ChecksumErrors},
+    {MessageId::EthernetAlignmentErrors, ethernet_statistics::AlignmentErrors},
+    {MessageId::EthernetShortFrames, ethernet_statistics::ShortFrames},
+    {MessageId::EthernetLongFrames, ethernet_statistics::LongFrames},
+    {MessageId::EthernetFragments, ethernet_statistics::Fragments},
+    {MessageId::EthernetJabberFrames, ethernet_statistics::JabberFrames},
+    {MessageId::EthernetFramesWithoutBuffer, ethernet_statistics::FramesWithoutBuffer},
+    {MessageId::EthernetReceivedFramesDropped, ethernet_statistics::ReceivedFramesDropped},
 };
 
 constexpr TextRow ThirdSectionRows[] = {
-    {MessageId::EthernetCounter3, 3},   {MessageId::EthernetCounter19, 19},
-    {MessageId::EthernetCounter28, 28}, {MessageId::EthernetCounter17, 17},
-    {MessageId::EthernetCounter23, 23}, {MessageId::EthernetCounter4, 4},
+    {MessageId::EthernetTransmitErrors, ethernet_statistics::TransmitErrors},
+    {MessageId::EthernetDeferredFrames, ethernet_statistics::DeferredFrames},
+    {MessageId::EthernetLateCollisions, ethernet_statistics::LateCollisions},
+    {MessageId::EthernetExcessiveCollisions, ethernet_statistics::ExcessiveCollisions},
+    {MessageId::EthernetSingleCollisions, ethernet_statistics::SingleCollisions},
+    {MessageId::EthernetSentFramesDropped, ethernet_statistics::SentFramesDropped},
 };
 
 constexpr TextRow FourthSectionRows[] = {
-    {MessageId::EthernetCounter33, 33},
-    {MessageId::EthernetCounter34, 34},
-    {MessageId::EthernetCounter35, 35},
-    {MessageId::EthernetCounter36, 36},
+    {MessageId::EthernetPauseFramesSent, ethernet_statistics::PauseFramesSent},
+    {MessageId::EthernetPauseFramesReceived, ethernet_statistics::PauseFramesReceived},
+    {MessageId::EthernetPriorityPauseFramesSent, ethernet_statistics::PriorityPauseFramesSent},
+    {MessageId::EthernetPriorityPauseFramesReceived,
+     ethernet_statistics::PriorityPauseFramesReceived},
 };
 
 constexpr std::wstring_view Rule67 = TabRule67.substr(1);
@@ -88,7 +106,7 @@ void ShowTraffic(const EthernetPortStatistics& statistics) {
 }
 
 void ShowStatistics(const EthernetPortStatistics& statistics) {
-    console::PrintNarrowLine("");
+    console::EndLine();
     ShowMessage(MessageId::EthernetStatisticsTitle, NoValue, Layout::Title);
     ShowTraffic(statistics);
     CloseSection();
@@ -100,12 +118,12 @@ void ShowStatistics(const EthernetPortStatistics& statistics) {
     PrintClosingRule(Rule67);  // the last section has no empty line before its rule
 }
 
-}  // namespace
-
-void ShowEthernetPortStatistics(const std::string& mac) {
+// Shows the counters of an Ethernet port in four sections. Without the library's entry point
+// nothing is shown.
+void ShowEthernetPortStatistics(const Invocation& invocation) {
     tavroapi::StatisticsFlag flag = 1;
     EthernetPortStatistics statistics;
-    switch (DoOperation<OperationCode::ReadEthernetStatistics>(mac, flag, statistics)) {
+    switch (DoOperation<OperationCode::ReadEthernetStatistics>(invocation.port, flag, statistics)) {
         case CallOutcome::NotResolved:
             return;
         case CallOutcome::Failed:
@@ -117,10 +135,12 @@ void ShowEthernetPortStatistics(const std::string& mac) {
     }
 }
 
-void ResetEthernetPortStatistics(const std::string& mac) {
+// Resets the counters of an Ethernet port, then reads and shows them.
+void ResetEthernetPortStatistics(const Invocation& invocation) {
     tavroapi::StatisticsFlag flag = 1;
     EthernetPortStatistics statistics;
-    switch (DoOperation<OperationCode::ResetEthernetStatistics>(mac, flag, statistics)) {
+    switch (
+        DoOperation<OperationCode::ResetEthernetStatistics>(invocation.port, flag, statistics)) {
         case CallOutcome::NotResolved:
             return;
         case CallOutcome::Failed:
@@ -129,9 +149,26 @@ void ResetEthernetPortStatistics(const std::string& mac) {
         case CallOutcome::Done:
             ShowMessage(MessageId::StatisticsReset);
             console::EndLine();
-            ShowEthernetPortStatistics(mac);
+            ShowEthernetPortStatistics(invocation);
             return;
     }
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{57},
+     .form = {"-ethernet", operand::PortMac, "-portstat"},
+     .access = AccessClass::Runs,
+     .handler = ShowEthernetPortStatistics},
+    {.code = CommandCode{58},
+     .form = {"-ethernet", operand::PortMac, "-resetstat"},
+     .access = AccessClass::Blocked,
+     .handler = ResetEthernetPortStatistics},
+};
+
+}  // namespace
+
+std::span<const Command> EthernetStatisticsCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

@@ -1,13 +1,15 @@
 // The TCP/IP settings of an Ethernet function.
-#include "ethernet/tcpip.h"
+#include "ethernet/commands.h"
 
+#include "cli/invocation.h"
 #include "cli/tcpip_settings.h"
 #include "cli/validation.h"
 #include "console/console.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
 #include "mgmt/rows.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
+#include "tavroapi/codes.h"
 
 namespace tavro {
 
@@ -36,13 +38,10 @@ constexpr Row<TcpIpSettings> IPv6Rows[] = {
 
 constexpr const char* NoAddressIPv6 = "0000:0000:0000:0000:0000:0000:0000:0000";
 constexpr const char* DefaultPrefixLength = "64";
-constexpr std::int32_t LongestPrefix = 128;
-
-constexpr std::uint32_t AppliedAtRestart = 201;
 
 // Any word but "-ipv4" selects IPv6.
-bool AddressesIPv4(Arguments arguments) {
-    return ArgumentAt(arguments, 4) == "-ipv4";
+bool AddressesIPv4(const Invocation& invocation) {
+    return invocation.Text(operand::IPv4Family) == operand::IPv4Family.name;
 }
 
 void Apply(const std::string& mac, TcpIpSettings& settings) {
@@ -52,28 +51,27 @@ void Apply(const std::string& mac, TcpIpSettings& settings) {
     }
     if (settings.result == 0) {
         ShowMessage(MessageId::TcpIpApplied);
-    } else if (settings.result == AppliedAtRestart) {
+    } else if (settings.result == tavroapi::AppliedAtRestart) {
         ShowMessage(MessageId::TcpIpAppliedAtRestart);
     }
 }
 
-void SetIPv4Statically(const std::string& mac, Arguments arguments) {
-    auto settings = SettingsForStaticIPv4(ArgumentAt(arguments, 6), ArgumentAt(arguments, 7),
-                                          ArgumentAt(arguments, 8), ArgumentAt(arguments, 9));
+void SetIPv4Statically(const Invocation& invocation) {
+    auto settings = SettingsForStaticIPv4(invocation);
     if (settings) {
         settings->ipVersion = "1";
-        Apply(mac, *settings);
+        Apply(invocation.port, *settings);
     }
 }
 
-void SetIPv6Statically(const std::string& mac, Arguments arguments) {
-    const bool hasPrefixLength = arguments.size() > 8;
-    const bool hasGateway = arguments.size() > 9;
-    const std::string vlanId = ArgumentAt(arguments, 6);
-    const std::string address = ArgumentAt(arguments, 7);
+void SetIPv6Statically(const Invocation& invocation) {
+    const bool hasPrefixLength = invocation.Has(operand::PrefixLength);
+    const bool hasGateway = invocation.Has(operand::IPv6Gateway);
+    const std::string vlanId = invocation.Text(operand::VlanId);
+    const std::string address = invocation.Text(operand::IPv6Address);
     const std::string prefixLength =
-        hasPrefixLength ? ArgumentAt(arguments, 8) : DefaultPrefixLength;
-    const std::string gateway = hasGateway ? ArgumentAt(arguments, 9) : NoAddressIPv6;
+        hasPrefixLength ? invocation.Text(operand::PrefixLength) : DefaultPrefixLength;
+    const std::string gateway = hasGateway ? invocation.Text(operand::IPv6Gateway) : NoAddressIPv6;
     if (!IsValidIPv6(address)) {
         ShowMessage(MessageId::InvalidAddress);
         return;
@@ -82,7 +80,7 @@ void SetIPv6Statically(const std::string& mac, Arguments arguments) {
         ShowMessage(MessageId::InvalidVlanId);
         return;
     }
-    if (hasPrefixLength && !IsNumberInRange(prefixLength, LongestPrefix)) {
+    if (hasPrefixLength && !IsNumberInRange(prefixLength, operand::PrefixLength.highest)) {
         ShowMessage(MessageId::InvalidPrefixLength);
         return;
     }
@@ -96,18 +94,18 @@ void SetIPv6Statically(const std::string& mac, Arguments arguments) {
     settings.staticIPv6 = address;
     settings.staticPrefixLength = prefixLength;
     settings.gatewayIPv6 = gateway;
-    Apply(mac, settings);
+    Apply(invocation.port, settings);
 }
 
-}  // namespace
-
-void ShowEthernetTcpIp(const std::string& mac) {
+// Shows the VLAN, IPv4 and IPv6 settings of an Ethernet function.
+void ShowEthernetTcpIp(const Invocation& invocation) {
     TcpIpSettings settings;
-    if (DoOperation<OperationCode::ReadEthernetTcpIp>(mac, settings) != CallOutcome::Done) {
+    if (DoOperation<OperationCode::ReadEthernetTcpIp>(invocation.port, settings) !=
+        CallOutcome::Done) {
         ShowFailure(MessageId::IscsiPortInfoFailed, "");
         return;
     }
-    ShowMessage(MessageId::TcpIpTitle, mac, Layout::Title);
+    ShowMessage(MessageId::TcpIpTitle, invocation.port, Layout::Title);
     ShowMessage(MessageId::VlanSection, "", Layout::Section);
     ShowRows(settings, VlanRows);
     ShowMessage(MessageId::IPv4Section, "", Layout::Section);
@@ -121,12 +119,14 @@ void ShowEthernetTcpIp(const std::string& mac) {
     ShowClosingRules();
 }
 
-void SetEthernetTcpIpByDhcp(const std::string& mac, Arguments arguments) {
-    auto settings = SettingsForDhcp(arguments, 6);
+// Has an Ethernet function take its address by DHCP. Without a VLAN ID, or without the library's
+// entry point, nothing happens.
+void SetEthernetTcpIpByDhcp(const Invocation& invocation) {
+    auto settings = SettingsForDhcp(invocation);
     if (!settings) {
         return;
     }
-    if (AddressesIPv4(arguments)) {
+    if (AddressesIPv4(invocation)) {
         settings->ipVersion = "1";
         settings->dhcpEnabled = "Yes";
         settings->dhcpEnabledIPv6 = "No";
@@ -137,15 +137,45 @@ void SetEthernetTcpIpByDhcp(const std::string& mac, Arguments arguments) {
     settings->staticIPv6 = NoAddressIPv6;
     settings->gatewayIPv6 = NoAddressIPv6;
     settings->staticPrefixLength = DefaultPrefixLength;
-    Apply(mac, *settings);
+    Apply(invocation.port, *settings);
 }
 
-void SetEthernetTcpIpStatically(const std::string& mac, Arguments arguments) {
-    if (AddressesIPv4(arguments)) {
-        SetIPv4Statically(mac, arguments);
+// Gives an Ethernet function a fixed address.
+void SetEthernetTcpIpStatically(const Invocation& invocation) {
+    if (AddressesIPv4(invocation)) {
+        SetIPv4Statically(invocation);
     } else {
-        SetIPv6Statically(mac, arguments);
+        SetIPv6Statically(invocation);
     }
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{59},
+     .form = {"-ethernet", operand::PortMac, "-gettcpip"},
+     .access = AccessClass::Runs,
+     .handler = ShowEthernetTcpIp},
+    {.code = CommandCode{60},
+     .form = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv4Family, "-dhcp",
+              Uncounted(operand::VlanId)},
+     .otherForm = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv6Family, "-dhcp",
+                   Uncounted(operand::VlanId)},
+     .access = AccessClass::Blocked,
+     .handler = SetEthernetTcpIpByDhcp},
+    {.code = CommandCode{61},
+     .form = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv4Family, "-static",
+              Uncounted(operand::VlanId), Uncounted(operand::IPv4Address),
+              Uncounted(operand::SubnetMask), Uncounted(operand::IPv4Gateway)},
+     .otherForm = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv6Family, "-static",
+                   Uncounted(operand::VlanId), Uncounted(operand::IPv6Address),
+                   Optional(operand::PrefixLength), Optional(operand::IPv6Gateway)},
+     .access = AccessClass::Blocked,
+     .handler = SetEthernetTcpIpStatically},
+};
+
+}  // namespace
+
+std::span<const Command> EthernetTcpIpCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

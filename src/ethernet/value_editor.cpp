@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "cli/prompts.h"
+#include "cli/questions.h"
 #include "cli/validation.h"
 #include "console/console.h"
 #include "mgmt/text.h"
@@ -29,8 +29,7 @@ void EditByList(AdapterSetting& setting) {
         const auto& [key, text] = choice;
         ShowMessage(MessageId::Choice, ToNarrow(text), Layout::Row, std::to_string(key));
     });
-    ShowPrompt(MessageId::AskChoice);
-    const auto choice = setting.choices.find(LeadingInteger(console::ReadLine()));
+    const auto choice = setting.choices.find(LeadingInteger(AskLine(MessageId::AskChoice)));
     if (choice == setting.choices.end()) {
         ShowNotice(MessageId::ChoiceRefused);
         return;
@@ -103,7 +102,7 @@ void EditFreely(AdapterSetting& setting) {
 void EditAdapterSetting(AdapterSetting& setting, MessageId title, EditKind kind) {
     ShowMessage(title, NoValue, Layout::Section);
     ShowMessage(MessageId::CurrentValue, setting.value, Layout::Row);
-    console::PrintNarrowLine("");
+    console::EndLine();
     switch (kind) {
         case EditKind::List:
             EditByList(setting);

@@ -1,13 +1,14 @@
 // Data center bridging of an FCoE port: what it negotiated, and how it is configured.
 #include "fcoe/dcb.h"
 
-#include "cli/prompts.h"
+#include "cli/invocation.h"
 #include "console/console.h"
+#include "fcoe/commands.h"
 #include "fcoe/dcb_text.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
 #include "mgmt/rows.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "mgmt/text.h"
 
 namespace tavro {
@@ -19,14 +20,14 @@ namespace {
 
 constexpr Row<DcbConfig> ConfigRows[] = {
     {MessageId::DcbState, &DcbConfig::state},
-    {MessageId::DcbWilling, &DcbConfig::libraryText2},
+    {MessageId::DcbWilling, &DcbConfig::willing},
     {MessageId::FlowControlPriorities, &DcbConfig::priorities},
-    {MessageId::FcoePriority, &DcbConfig::libraryText4},
+    {MessageId::FcoePriority, &DcbConfig::fcoePriority},
 };
 
 constexpr TextRow PriorityRows[] = {
-    {MessageId::PriorityNumber, 0},
-    {MessageId::PrioritySetting, 1},
+    {MessageId::PriorityNumber, tavroapi::dcb_priority::Number},
+    {MessageId::PrioritySetting, tavroapi::dcb_priority::FlowControl},
 };
 
 // The labels of a block of texts, in the texts' order.
@@ -117,16 +118,15 @@ void ReportReadFailure(CallOutcome outcome) {
     ShowLastError();
 }
 
-}  // namespace
-
-void ShowDcbInfo(const std::string& wwn) {
+// Shows what an FCoE port and its peer agreed on in data center bridging.
+void ShowDcbInfo(const Invocation& invocation) {
     tavroapi::DcbInfo info;
-    const CallOutcome outcome = DoOperation<OperationCode::ReadDcbInfo>(wwn, info);
+    const CallOutcome outcome = DoOperation<OperationCode::ReadDcbInfo>(invocation.port, info);
     if (outcome != CallOutcome::Done) {
         ReportReadFailure(outcome);
         return;
     }
-    ShowMessage(MessageId::DcbInfoTitle, wwn, Layout::Title);
+    ShowMessage(MessageId::DcbInfoTitle, invocation.port, Layout::Title);
     ShowBlock(info.summary, SummaryLabels);
     console::PrintLine(Rule78);
     ShowMessage(MessageId::DcbLocalTitle, NoValue, Layout::Title);
@@ -137,10 +137,24 @@ void ShowDcbInfo(const std::string& wwn) {
     ShowGroupsAndPriorities(info.peerGroupMap, info.peerBandwidths, info.peerPriorities);
 }
 
-void ShowDcbConfig(const std::string& wwn) {
+// Shows how data center bridging is configured on an FCoE port.
+void ShowDcbConfig(const Invocation& invocation) {
     DcbConfig config;
-    ReadAndShowDcbConfig(wwn, config);
+    ReadAndShowDcbConfig(invocation.port, config);
 }
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{38},
+     .form = {"-fcoe", operand::PortWwn, "-getdcbinfo"},
+     .access = AccessClass::Runs,
+     .handler = ShowDcbInfo},
+    {.code = CommandCode{39},
+     .form = {"-fcoe", operand::PortWwn, "-getdcbconfig"},
+     .access = AccessClass::Runs,
+     .handler = ShowDcbConfig},
+};
+
+}  // namespace
 
 bool ReadAndShowDcbConfig(const std::string& wwn, DcbConfig& config) {
     const CallOutcome outcome = DoOperation<OperationCode::ReadDcbConfig>(wwn, config);
@@ -150,6 +164,10 @@ bool ReadAndShowDcbConfig(const std::string& wwn, DcbConfig& config) {
     }
     ShowConfig(wwn, config);
     return true;
+}
+
+std::span<const Command> DcbCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

@@ -1,14 +1,14 @@
 // Changing the data center bridging of an FCoE port in a dialogue.
-#include "fcoe/dcb_dialogue.h"
+#include "fcoe/commands.h"
 
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
-#include "cli/prompts.h"
-#include "cli/yes_no.h"
+#include "cli/invocation.h"
+#include "cli/questions.h"
 #include "console/console.h"
-#include "console/question.h"
 #include "fcoe/dcb.h"
 #include "fcoe/dcb_text.h"
 #include "mgmt/message.h"
@@ -22,33 +22,26 @@ using tavroapi::OperationCode;
 
 namespace {
 
-constexpr std::size_t DriverText = 7;
 constexpr std::string_view ConfigurableDrivers[] = {"elxcna.sys", "lpfc"};
 
-bool IsConfigurable(const tavroapi::FcoePortRecord& port) {
-    return std::ranges::find(ConfigurableDrivers, port.texts[DriverText]) !=
-           std::end(ConfigurableDrivers);
-}
+constexpr Refusal NeitherYesNorNo = Refusal::SpacedNotice(MessageId::AskYesOrNo);
 
-bool AskDecision(MessageId question, MessageId refusal = MessageId::AskYesOrNo) {
-    return console::Ask([&] { ShowPrompt(question); }, YesOrNo, [&] { ShowSpacedNotice(refusal); });
+bool IsConfigurable(const tavroapi::FcoePortRecord& port) {
+    return std::ranges::find(ConfigurableDrivers, port.texts[tavroapi::fcoe_port::Driver]) !=
+           std::end(ConfigurableDrivers);
 }
 
 // The line end of the answer to the question before is still unread; it is taken here, once.
 std::string AskPriorities() {
-    const auto prompt = [] { ShowPrompt(MessageId::AskPriorities); };
-    const std::string list = console::AskWithRetryPrompt(
-        [&] {
-            prompt();
-            console::SkipCharacter();
-        },
-        [&] {
-            console::EndLine();
-            console::PrintLine(L"\t\t Please enter in a specified format");
-            prompt();
-        },
-        [](const std::string& answer) { return answer.find(',') != std::string::npos; });
-    return PriorityListFromAnswer(list);
+    ShowPrompt(MessageId::AskPriorities);
+    console::SkipCharacter();
+    std::string list = console::ReadLine();
+    while (list.find(',') == std::string::npos) {
+        console::EndLine();
+        console::PrintLine(L"\t\t Please enter in a specified format");
+        list = AskLine(MessageId::AskPriorities);
+    }
+    return PriorityListFromAnswer(std::move(list));
 }
 
 // Once an answer was refused, a list alone does not end the question: only a "no" does.
@@ -76,27 +69,26 @@ void ChangePriorities(DcbConfig& config) {
 }
 
 void ChangeGroupMap(DcbConfig& config) {
-    if (!AskDecision(MessageId::AskChangeGroupMap)) {
+    if (!AskDecision({MessageId::AskChangeGroupMap, NeitherYesNorNo})) {
         ShowNotice(MessageId::GroupMapKept);
         return;
     }
-    ShowPrompt(MessageId::AskGroupMap);
-    config.priorityGroupMap = console::ReadLine();
+    config.priorityGroupMap = AskLine(MessageId::AskGroupMap);
 }
 
 void ChangePriorityMap(DcbConfig& config) {
-    if (!AskDecision(MessageId::AskChangePriorityMap)) {
+    if (!AskDecision({MessageId::AskChangePriorityMap, NeitherYesNorNo})) {
         ShowNotice(MessageId::PriorityMapKept);
         return;
     }
     ShowPrompt(MessageId::PriorityMapHint);
-    ShowPrompt(MessageId::AskPriorityMap);
-    config.priorityMap = PriorityMapFromAnswer(console::ReadLine());
+    config.priorityMap = PriorityMapFromAnswer(AskLine(MessageId::AskPriorityMap));
 }
 
 void ReportNoChange(const std::string& wwn) {
     console::PrintLine(L"\t\tNo Changes made ");
-    ShowDcbConfig(wwn);
+    DcbConfig config;
+    ReadAndShowDcbConfig(wwn, config);
 }
 
 // The status of the write decides nothing: what is shown here is what scripts wait for.
@@ -107,11 +99,11 @@ void Apply(const std::string& wwn, DcbConfig& config) {
     console::PrintLine(L"\t\tDCB Configuration Applied!! ");
 }
 
-}  // namespace
-
-void ChangeDcbConfig(const std::string& wwn) {
+// Shows how data center bridging is configured on an FCoE port, asks what is to change, and applies
+// it. Only for ports of drivers that can be configured.
+void ChangeDcbConfig(const Invocation& invocation) {
     tavroapi::FcoePortRecord port;
-    if (DoOperation<OperationCode::ReadFcoePort>(wwn, port) != CallOutcome::Done) {
+    if (DoOperation<OperationCode::ReadFcoePort>(invocation.port, port) != CallOutcome::Done) {
         ShowLastError();
         return;
     }
@@ -120,18 +112,32 @@ void ChangeDcbConfig(const std::string& wwn) {
         return;
     }
     DcbConfig config;
-    if (!ReadAndShowDcbConfig(wwn, config)) {
+    if (!ReadAndShowDcbConfig(invocation.port, config)) {
         return;
     }
-    if (!AskDecision(MessageId::AskChangeDcb, MessageId::ChangeAnswerRefused)) {
-        ReportNoChange(wwn);
+    if (!AskDecision(
+            {MessageId::AskChangeDcb, Refusal::SpacedNotice(MessageId::ChangeAnswerRefused)})) {
+        ReportNoChange(invocation.port);
         return;
     }
-    config.state = AskDecision(MessageId::AskEnableDcb) ? "Enable" : "Disable";
+    config.state = AskDecision({MessageId::AskEnableDcb, NeitherYesNorNo}) ? "Enable" : "Disable";
     ChangePriorities(config);
     ChangeGroupMap(config);
     ChangePriorityMap(config);
-    Apply(wwn, config);
+    Apply(invocation.port, config);
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{40},
+     .form = {"-fcoe", operand::PortWwn, "-setdcb"},
+     .access = AccessClass::Blocked,
+     .handler = ChangeDcbConfig},
+};
+
+}  // namespace
+
+std::span<const Command> DcbDialogueCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

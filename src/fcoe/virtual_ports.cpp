@@ -1,10 +1,11 @@
 // The virtual ports of a physical FCoE port: list, create and delete them, and list the targets and
 // LUNs that one of them sees. Their labels are the program's own; scripts match them to the letter.
-#include "fcoe/virtual_ports.h"
+#include "fcoe/commands.h"
 
 #include <list>
 #include <string_view>
 
+#include "cli/invocation.h"
 #include "console/console.h"
 #include "mgmt/operation.h"
 #include "mgmt/text.h"
@@ -18,8 +19,6 @@ using tavroapi::VirtualPortRecord;
 using tavroapi::VirtualPortTargetRecord;
 
 namespace {
-
-constexpr std::size_t FirstWwnArgument = 4;
 
 constexpr std::wstring_view VirtualPortRule =
     L"Virtual Port--------------------------------------------";
@@ -82,25 +81,24 @@ void PrintLines(const Record& record, const Line<Record> (&lines)[Count]) {
     }
 }
 
-std::list<tavroapi::VirtualPortRequest> RequestsFor(const std::string& wwn, Arguments arguments) {
+std::list<tavroapi::VirtualPortRequest> RequestsFor(const Invocation& invocation) {
     std::list<tavroapi::VirtualPortRequest> requests;
-    for (std::size_t i = FirstWwnArgument; i < arguments.size(); ++i) {
+    for (const char* const portWwn : invocation.From(operand::VirtualPorts)) {
         tavroapi::VirtualPortRequest& request = requests.emplace_back();
-        request.portWwn = arguments[i];
-        request.physicalPort = wwn;
+        request.portWwn = portWwn;
+        request.physicalPort = invocation.port;
     }
     return requests;
 }
 
-tavroapi::VirtualPortQuery QueryFor(const std::string& wwn, Arguments arguments) {
-    return {.portWwn = ArgumentAt(arguments, FirstWwnArgument), .physicalPort = wwn};
+tavroapi::VirtualPortQuery QueryFor(const Invocation& invocation) {
+    return {.portWwn = invocation.Text(operand::VirtualPort), .physicalPort = invocation.port};
 }
 
-}  // namespace
-
-void ListVirtualPorts(const std::string& wwn) {
+// Lists the virtual ports of a physical port.
+void ListVirtualPorts(const Invocation& invocation) {
     std::list<VirtualPortRecord> ports;
-    if (DoOperation<OperationCode::ListVirtualPorts>(wwn, ports) != CallOutcome::Done) {
+    if (DoOperation<OperationCode::ListVirtualPorts>(invocation.port, ports) != CallOutcome::Done) {
         return;
     }
     console::PrintLine(L"There are totally " + std::to_wstring(ports.size()) + L" virtual ports.");
@@ -111,24 +109,29 @@ void ListVirtualPorts(const std::string& wwn) {
     });
 }
 
-void CreateVirtualPorts(const std::string& wwn, Arguments arguments) {
-    std::list<tavroapi::VirtualPortRequest> requests = RequestsFor(wwn, arguments);
-    if (DoOperation<OperationCode::CreateVirtualPorts>(wwn, requests) == CallOutcome::Done) {
+// Creates virtual ports.
+void CreateVirtualPorts(const Invocation& invocation) {
+    std::list<tavroapi::VirtualPortRequest> requests = RequestsFor(invocation);
+    if (DoOperation<OperationCode::CreateVirtualPorts>(invocation.port, requests) ==
+        CallOutcome::Done) {
         console::PrintLine(L"Create success for virtual port ");
     }
 }
 
-void DeleteVirtualPorts(const std::string& wwn, Arguments arguments) {
-    std::list<tavroapi::VirtualPortRequest> requests = RequestsFor(wwn, arguments);
-    if (DoOperation<OperationCode::DeleteVirtualPorts>(wwn, requests) == CallOutcome::Done) {
+// Deletes virtual ports.
+void DeleteVirtualPorts(const Invocation& invocation) {
+    std::list<tavroapi::VirtualPortRequest> requests = RequestsFor(invocation);
+    if (DoOperation<OperationCode::DeleteVirtualPorts>(invocation.port, requests) ==
+        CallOutcome::Done) {
         console::PrintLine(L"Delete success for virtual port ");
     }
 }
 
-void ListVirtualPortTargets(const std::string& wwn, Arguments arguments) {
-    tavroapi::VirtualPortQuery query = QueryFor(wwn, arguments);
+// Lists the targets that a virtual port sees.
+void ListVirtualPortTargets(const Invocation& invocation) {
+    tavroapi::VirtualPortQuery query = QueryFor(invocation);
     std::list<VirtualPortTargetRecord> targets;
-    if (DoOperation<OperationCode::ListVirtualPortTargets>(wwn, query, targets) !=
+    if (DoOperation<OperationCode::ListVirtualPortTargets>(invocation.port, query, targets) !=
         CallOutcome::Done) {
         return;
     }
@@ -139,10 +142,12 @@ void ListVirtualPortTargets(const std::string& wwn, Arguments arguments) {
     });
 }
 
-void ListVirtualPortLuns(const std::string& wwn, Arguments arguments) {
-    tavroapi::VirtualPortQuery query = QueryFor(wwn, arguments);
+// Lists the LUNs that a virtual port sees.
+void ListVirtualPortLuns(const Invocation& invocation) {
+    tavroapi::VirtualPortQuery query = QueryFor(invocation);
     std::list<VirtualPortLunRecord> luns;
-    if (DoOperation<OperationCode::ListVirtualPortLuns>(wwn, query, luns) != CallOutcome::Done) {
+    if (DoOperation<OperationCode::ListVirtualPortLuns>(invocation.port, query, luns) !=
+        CallOutcome::Done) {
         return;
     }
     console::ShowEach(luns, [](const VirtualPortLunRecord& lun) {
@@ -151,6 +156,35 @@ void ListVirtualPortLuns(const std::string& wwn, Arguments arguments) {
         PrintLines(lun, LunLines);
         console::PrintLine(Rule57);
     });
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{46},
+     .form = {"-fcoe", operand::PortWwn, "-getvirtualportinfo"},
+     .access = AccessClass::Runs,
+     .handler = ListVirtualPorts},
+    {.code = CommandCode{47},
+     .form = {"-fcoe", operand::PortWwn, "-createvirtualport", operand::VirtualPorts},
+     .access = AccessClass::Blocked,
+     .handler = CreateVirtualPorts},
+    {.code = CommandCode{48},
+     .form = {"-fcoe", operand::PortWwn, "-deletevirtualport", operand::VirtualPorts},
+     .access = AccessClass::Blocked,
+     .handler = DeleteVirtualPorts},
+    {.code = CommandCode{49},
+     .form = {"-fcoe", operand::PortWwn, "-getvirtualporttarget", operand::VirtualPort},
+     .access = AccessClass::Runs,
+     .handler = ListVirtualPortTargets},
+    {.code = CommandCode{50},
+     .form = {"-fcoe", operand::PortWwn, "-getvirtualporttargetlun", operand::VirtualPort},
+     .access = AccessClass::Runs,
+     .handler = ListVirtualPortLuns},
+};
+
+}  // namespace
+
+std::span<const Command> VirtualPortCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

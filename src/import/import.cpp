@@ -4,12 +4,14 @@
 #include <algorithm>
 #include <list>
 
-#include "cli/login_options.h"
+#include "adapters/inventory.h"
+#include "cli/invocation.h"
 #include "import/import_keys.h"
-#include "import/xml_file.h"
 #include "mgmt/message.h"
+#include "mgmt/record_secrets.h"
 #include "mgmt/text.h"
 #include "platform/crash_dump.h"
+#include "xml/file.h"
 
 namespace tavro {
 
@@ -42,9 +44,9 @@ void Account(CallOutcome outcome, std::uint32_t& done, Summary& summary) {
 
 void ImportInitiator(const XmlNode& element, Summary& summary) {
     tavroapi::InitiatorRecord initiator;
-    const LoginSecretsGuard guard(initiator.login);
+    const RecordSecretsGuard guard(initiator);
     TakeValues(element, initiator);
-    const CallOutcome outcome = DoOperation<OperationCode::SetInitiator>("", initiator);
+    const CallOutcome outcome = DoOperation<OperationCode::SetInitiator>(WholeHost, initiator);
     summary.operationsFailed += outcome == CallOutcome::Failed ? 1 : 0;
 }
 
@@ -57,7 +59,7 @@ void ImportTcpIp(const XmlNode& element, const std::string& port, Summary& summa
 
 void ImportPortal(const XmlNode& element, const std::string& port, Summary& summary) {
     tavroapi::PortalRecord portal;
-    const LoginSecretsGuard guard(portal.login);
+    const RecordSecretsGuard guard(portal);
     TakeValues(element, portal);
     Account(DoOperation<OperationCode::AddPortal>(port, portal), summary.portalsAdded, summary);
 }
@@ -67,7 +69,7 @@ void ImportTarget(const XmlNode& element, const std::string& port, Summary& summ
         return;
     }
     tavroapi::PlacedTargetLogin placed;
-    const LoginSecretsGuard guard(placed.record.login);
+    const RecordSecretsGuard guard(placed.record);
     TakeValues(element, placed.record);
     Account(DoOperation<OperationCode::LogInToTarget>(port, placed.record), summary.targetsLoggedIn,
             summary);
@@ -166,10 +168,12 @@ void ShowSummary(const Summary& summary) {
     show(MessageId::ImportFailures, summary.operationsFailed);
 }
 
-}  // namespace
-
-void ImportConfiguration(EntryCache& cache) {
-    if (ReadHostName(cache) != CallOutcome::Done) {
+// Applies the saved iSCSI configuration "cnadiscovery.xml" of the current directory to the host:
+// the initiator, then the TCP/IP settings, portals and target logins of each port that the host
+// has. A file that is missing or malformed changes nothing and is passed over in silence. A failed
+// operation is reported and the import goes on; a summary ends it.
+void ImportConfiguration(const Invocation& invocation) {
+    if (ReadHostName(invocation.cache) != CallOutcome::Done) {
         return;
     }
     if (!CanDoOperation()) {
@@ -187,8 +191,21 @@ void ImportConfiguration(EntryCache& cache) {
     if (const XmlNode first = top.Child(0); first.Name() == L"Initiator_Login") {
         ImportInitiator(first, summary);
     }
-    ImportAdapters(top, cache, summary);
+    ImportAdapters(top, invocation.cache, summary);
     ShowSummary(summary);
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{4},
+     .form = {"-import"},
+     .access = AccessClass::Runs,
+     .handler = ImportConfiguration},
+};
+
+}  // namespace
+
+std::span<const Command> ImportCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

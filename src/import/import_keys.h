@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "import/xml_node.h"
 #include "tavroapi/iscsi_storage_records.h"
 #include "tavroapi/tcpip_records.h"
+#include "xml/node.h"
 
 namespace tavro {
 

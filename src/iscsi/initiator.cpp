@@ -1,12 +1,15 @@
 // The host's iSCSI initiator, and the ping that goes out from one of its ports.
-#include "iscsi/initiator.h"
+#include "iscsi/commands.h"
 
+#include "cli/invocation.h"
 #include "cli/login_options.h"
 #include "cli/validation.h"
 #include "console/console.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
+#include "mgmt/record_secrets.h"
 #include "platform/crash_dump.h"
+#include "tavroapi/codes.h"
 
 namespace tavro {
 
@@ -14,15 +17,10 @@ using tavroapi::OperationCode;
 
 namespace {
 
-// The request addresses the host as a whole.
-const std::string Host;
-
-constexpr std::uint32_t RepliesMissing = 0x9017;
-
 // A ping of which replies are missing has completed all the same.
 bool PingCompleted(CallOutcome outcome) {
     return outcome == CallOutcome::Done ||
-           (outcome == CallOutcome::Failed && LastStatus == RepliesMissing);
+           (outcome == CallOutcome::Failed && LastStatus == tavroapi::IscsiPingRepliesMissing);
 }
 
 // The library may have written either count, and any 32-bit number; the arithmetic wraps around at
@@ -39,13 +37,12 @@ std::int32_t LossPercentage(const std::string& sentText, const std::string& rece
     return static_cast<std::int32_t>(percentage);
 }
 
-}  // namespace
-
-void GetInitiator() {
+// Shows the name of the host's iSCSI initiator.
+void GetInitiator(const Invocation&) {
     platform::ForbidCrashDumps();
     tavroapi::InitiatorRecord initiator;
-    const LoginSecretsGuard guard(initiator.login);
-    if (DoOperation<OperationCode::ReadInitiator>(Host, initiator) != CallOutcome::Done) {
+    const RecordSecretsGuard guard(initiator);
+    if (DoOperation<OperationCode::ReadInitiator>(WholeHost, initiator) != CallOutcome::Done) {
         ShowLastError();
         return;
     }
@@ -53,32 +50,38 @@ void GetInitiator() {
     ShowMessage(MessageId::InitiatorName, initiator.name);
 }
 
-void SetInitiator(Arguments arguments) {
+// Sets the initiator's name and how it logs in. May ask for CHAP names and secrets.
+void SetInitiator(const Invocation& invocation) {
     tavroapi::InitiatorRecord initiator;
-    const LoginSecretsGuard guard(initiator.login);
-    initiator.name = ArgumentAt(arguments, 3);
+    const RecordSecretsGuard guard(initiator);
+    initiator.name = invocation.Text(operand::InitiatorName);
     ResetLoginOptions(initiator.login);
-    if (arguments.size() > 4) {
-        ParseLoginOptions(initiator.login, arguments);
+    if (invocation.Has(operand::LoginOptions)) {
+        ParseLoginOptions(initiator.login, invocation.arguments);
     }
-    if (DoOperation<OperationCode::SetInitiator>(Host, initiator) == CallOutcome::Done) {
+    if (DoOperation<OperationCode::SetInitiator>(WholeHost, initiator) == CallOutcome::Done) {
         ShowMessage(MessageId::InitiatorSet);
     } else {
         ShowLastError();
     }
 }
 
-void PingFromIscsiPort(const std::string& mac, Arguments arguments) {
-    if (arguments.size() <= 4) {
+// Pings an address from an iSCSI port and shows how many replies came. Throws std::invalid_argument
+// or std::out_of_range when the library's count of replies is no 32-bit number.
+void PingFromIscsiPort(const Invocation& invocation) {
+    if (!invocation.Has(operand::PingAddress)) {
         ShowFailure(MessageId::IscsiPingFailed);
         return;
     }
-    tavroapi::IscsiPingRequest request{
-        .count = "5", .packetSize = "32", .timeout = "500", .address = arguments[4]};
+    tavroapi::IscsiPingRequest request{.count = "5",
+                                       .packetSize = "32",
+                                       .timeout = "500",
+                                       .address = invocation.Text(operand::PingAddress)};
     tavroapi::IscsiPingResult result;
     ShowMessage(MessageId::IscsiPingStarted);
     console::EndLine();
-    if (!PingCompleted(DoOperation<OperationCode::PingFromIscsiPort>(mac, request, result))) {
+    if (!PingCompleted(
+            DoOperation<OperationCode::PingFromIscsiPort>(invocation.port, request, result))) {
         ShowFailure(MessageId::IscsiPingFailed);
         return;
     }
@@ -87,6 +90,28 @@ void PingFromIscsiPort(const std::string& mac, Arguments arguments) {
     ShowMessage(MessageId::IscsiPingSent, request.count);
     ShowMessage(MessageId::IscsiPingReceived, result.received);
     ShowMessage(MessageId::IscsiPingLoss, std::to_string(loss) + "%");
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{9},
+     .form = {"-iscsi", "-getinitiator"},
+     .access = AccessClass::Runs,
+     .handler = GetInitiator},
+    {.code = CommandCode{10},
+     .form = {"-iscsi", "-setinitiator", operand::InitiatorName, Optional(operand::LoginOptions)},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = SetInitiator},
+    {.code = CommandCode{27},
+     .form = {"-iscsi", operand::PortMac, "-ping", Uncounted(operand::PingAddress)},
+     .access = AccessClass::Runs,
+     .handler = PingFromIscsiPort},
+};
+
+}  // namespace
+
+std::span<const Command> InitiatorCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

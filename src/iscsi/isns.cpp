@@ -1,16 +1,16 @@
 // The host's iSNS servers. They are reached through the first iSCSI function on any adapter.
-#include "iscsi/isns.h"
+#include "iscsi/commands.h"
 
 #include <list>
 #include <string>
 
 #include "adapters/discovery.h"
-#include "cli/prompts.h"
+#include "cli/invocation.h"
 #include "cli/validation.h"
 #include "console/console.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "mgmt/text.h"
 #include "tavroapi/iscsi_records.h"
 
@@ -44,9 +44,8 @@ std::string FindFunction() {
     return FindIscsiFunction(cache, keyText) == 0 ? keyText : std::string();
 }
 
-}  // namespace
-
-void ListIsnsServers() {
+// Lists the host's iSNS servers.
+void ListIsnsServers(const Invocation&) {
     const std::string function = FindFunction();
     if (function.empty()) {
         ShowFailure(MessageId::IsnsListFailed, NoFunction);
@@ -68,8 +67,9 @@ void ListIsnsServers() {
     console::PrintLine(Rule54);
 }
 
-void AddIsnsServer(Arguments arguments) {
-    const std::string address = ArgumentAt(arguments, 4);
+// Adds an iSNS server.
+void AddIsnsServer(const Invocation& invocation) {
+    const std::string address = invocation.Text(operand::IsnsServer);
     if (!AcceptAddress(address)) {
         return;
     }
@@ -87,8 +87,9 @@ void AddIsnsServer(Arguments arguments) {
     ShowMessage(MessageId::IsnsServerAdded);
 }
 
-void RemoveIsnsServer(Arguments arguments) {
-    const std::string address = ArgumentAt(arguments, 4);
+// Removes an iSNS server.
+void RemoveIsnsServer(const Invocation& invocation) {
+    const std::string address = invocation.Text(operand::IsnsServer);
     if (!AcceptAddress(address)) {
         return;
     }
@@ -110,6 +111,29 @@ void RemoveIsnsServer(Arguments arguments) {
     } else {
         ShowMessage(MessageId::IsnsServerRemoved);
     }
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{24},
+     .form = {"-iscsi", "-isns", "-listall"},
+     .access = AccessClass::Runs,
+     .handler = ListIsnsServers},
+    {.code = CommandCode{25},
+     .form = {"-iscsi", "-isns", "-add", operand::IsnsServer},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = AddIsnsServer},
+    {.code = CommandCode{26},
+     .form = {"-iscsi", "-isns", "-remove", operand::IsnsServer},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = RemoveIsnsServer},
+};
+
+}  // namespace
+
+std::span<const Command> IsnsCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

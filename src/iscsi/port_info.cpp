@@ -1,10 +1,12 @@
-#include "iscsi/port_info.h"
+// What an iSCSI port tells of itself.
+#include "iscsi/commands.h"
 
+#include "cli/invocation.h"
 #include "console/console.h"
 #include "iscsi/phrases.h"
 #include "mgmt/operation.h"
 #include "mgmt/rows.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "tavroapi/iscsi_storage_records.h"
 
 namespace tavro {
@@ -13,51 +15,68 @@ using tavroapi::OperationCode;
 
 namespace {
 
+namespace iscsi_port = tavroapi::iscsi_port;
+namespace iscsi_defaults = tavroapi::iscsi_defaults;
+namespace iscsi_statistics = tavroapi::iscsi_statistics;
+
 constexpr std::string_view DriverWithoutStatistics = "bnx2i";
 
-constexpr std::size_t PortTitlePosition = 3;
 constexpr TextRow PortRows[] = {
-    {MessageId::DriverName, tavroapi::IscsiPortDriverPosition},
-    {MessageId::DriverVersion, 2},
-    {MessageId::FirmwareVersion, 21},
-    {MessageId::IscsiPortMac, PortTitlePosition},
-    {MessageId::SerialNumber, 5},
-    {MessageId::ModelName, 4},
-    {MessageId::IscsiPortLinkStatus, 6},
-    {MessageId::IscsiPortLinkSpeed, 7},
-    {MessageId::IscsiPortDhcp, 8},
-    {MessageId::IscsiPortAddress, 9},
-    {MessageId::IscsiPortSubnetMask, 10},
-    {MessageId::IscsiPortGateway, 11},
-    {MessageId::IscsiPortVlan, 12},
-    {MessageId::IscsiPortVlanId, 13},
-    {MessageId::IscsiPortVlanPriority, 14},
-    {MessageId::IscsiPortIPv6Dhcp, 16},
-    {MessageId::MaximumFrameSize, 15},
-    {MessageId::IscsiPortIPv6Address, 17},
-    {MessageId::IscsiPortIPv6PrefixLength, 18},
-    {MessageId::IscsiPortIPv6Gateway, 19},
-    {MessageId::IscsiPortActiveSessions, 20},
+    {MessageId::DriverName, iscsi_port::Driver},
+    {MessageId::DriverVersion, iscsi_port::DriverVersion},
+    {MessageId::FirmwareVersion, iscsi_port::FirmwareVersion},
+    {MessageId::IscsiPortMac, iscsi_port::Mac},
+    {MessageId::SerialNumber, iscsi_port::SerialNumber},
+    {MessageId::ModelName, iscsi_port::ModelName},
+    {MessageId::IscsiPortLinkStatus, iscsi_port::LinkStatus},
+    {MessageId::IscsiPortLinkSpeed, iscsi_port::LinkSpeed},
+    {MessageId::IscsiPortDhcp, iscsi_port::Dhcp},
+    {MessageId::IscsiPortAddress, iscsi_port::Address},
+    {MessageId::IscsiPortSubnetMask, iscsi_port::SubnetMask},
+    {MessageId::IscsiPortGateway, iscsi_port::Gateway},
+    {MessageId::IscsiPortVlan, iscsi_port::Vlan},
+    {MessageId::IscsiPortVlanId, iscsi_port::VlanId},
+    {MessageId::IscsiPortVlanPriority, iscsi_port::VlanPriority},
+    {MessageId::IscsiPortIPv6Dhcp, iscsi_port::DhcpIPv6},
+    {MessageId::MaximumFrameSize, iscsi_port::MaximumFrameSize},
+    {MessageId::IscsiPortIPv6Address, iscsi_port::AddressIPv6},
+    {MessageId::IscsiPortIPv6PrefixLength, iscsi_port::PrefixLengthIPv6},
+    {MessageId::IscsiPortIPv6Gateway, iscsi_port::GatewayIPv6},
+    {MessageId::IscsiPortActiveSessions, iscsi_port::ActiveSessions},
 };
 
 constexpr TextRow DefaultRows[] = {
-    {MessageId::DefaultMaxConnections, 0},      {MessageId::DefaultInitialR2T, 1},
-    {MessageId::DefaultImmediateData, 2},       {MessageId::DefaultMaxBurstLength, 3},
-    {MessageId::DefaultFirstBurstLength, 4},    {MessageId::DefaultTimeToWait, 5},
-    {MessageId::DefaultTimeToRetain, 6},        {MessageId::DefaultMaxOutstandingR2T, 7},
-    {MessageId::DefaultDataPduInOrder, 8},      {MessageId::DefaultDataSequenceInOrder, 9},
-    {MessageId::DefaultErrorRecoveryLevel, 10}, {MessageId::DefaultMaxReceiveLength, 11},
-    {MessageId::DefaultHeaderDigest, 12},       {MessageId::DefaultDataDigest, 13},
+    {MessageId::DefaultMaxConnections, iscsi_defaults::MaxConnections},
+    {MessageId::DefaultInitialR2T, iscsi_defaults::InitialR2T},
+    {MessageId::DefaultImmediateData, iscsi_defaults::ImmediateData},
+    {MessageId::DefaultMaxBurstLength, iscsi_defaults::MaxBurstLength},
+    {MessageId::DefaultFirstBurstLength, iscsi_defaults::FirstBurstLength},
+    {MessageId::DefaultTimeToWait, iscsi_defaults::TimeToWait},
+    {MessageId::DefaultTimeToRetain, iscsi_defaults::TimeToRetain},
+    {MessageId::DefaultMaxOutstandingR2T, iscsi_defaults::MaxOutstandingR2T},
+    {MessageId::DefaultDataPduInOrder, iscsi_defaults::DataPduInOrder},
+    {MessageId::DefaultDataSequenceInOrder, iscsi_defaults::DataSequenceInOrder},
+    {MessageId::DefaultErrorRecoveryLevel, iscsi_defaults::ErrorRecoveryLevel},
+    {MessageId::DefaultMaxReceiveLength, iscsi_defaults::MaxReceiveLength},
+    {MessageId::DefaultHeaderDigest, iscsi_defaults::HeaderDigest},
+    {MessageId::DefaultDataDigest, iscsi_defaults::DataDigest},
 };
 
 constexpr TextRow StatisticsRows[] = {
-    {MessageId::StatisticsBytesSent, 0},       {MessageId::StatisticsBytesReceived, 1},
-    {MessageId::StatisticsPdusSent, 2},        {MessageId::StatisticsPdusReceived, 3},
-    {MessageId::StatisticsScsiCommands, 4},    {MessageId::StatisticsScsiResponses, 5},
-    {MessageId::StatisticsReadyToTransfer, 6}, {MessageId::StatisticsTaskCommands, 7},
-    {MessageId::StatisticsLogins, 8},          {MessageId::StatisticsLogouts, 9},
-    {MessageId::StatisticsNopsSent, 10},       {MessageId::StatisticsNopsReceived, 11},
-    {MessageId::StatisticsDigestErrors, 12},   {MessageId::StatisticsConnectionErrors, 13},
+    {MessageId::StatisticsBytesSent, iscsi_statistics::BytesSent},
+    {MessageId::StatisticsBytesReceived, iscsi_statistics::BytesReceived},
+    {MessageId::StatisticsPdusSent, iscsi_statistics::PdusSent},
+    {MessageId::StatisticsPdusReceived, iscsi_statistics::PdusReceived},
+    {MessageId::StatisticsScsiCommands, iscsi_statistics::ScsiCommands},
+    {MessageId::StatisticsScsiResponses, iscsi_statistics::ScsiResponses},
+    {MessageId::StatisticsReadyToTransfer, iscsi_statistics::ReadyToTransfer},
+    {MessageId::StatisticsTaskCommands, iscsi_statistics::TaskCommands},
+    {MessageId::StatisticsLogins, iscsi_statistics::Logins},
+    {MessageId::StatisticsLogouts, iscsi_statistics::Logouts},
+    {MessageId::StatisticsNopsSent, iscsi_statistics::NopsSent},
+    {MessageId::StatisticsNopsReceived, iscsi_statistics::NopsReceived},
+    {MessageId::StatisticsDigestErrors, iscsi_statistics::DigestErrors},
+    {MessageId::StatisticsConnectionErrors, iscsi_statistics::ConnectionErrors},
 };
 
 // Whether the port's driver is known to be one that keeps statistics.
@@ -66,7 +85,7 @@ bool KeepsStatistics(const std::string& mac) {
     const CallOutcome outcome =
         DoOperation<OperationCode::ReadIscsiPort>(mac, port, StatusUse::Ignore);
     return outcome == CallOutcome::Done &&
-           port.texts[tavroapi::IscsiPortDriverPosition] != DriverWithoutStatistics;
+           port.texts[iscsi_port::Driver] != DriverWithoutStatistics;
 }
 
 void ShowStatisticsUnsupported() {
@@ -75,50 +94,74 @@ void ShowStatisticsUnsupported() {
     console::EndLine();
 }
 
-}  // namespace
-
-void ShowIscsiPort(const std::string& mac) {
+// Shows the port's information.
+void ShowIscsiPort(const Invocation& invocation) {
     tavroapi::IscsiPortRecord port;
-    if (DoOperation<OperationCode::ReadIscsiPort>(mac, port) != CallOutcome::Done) {
+    if (DoOperation<OperationCode::ReadIscsiPort>(invocation.port, port) != CallOutcome::Done) {
         ShowFailure(MessageId::IscsiPortInfoFailed);
         return;
     }
-    ShowMessage(MessageId::IscsiPortTitle, port.texts[PortTitlePosition], Layout::Title);
+    ShowMessage(MessageId::IscsiPortTitle, port.texts[iscsi_port::Mac], Layout::Title);
     ShowRows(port, PortRows);
     ShowClosingRules();
 }
 
-void ShowIscsiStatistics(const std::string& mac) {
+// Shows the port's statistics. Says so when the port's driver does not keep any, or cannot be told.
+void ShowIscsiStatistics(const Invocation& invocation) {
     if (!CanDoOperation()) {
         ShowFailure(MessageId::StatisticsFailed);
         return;
     }
-    if (!KeepsStatistics(mac)) {
+    if (!KeepsStatistics(invocation.port)) {
         ShowStatisticsUnsupported();
         ShowFailure(MessageId::StatisticsFailed);
         return;
     }
     tavroapi::IscsiParameterRecord statistics;
-    if (DoOperation<OperationCode::ReadIscsiStatistics>(mac, statistics) != CallOutcome::Done) {
+    if (DoOperation<OperationCode::ReadIscsiStatistics>(invocation.port, statistics) !=
+        CallOutcome::Done) {
         ShowFailure(MessageId::StatisticsFailed);
         return;
     }
-    ShowMessage(MessageId::StatisticsTitle, mac, Layout::Title);
+    ShowMessage(MessageId::StatisticsTitle, invocation.port, Layout::Title);
     ShowRows(statistics, StatisticsRows);
     console::PrintLine(TabRule65);
     ShowMessage(MessageId::StatisticsNote);
     console::PrintLine(Rule78);
 }
 
-void ShowIscsiDefaults(const std::string& mac) {
+// Shows the port's default iSCSI parameters.
+void ShowIscsiDefaults(const Invocation& invocation) {
     tavroapi::IscsiParameterRecord defaults;
-    if (DoOperation<OperationCode::ReadIscsiDefaults>(mac, defaults) != CallOutcome::Done) {
+    if (DoOperation<OperationCode::ReadIscsiDefaults>(invocation.port, defaults) !=
+        CallOutcome::Done) {
         ShowFailure(MessageId::IscsiDefaultsFailed);
         return;
     }
-    ShowMessage(MessageId::IscsiDefaultsTitle, mac, Layout::Title);
+    ShowMessage(MessageId::IscsiDefaultsTitle, invocation.port, Layout::Title);
     ShowRows(defaults, DefaultRows);
     ShowClosingRules();
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{6},
+     .form = {"-iscsi", operand::PortMac, "-portinfo"},
+     .access = AccessClass::Runs,
+     .handler = ShowIscsiPort},
+    {.code = CommandCode{7},
+     .form = {"-iscsi", operand::PortMac, "-portstat"},
+     .access = AccessClass::Runs,
+     .handler = ShowIscsiStatistics},
+    {.code = CommandCode{8},
+     .form = {"-iscsi", operand::PortMac, "-defparam"},
+     .access = AccessClass::Runs,
+     .handler = ShowIscsiDefaults},
+};
+
+}  // namespace
+
+std::span<const Command> IscsiPortCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

@@ -21,9 +21,9 @@ bool AcceptPortNumber(const std::string& port) {
     return valid;
 }
 
-std::string PortNumberOrDefault(Arguments arguments, std::size_t position) {
-    const std::string port = ArgumentAt(arguments, position);
-    const bool taken = position < arguments.size() && AcceptPortNumber(port);
+std::string PortNumberOrDefault(const Invocation& invocation) {
+    const std::string port = invocation.Text(operand::PortNumber);
+    const bool taken = invocation.Has(operand::PortNumber) && AcceptPortNumber(port);
     return taken ? port : DefaultIscsiPort;
 }
 

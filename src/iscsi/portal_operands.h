@@ -1,10 +1,9 @@
 // The operands by which portals are named on the command line.
 #pragma once
 
-#include <cstddef>
 #include <string>
 
-#include "cli/arguments.h"
+#include "cli/invocation.h"
 
 namespace tavro {
 
@@ -17,7 +16,7 @@ bool AcceptPortalAddress(const std::string& address);
 // Whether the operand is a port number; says so when it is not.
 bool AcceptPortNumber(const std::string& port);
 
-// The port number at a position. A missing one, and one that is refused, gives the default port.
-std::string PortNumberOrDefault(Arguments arguments, std::size_t position);
+// The port number that is typed. A missing one, and one that is refused, gives the default port.
+std::string PortNumberOrDefault(const Invocation& invocation);
 
 }  // namespace tavro

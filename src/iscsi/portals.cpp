@@ -1,16 +1,18 @@
-#include "iscsi/portals.h"
+// The target portals, the addresses at which a port's initiator discovers targets.
+#include "iscsi/commands.h"
 
 #include <algorithm>
 #include <list>
 
+#include "cli/invocation.h"
 #include "cli/login_options.h"
-#include "cli/prompts.h"
 #include "console/console.h"
 #include "iscsi/phrases.h"
 #include "iscsi/portal_operands.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
-#include "mgmt/rules.h"
+#include "mgmt/record_secrets.h"
+#include "mgmt/rule_lines.h"
 #include "mgmt/text.h"
 #include "tavroapi/iscsi_storage_records.h"
 
@@ -19,9 +21,6 @@ namespace tavro {
 using tavroapi::OperationCode;
 
 namespace {
-
-constexpr std::size_t AddressPosition = 5;
-constexpr std::size_t PortPosition = 6;
 
 void ShowPortals(const std::list<tavroapi::PortalEntry>& portals) {
     // With two blanks as its value the title ends in " : ".
@@ -52,36 +51,36 @@ bool IsPortalInUse(const std::string& mac, const std::string& address) {
     });
 }
 
-}  // namespace
-
-void ListPortals(const std::string& mac) {
+// Lists the portals that the port's initiator knows. A failure is told without its reason.
+void ListPortals(const Invocation& invocation) {
     ShowPleaseWait();
     std::list<tavroapi::PortalEntry> portals;
-    if (DoOperation<OperationCode::ListPortals>(mac, portals) != CallOutcome::Done) {
+    if (DoOperation<OperationCode::ListPortals>(invocation.port, portals) != CallOutcome::Done) {
         ShowMessage(MessageId::PortalListFailed);
         return;
     }
     ShowPortals(portals);
 }
 
-void AddPortal(const std::string& mac, Arguments arguments) {
+// Adds a portal; the default port number stands in for one that is missing or refused.
+void AddPortal(const Invocation& invocation) {
     tavroapi::PortalRecord portal;
-    const LoginSecretsGuard secretsGuard(portal.login);
-    portal.address = ArgumentAt(arguments, AddressPosition);
+    const RecordSecretsGuard guard(portal);
+    portal.address = invocation.Text(operand::PortalAddress);
     if (!AcceptPortalAddress(portal.address)) {
         return;
     }
-    portal.port = PortNumberOrDefault(arguments, PortPosition);
+    portal.port = PortNumberOrDefault(invocation);
     ResetLoginOptions(portal.login);
-    const bool optionsAccepted =
-        arguments.size() <= PortPosition || ParseLoginOptions(portal.login, arguments) == 0;
+    const bool optionsAccepted = !invocation.Has(operand::PortNumber) ||
+                                 ParseLoginOptions(portal.login, invocation.arguments) == 0;
     if (!CanDoOperation()) {
         ShowLastError();
         return;
     }
 
     ShowPleaseWait();
-    const CallOutcome outcome = DoOperation<OperationCode::AddPortal>(mac, portal);
+    const CallOutcome outcome = DoOperation<OperationCode::AddPortal>(invocation.port, portal);
     if (outcome == CallOutcome::Done && optionsAccepted) {
         ShowMessage(MessageId::PortalAdded);
     } else {
@@ -89,29 +88,56 @@ void AddPortal(const std::string& mac, Arguments arguments) {
     }
 }
 
-void RemovePortal(const std::string& mac, Arguments arguments) {
+// Removes a portal, unless a target is reached through its address. A port number is sent even when
+// it is refused.
+void RemovePortal(const Invocation& invocation) {
     tavroapi::PortalRecord portal;
     ResetLoginOptions(portal.login);
-    portal.address = ArgumentAt(arguments, AddressPosition);
+    portal.address = invocation.Text(operand::PortalAddress);
     if (!AcceptPortalAddress(portal.address)) {
         return;
     }
     portal.port = DefaultIscsiPort;
-    if (arguments.size() > PortPosition) {
-        portal.port = arguments[PortPosition];
+    if (invocation.Has(operand::PortNumber)) {
+        portal.port = invocation.Text(operand::PortNumber);
         AcceptPortNumber(portal.port);
     }
-    if (IsPortalInUse(mac, portal.address)) {
+    if (IsPortalInUse(invocation.port, portal.address)) {
         ShowMessage(MessageId::PortalInUse);
         return;
     }
 
     ShowPleaseWait();
-    if (DoOperation<OperationCode::RemovePortal>(mac, portal) == CallOutcome::Done) {
+    if (DoOperation<OperationCode::RemovePortal>(invocation.port, portal) == CallOutcome::Done) {
         ShowMessage(MessageId::PortalRemoved);
     } else {
         ShowLastError();
     }
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{11},
+     .form = {"-iscsi", operand::PortMac, "-portal", "-listall"},
+     .access = AccessClass::Runs,
+     .handler = ListPortals},
+    {.code = CommandCode{12},
+     .form = {"-iscsi", operand::PortMac, "-portal", "-add", operand::PortalAddress,
+              Optional(operand::PortNumber), Optional(operand::LoginOptions)},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = AddPortal},
+    {.code = CommandCode{13},
+     .form = {"-iscsi", operand::PortMac, "-portal", "-remove", operand::PortalAddress,
+              Optional(operand::PortNumber)},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = RemovePortal},
+};
+
+}  // namespace
+
+std::span<const Command> PortalCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

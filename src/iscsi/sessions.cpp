@@ -1,15 +1,18 @@
+// The sessions with an iSCSI target and the LUNs behind it.
 #include "iscsi/sessions.h"
 
 #include <iterator>
 #include <tuple>
 
-#include "cli/prompts.h"
+#include "cli/invocation.h"
 #include "cli/validation.h"
 #include "console/console.h"
+#include "iscsi/commands.h"
 #include "iscsi/phrases.h"
+#include "mgmt/message.h"
 #include "mgmt/operation.h"
 #include "mgmt/rows.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "tavroapi/iscsi_storage_records.h"
 
 namespace tavro {
@@ -19,63 +22,65 @@ using tavroapi::OperationCode;
 
 namespace {
 
-constexpr std::size_t NamePosition = 5;
-constexpr std::size_t SessionIdsPosition = 6;
+namespace iscsi_session = tavroapi::iscsi_session;
+namespace iscsi_lun = tavroapi::iscsi_lun;
 
 // Stands where no session number is given.
 constexpr const char* NoSessionId = "0";
 
 constexpr TextRow SessionRows[] = {
-    {MessageId::SessionTargetName, 0},
-    {MessageId::SessionNumber, 1},
-    {MessageId::SessionStatus, 2},
-    {MessageId::SessionType, 3},
-    {MessageId::SessionInitiatorPart, 4},
-    {MessageId::SessionTargetHandle, 5},
-    {MessageId::SessionTargetAlias, 6},
-    {MessageId::SessionPortalGroup, 7},
-    {MessageId::SessionTargetAddress, 8},
-    {MessageId::SessionTargetPort, 9},
-    {MessageId::SessionInitiatorName, 10},
-    {MessageId::SessionInitiatorAddress, 11},
-    {MessageId::SessionInitiatorPort, 12},
-    {MessageId::SessionConnectionCount, 13},
-    {MessageId::SessionConnectionId, 14},
-    {MessageId::SessionConnectionStatus, 15},
-    {MessageId::SessionAuthentication, 16},
-    {MessageId::SessionTargetChapName, 17},
-    {MessageId::SessionInitiatorChapName, 18},
-    {MessageId::SessionHeaderDigest, 19},
-    {MessageId::SessionDataDigest, 20},
-    {MessageId::SessionMultipath, 21},
-    {MessageId::SessionMaxConnections, 22},
-    {MessageId::SessionInitialR2T, 23},
-    {MessageId::SessionImmediateData, 24},
-    {MessageId::SessionMaxBurstLength, 25},
-    {MessageId::SessionFirstBurstLength, 26},
-    {MessageId::SessionTimeToWait, 27},
-    {MessageId::SessionTimeToRetain, 28},
-    {MessageId::SessionMaxOutstandingR2T, 29},
-    {MessageId::SessionDataPduInOrder, 30},
-    {MessageId::SessionDataSequenceInOrder, 31},
-    {MessageId::SessionErrorRecoveryLevel, 32},
-    {MessageId::SessionMaxReceiveLength, 33},
-    {MessageId::SessionMaxTransmitLength, 34},
-    {MessageId::SessionInitiatorMarker, 35},
-    {MessageId::SessionTargetMarker, 36},
-    {MessageId::SessionVlanId, 37},
-    {MessageId::SessionMaxFrameSize, 38},
-    {MessageId::SessionLunCount, 39},
-    {MessageId::SessionDiscovery, 40},
+    {MessageId::SessionTargetName, iscsi_session::TargetName},
+    {MessageId::SessionNumber, iscsi_session::Id},
+    {MessageId::SessionStatus, iscsi_session::Status},
+    {MessageId::SessionType, iscsi_session::Type},
+    {MessageId::SessionInitiatorPart, iscsi_session::InitiatorPart},
+    {MessageId::SessionTargetHandle, iscsi_session::TargetHandle},
+    {MessageId::SessionTargetAlias, iscsi_session::TargetAlias},
+    {MessageId::SessionPortalGroup, iscsi_session::PortalGroup},
+    {MessageId::SessionTargetAddress, iscsi_session::TargetAddress},
+    {MessageId::SessionTargetPort, iscsi_session::TargetPort},
+    {MessageId::SessionInitiatorName, iscsi_session::InitiatorName},
+    {MessageId::SessionInitiatorAddress, iscsi_session::InitiatorAddress},
+    {MessageId::SessionInitiatorPort, iscsi_session::InitiatorPort},
+    {MessageId::SessionConnectionCount, iscsi_session::ConnectionCount},
+    {MessageId::SessionConnectionId, iscsi_session::ConnectionId},
+    {MessageId::SessionConnectionStatus, iscsi_session::ConnectionStatus},
+    {MessageId::SessionAuthentication, iscsi_session::Authentication},
+    {MessageId::SessionTargetChapName, iscsi_session::TargetChapName},
+    {MessageId::SessionInitiatorChapName, iscsi_session::InitiatorChapName},
+    {MessageId::SessionHeaderDigest, iscsi_session::HeaderDigest},
+    {MessageId::SessionDataDigest, iscsi_session::DataDigest},
+    {MessageId::SessionMultipath, iscsi_session::Multipath},
+    {MessageId::SessionMaxConnections, iscsi_session::MaxConnections},
+    {MessageId::SessionInitialR2T, iscsi_session::InitialR2T},
+    {MessageId::SessionImmediateData, iscsi_session::ImmediateData},
+    {MessageId::SessionMaxBurstLength, iscsi_session::MaxBurstLength},
+    {MessageId::SessionFirstBurstLength, iscsi_session::FirstBurstLength},
+    {MessageId::SessionTimeToWait, iscsi_session::TimeToWait},
+    {MessageId::SessionTimeToRetain, iscsi_session::TimeToRetain},
+    {MessageId::SessionMaxOutstandingR2T, iscsi_session::MaxOutstandingR2T},
+    {MessageId::SessionDataPduInOrder, iscsi_session::DataPduInOrder},
+    {MessageId::SessionDataSequenceInOrder, iscsi_session::DataSequenceInOrder},
+    {MessageId::SessionErrorRecoveryLevel, iscsi_session::ErrorRecoveryLevel},
+    {MessageId::SessionMaxReceiveLength, iscsi_session::MaxReceiveLength},
+    {MessageId::SessionMaxTransmitLength, iscsi_session::MaxTransmitLength},
+    {MessageId::SessionInitiatorMarker, iscsi_session::InitiatorMarker},
+    {MessageId::SessionTargetMarker, iscsi_session::TargetMarker},
+    {MessageId::SessionVlanId, iscsi_session::VlanId},
+    {MessageId::SessionMaxFrameSize, iscsi_session::MaxFrameSize},
+    {MessageId::SessionLunCount, iscsi_session::LunCount},
+    {MessageId::SessionDiscovery, iscsi_session::Discovery},
 };
 static_assert(std::size(SessionRows) ==
               std::tuple_size_v<decltype(tavroapi::SessionRecord::texts)>);
 
-constexpr std::size_t LunTitlePosition = 0;
 constexpr TextRow LunRows[] = {
-    {MessageId::LunBlockSize, 4},    {MessageId::LunCapacity, 3},
-    {MessageId::LunVendor, 1},       {MessageId::IscsiLunProduct, 2},
-    {MessageId::ConnectionState, 6}, {MessageId::IscsiLunSerialNumber, 5},
+    {MessageId::LunBlockSize, iscsi_lun::BlockSize},
+    {MessageId::LunCapacity, iscsi_lun::Capacity},
+    {MessageId::LunVendor, iscsi_lun::Vendor},
+    {MessageId::IscsiLunProduct, iscsi_lun::Product},
+    {MessageId::ConnectionState, iscsi_lun::ConnectionState},
+    {MessageId::IscsiLunSerialNumber, iscsi_lun::SerialNumber},
 };
 
 void ShowLuns(const std::list<LunRecord>& luns) {
@@ -85,12 +90,84 @@ void ShowLuns(const std::list<LunRecord>& luns) {
         ShowNotice(MessageId::NoIscsiLuns);
     }
     console::ShowEach(luns, [](const LunRecord& lun) {
-        ShowMessage(MessageId::IscsiLunTitle, lun.texts[LunTitlePosition], Layout::Title);
+        ShowMessage(MessageId::IscsiLunTitle, lun.texts[iscsi_lun::Number], Layout::Title);
         ShowRows(lun, LunRows);
         console::EndLine();
     });
     console::PrintLine(Rule78);
 }
+
+// Shows one session, number 0 when none is given.
+void ShowSession(const Invocation& invocation) {
+    tavroapi::SessionRecord session;
+    session.texts[iscsi_session::TargetName] = invocation.Text(operand::TargetName);
+    session.texts[iscsi_session::Id] =
+        invocation.Has(operand::SessionId) ? invocation.Text(operand::SessionId) : NoSessionId;
+    if (DoOperation<OperationCode::ReadSession>(invocation.port, session, session) !=
+        CallOutcome::Done) {
+        console::PrintNarrowLine("status - " + NumberToText(LastStatus));
+        ShowFailure(MessageId::SessionInfoFailed);
+        return;
+    }
+    ShowMessage(MessageId::SessionInfoTitle, NoValue, Layout::Title);
+    ShowRows(session, SessionRows);
+    ShowClosingRules();
+}
+
+// Ends sessions, number 0 when none is given.
+void LogOutOfTarget(const Invocation& invocation) {
+    tavroapi::LogoutRecord logout;
+    logout.targetName = invocation.Text(operand::TargetName);
+    if (invocation.Has(operand::SessionIds)) {
+        const std::string ids = invocation.Text(operand::SessionIds);
+        if (!IsNumberList(ids)) {
+            ShowMessage(MessageId::InvalidSessionIds, ids);
+            return;
+        }
+        logout.sessionIds = SplitSessionIds(ids);
+    } else {
+        logout.sessionIds = {NoSessionId};
+    }
+
+    ShowPleaseWait();
+    if (DoOperation<OperationCode::LogOutOfTarget>(invocation.port, logout) == CallOutcome::Done) {
+        ShowMessage(MessageId::LoggedOut);
+    } else {
+        ShowLastError();
+    }
+}
+
+// Lists the LUNs of a target.
+void ListLuns(const Invocation& invocation) {
+    ShowPleaseWait();
+    const std::string name = invocation.Text(operand::TargetName);
+    std::list<LunRecord> luns;
+    if (DoOperation<OperationCode::ListLuns>(invocation.port, name, luns) != CallOutcome::Done) {
+        ShowFailure(MessageId::IscsiLunListFailed);
+        return;
+    }
+    ShowLuns(luns);
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{18},
+     .form = {"-iscsi", operand::PortMac, "-target", "-sessioninfo", operand::TargetName,
+              Optional(operand::SessionId)},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = ShowSession},
+    {.code = CommandCode{20},
+     .form = {"-iscsi", operand::PortMac, "-target", "-logout", operand::TargetName,
+              Optional(operand::SessionIds)},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = LogOutOfTarget},
+    {.code = CommandCode{21},
+     .form = {"-iscsi", operand::PortMac, "-target", "-lunlist", operand::TargetName},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = ListLuns},
+};
 
 }  // namespace
 
@@ -107,52 +184,8 @@ std::list<std::string> SplitSessionIds(std::string_view text) {
     return ids;
 }
 
-void ShowSession(const std::string& mac, Arguments arguments) {
-    tavroapi::SessionRecord session;
-    session.texts[tavroapi::SessionTargetNamePosition] = ArgumentAt(arguments, NamePosition);
-    session.texts[tavroapi::SessionIdPosition] =
-        arguments.size() > SessionIdsPosition ? arguments[SessionIdsPosition] : NoSessionId;
-    if (DoOperation<OperationCode::ReadSession>(mac, session, session) != CallOutcome::Done) {
-        console::PrintNarrowLine("status - " + NumberToText(LastStatus));
-        ShowFailure(MessageId::SessionInfoFailed);
-        return;
-    }
-    ShowMessage(MessageId::SessionInfoTitle, NoValue, Layout::Title);
-    ShowRows(session, SessionRows);
-    ShowClosingRules();
-}
-
-void LogOutOfTarget(const std::string& mac, Arguments arguments) {
-    tavroapi::LogoutRecord logout;
-    logout.targetName = ArgumentAt(arguments, NamePosition);
-    if (arguments.size() > SessionIdsPosition) {
-        const std::string ids = arguments[SessionIdsPosition];
-        if (!IsNumberList(ids)) {
-            ShowMessage(MessageId::InvalidSessionIds, ids);
-            return;
-        }
-        logout.sessionIds = SplitSessionIds(ids);
-    } else {
-        logout.sessionIds = {NoSessionId};
-    }
-
-    ShowPleaseWait();
-    if (DoOperation<OperationCode::LogOutOfTarget>(mac, logout) == CallOutcome::Done) {
-        ShowMessage(MessageId::LoggedOut);
-    } else {
-        ShowLastError();
-    }
-}
-
-void ListLuns(const std::string& mac, Arguments arguments) {
-    ShowPleaseWait();
-    const std::string name = ArgumentAt(arguments, NamePosition);
-    std::list<LunRecord> luns;
-    if (DoOperation<OperationCode::ListLuns>(mac, name, luns) != CallOutcome::Done) {
-        ShowFailure(MessageId::IscsiLunListFailed);
-        return;
-    }
-    ShowLuns(luns);
+std::span<const Command> SessionCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

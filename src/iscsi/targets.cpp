@@ -1,16 +1,19 @@
-#include "iscsi/targets.h"
+// The iSCSI targets that a port's initiator knows.
+#include "iscsi/commands.h"
 
 #include <algorithm>
 #include <list>
 
+#include "cli/invocation.h"
 #include "cli/login_options.h"
-#include "cli/prompts.h"
 #include "console/console.h"
 #include "iscsi/phrases.h"
 #include "iscsi/portal_operands.h"
+#include "mgmt/message.h"
 #include "mgmt/operation.h"
+#include "mgmt/record_secrets.h"
 #include "mgmt/rows.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "mgmt/text.h"
 #include "tavroapi/iscsi_storage_records.h"
 
@@ -21,18 +24,14 @@ using tavroapi::TargetRecord;
 
 namespace {
 
-constexpr std::size_t NamePosition = 5;
-constexpr std::size_t AddressPosition = 6;
-constexpr std::size_t PortPosition = 7;
-
 constexpr Row<TargetRecord> TargetRows[] = {
     {MessageId::TargetName, &TargetRecord::name},
-    {MessageId::TargetAlias, &TargetRecord::text2},
-    {MessageId::ConnectionState, &TargetRecord::text3},
+    {MessageId::TargetAlias, &TargetRecord::alias},
+    {MessageId::ConnectionState, &TargetRecord::connectionState},
     {MessageId::TargetPortalAddress, &TargetRecord::portalAddress},
     {MessageId::TargetPortalPort, &TargetRecord::portalPort},
-    {MessageId::TargetPortalGroup, &TargetRecord::text7},
-    {MessageId::TargetDiscovery, &TargetRecord::text6},
+    {MessageId::TargetPortalGroup, &TargetRecord::portalGroup},
+    {MessageId::TargetDiscovery, &TargetRecord::discovery},
 };
 
 // Lists the targets that one of the two listing operations returns.
@@ -50,9 +49,9 @@ void ShowTargets(const std::string& mac, MessageId title, MessageId failure) {
     console::PrintLine(Rule96);
     constexpr std::wstring_view Gap = L"   \t";
     console::ShowEach(targets, [&](const TargetRecord& target) {
-        std::wstring line = ToWide(target.text3);
+        std::wstring line = ToWide(target.connectionState);
         line += Gap;
-        line += ToWide(target.text6);
+        line += ToWide(target.discovery);
         line += Gap;
         line += ToWide(target.name);
         console::PrintLine(line);
@@ -86,23 +85,25 @@ bool ConfirmNewTarget() {
     return true;
 }
 
-}  // namespace
-
-void ListTargets(const std::string& mac) {
-    ShowTargets<OperationCode::ListTargets>(mac, MessageId::TargetListTitle,
+// Lists the targets that the port's initiator has discovered.
+void ListTargets(const Invocation& invocation) {
+    ShowTargets<OperationCode::ListTargets>(invocation.port, MessageId::TargetListTitle,
                                             MessageId::TargetListFailed);
 }
 
-void ListActiveTargets(const std::string& mac) {
-    ShowTargets<OperationCode::ListActiveTargets>(mac, MessageId::ActiveTargetListTitle,
+// Lists the targets that the port's initiator is connected to.
+void ListActiveTargets(const Invocation& invocation) {
+    ShowTargets<OperationCode::ListActiveTargets>(invocation.port, MessageId::ActiveTargetListTitle,
                                                   MessageId::ActiveTargetListFailed);
 }
 
-void ShowTarget(const std::string& mac, Arguments arguments) {
+// Shows one target.
+void ShowTarget(const Invocation& invocation) {
     ShowPleaseWait();
-    const std::string name = ArgumentAt(arguments, NamePosition);
+    const std::string name = invocation.Text(operand::TargetName);
     TargetRecord target;
-    if (DoOperation<OperationCode::ReadTarget>(mac, name, target) != CallOutcome::Done) {
+    if (DoOperation<OperationCode::ReadTarget>(invocation.port, name, target) !=
+        CallOutcome::Done) {
         ShowFailure(MessageId::TargetInfoFailed);
         return;
     }
@@ -111,20 +112,22 @@ void ShowTarget(const std::string& mac, Arguments arguments) {
     ShowClosingRules();
 }
 
-void LogInToTarget(const std::string& mac, Arguments arguments) {
+// Logs in to a target, after a question when it has not been discovered. The default port number
+// stands in for one that is missing or refused.
+void LogInToTarget(const Invocation& invocation) {
     ShowMessage(MessageId::PleaseWait);
     tavroapi::PlacedTargetLogin place;
     tavroapi::TargetLoginRecord& login = place.record;
-    const LoginSecretsGuard secretsGuard(login.login);
-    login.targetName = ArgumentAt(arguments, NamePosition);
-    login.portalAddress = ArgumentAt(arguments, AddressPosition);
+    const RecordSecretsGuard guard(login);
+    login.targetName = invocation.Text(operand::TargetName);
+    login.portalAddress = invocation.Text(operand::TargetAddress);
     if (!AcceptPortalAddress(login.portalAddress)) {
         return;
     }
-    login.portalPort = PortNumberOrDefault(arguments, PortPosition);
+    login.portalPort = PortNumberOrDefault(invocation);
     login.text2 = "No";
 
-    if (!IsDiscovered(mac, login.targetName)) {
+    if (!IsDiscovered(invocation.port, login.targetName)) {
         if (!ConfirmNewTarget()) {
             ShowMessage(MessageId::LoginAbandoned);
             return;
@@ -133,9 +136,9 @@ void LogInToTarget(const std::string& mac, Arguments arguments) {
     }
 
     ResetLoginOptions(login.login);
-    const bool optionsAccepted =
-        arguments.size() <= PortPosition || ParseLoginOptions(login.login, arguments) == 0;
-    const CallOutcome outcome = DoOperation<OperationCode::LogInToTarget>(mac, login);
+    const bool optionsAccepted = !invocation.Has(operand::PortNumber) ||
+                                 ParseLoginOptions(login.login, invocation.arguments) == 0;
+    const CallOutcome outcome = DoOperation<OperationCode::LogInToTarget>(invocation.port, login);
     if (outcome == CallOutcome::Done && optionsAccepted) {
         ShowMessage(MessageId::LoggedIn);
     } else {
@@ -143,13 +146,48 @@ void LogInToTarget(const std::string& mac, Arguments arguments) {
     }
 }
 
-void RemoveTarget(const std::string& mac, Arguments arguments) {
-    const std::string name = ArgumentAt(arguments, NamePosition);
-    if (DoOperation<OperationCode::RemoveTarget>(mac, name) == CallOutcome::Done) {
+// Makes the initiator forget a target.
+void RemoveTarget(const Invocation& invocation) {
+    const std::string name = invocation.Text(operand::TargetName);
+    if (DoOperation<OperationCode::RemoveTarget>(invocation.port, name) == CallOutcome::Done) {
         ShowMessage(MessageId::TargetRemoved);
     } else {
         ShowLastError();
     }
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{14},
+     .form = {"-iscsi", operand::PortMac, "-target", "-listall"},
+     .access = AccessClass::Runs,
+     .handler = ListTargets},
+    {.code = CommandCode{15},
+     .form = {"-iscsi", operand::PortMac, "-target", "-listactive"},
+     .access = AccessClass::Runs,
+     .handler = ListActiveTargets},
+    {.code = CommandCode{16},
+     .form = {"-iscsi", operand::PortMac, "-target", "-getinfo", operand::TargetName},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = ShowTarget},
+    {.code = CommandCode{17},
+     .form = {"-iscsi", operand::PortMac, "-target", "-login", operand::TargetName,
+              operand::TargetAddress, Optional(operand::PortNumber),
+              Optional(operand::LoginOptions)},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = LogInToTarget},
+    {.code = CommandCode{19},
+     .form = {"-iscsi", operand::PortMac, "-target", "-remove", operand::TargetName},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = RemoveTarget},
+};
+
+}  // namespace
+
+std::span<const Command> IscsiTargetCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

@@ -1,6 +1,7 @@
 // The TCP/IP settings of an iSCSI function.
-#include "iscsi/tcpip.h"
+#include "iscsi/commands.h"
 
+#include "cli/invocation.h"
 #include "cli/tcpip_settings.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
@@ -22,10 +23,10 @@ void Apply(const std::string& mac, tavroapi::TcpIpSettings& settings) {
     }
 }
 
-}  // namespace
-
-void SetIscsiTcpIpByDhcp(const std::string& mac, Arguments arguments) {
-    auto settings = SettingsForDhcp(arguments, 5);
+// Has an iSCSI function take its IPv4 address by DHCP. Without a VLAN ID, or without the library's
+// entry point, nothing happens.
+void SetIscsiTcpIpByDhcp(const Invocation& invocation) {
+    auto settings = SettingsForDhcp(invocation);
     if (!settings) {
         return;
     }
@@ -34,16 +35,35 @@ void SetIscsiTcpIpByDhcp(const std::string& mac, Arguments arguments) {
     settings->staticIPv6 = PlaceholderIPv6;
     settings->staticPrefixLength = PlaceholderPrefixLength;
     settings->gatewayIPv6 = NoGatewayIPv6;
-    Apply(mac, *settings);
+    Apply(invocation.port, *settings);
 }
 
-void SetIscsiTcpIpStatically(const std::string& mac, Arguments arguments) {
-    auto settings = SettingsForStaticIPv4(ArgumentAt(arguments, 5), ArgumentAt(arguments, 6),
-                                          ArgumentAt(arguments, 7), ArgumentAt(arguments, 8));
+// Gives an iSCSI function a fixed IPv4 address.
+void SetIscsiTcpIpStatically(const Invocation& invocation) {
+    auto settings = SettingsForStaticIPv4(invocation);
     if (settings) {
         settings->staticPrefixLength = PlaceholderPrefixLength;
-        Apply(mac, *settings);
+        Apply(invocation.port, *settings);
     }
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{22},
+     .form = {"-iscsi", operand::PortMac, "-modifytcpip", "-dhcp", Uncounted(operand::VlanId)},
+     .access = AccessClass::Runs,
+     .handler = SetIscsiTcpIpByDhcp},
+    {.code = CommandCode{23},
+     .form = {"-iscsi", operand::PortMac, "-modifytcpip", "-static", operand::VlanId,
+              operand::IPv4Address, operand::SubnetMask, Uncounted(operand::IPv4Gateway)},
+     .tooFew = CommandCode::TooFewArguments,
+     .access = AccessClass::Runs,
+     .handler = SetIscsiTcpIpStatically},
+};
+
+}  // namespace
+
+std::span<const Command> IscsiTcpIpCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

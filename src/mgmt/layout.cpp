@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "mgmt/text.h"
 
 namespace tavro {

@@ -40,6 +40,19 @@ void ShowMessage(MessageId id, std::string_view value, Layout layout, std::strin
     }
 }
 
+void ShowPrompt(MessageId prompt, std::string_view prefix) {
+    ShowMessage(prompt, NoValue, Layout::Prompt, prefix);
+}
+
+void ShowNotice(MessageId notice) {
+    ShowMessage(notice, NoValue, Layout::Notice);
+}
+
+void ShowSpacedNotice(MessageId notice) {
+    console::EndLine();
+    ShowNotice(notice);
+}
+
 void ShowWideRow(std::wstring_view value, std::string_view prefix) {
     if (const auto text = MessageText(MessageId::WideRowLabel)) {
         console::Print(LayOutRow(*text, value, prefix));

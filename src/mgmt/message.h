@@ -16,6 +16,15 @@ inline constexpr const char* NoValue = " ";
 void ShowMessage(MessageId id, std::string_view value = NoValue, Layout layout = Layout::Message,
                  std::string_view prefix = "");
 
+// Shows a prompt and leaves its line open for the answer.
+void ShowPrompt(MessageId prompt, std::string_view prefix = "");
+
+// Shows an indented notice.
+void ShowNotice(MessageId notice);
+
+// Shows an empty line and an indented notice.
+void ShowSpacedNotice(MessageId notice);
+
 // Prints the wide-valued row of the Ethernet port information (`MessageId::WideRowLabel`).
 void ShowWideRow(std::wstring_view value, std::string_view prefix);
 

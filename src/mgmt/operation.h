@@ -13,6 +13,9 @@ namespace tavro {
 // except those that say otherwise.
 extern std::uint32_t LastStatus;
 
+// The request of an operation that concerns the host as a whole, no port of it.
+inline const std::string WholeHost;
+
 // How a call of the library ended. Commands react differently to a missing entry point and to a
 // failure.
 enum class CallOutcome { NotResolved, Failed, Done };
@@ -53,39 +56,46 @@ void* InputAddress(Record& input) {
     }
 }
 
-template <class Record>
-using InputType = std::conditional_t<std::is_same_v<Record, tavroapi::CharacterString>,
-                                     const std::string, Record>;
+// What the caller passes as an operation's input.
+template <tavroapi::OperationCode Code>
+using Input = std::conditional_t<std::is_same_v<tavroapi::InputOf<Code>, tavroapi::CharacterString>,
+                                 const std::string, tavroapi::InputOf<Code>>;
 
 template <tavroapi::OperationCode Code>
 inline constexpr bool TakesInput = !std::is_same_v<tavroapi::InputOf<Code>, tavroapi::NoRecord>;
 template <tavroapi::OperationCode Code>
 inline constexpr bool ReturnsOutput = !std::is_same_v<tavroapi::OutputOf<Code>, tavroapi::NoRecord>;
 
+// The three kinds of operations that there are, by what they exchange.
+template <tavroapi::OperationCode Code>
+concept OnlyReturns = !TakesInput<Code> && ReturnsOutput<Code>;
+template <tavroapi::OperationCode Code>
+concept OnlyTakes = TakesInput<Code> && !ReturnsOutput<Code>;
+template <tavroapi::OperationCode Code>
+concept Exchanges = TakesInput<Code> && ReturnsOutput<Code>;
+
 }  // namespace detail
 
-// Performs an operation that takes no input. `request` names the port, or is empty for the host as
-// a whole; `output` is filled by the library.
+// Performs an operation that takes no input. `request` names the port, or is `WholeHost`;
+// `output` is filled by the library.
 template <tavroapi::OperationCode Code>
-requires(!detail::TakesInput<Code> && detail::ReturnsOutput<Code>) CallOutcome
-    DoOperation(const std::string& request, tavroapi::OutputOf<Code>& output,
-                StatusUse statusUse = StatusUse::Store) {
+CallOutcome DoOperation(const std::string& request, tavroapi::OutputOf<Code>& output,
+                        StatusUse statusUse = StatusUse::Store) requires detail::OnlyReturns<Code> {
     return detail::DoOperation(Code, request, nullptr, &output, statusUse);
 }
 
 // Performs an operation that returns no record. The library may leave a completion code in `input`.
 template <tavroapi::OperationCode Code>
-requires(detail::TakesInput<Code> && !detail::ReturnsOutput<Code>) CallOutcome
-    DoOperation(const std::string& request, detail::InputType<tavroapi::InputOf<Code>>& input,
-                StatusUse statusUse = StatusUse::Store) {
+CallOutcome DoOperation(const std::string& request, detail::Input<Code>& input,
+                        StatusUse statusUse = StatusUse::Store) requires detail::OnlyTakes<Code> {
     return detail::DoOperation(Code, request, detail::InputAddress(input), nullptr, statusUse);
 }
 
 // Performs an operation that takes a record and fills another; both may be the same object.
 template <tavroapi::OperationCode Code>
-requires(detail::TakesInput<Code>&& detail::ReturnsOutput<Code>) CallOutcome
-    DoOperation(const std::string& request, detail::InputType<tavroapi::InputOf<Code>>& input,
-                tavroapi::OutputOf<Code>& output, StatusUse statusUse = StatusUse::Store) {
+CallOutcome DoOperation(const std::string& request, detail::Input<Code>& input,
+                        tavroapi::OutputOf<Code>& output,
+                        StatusUse statusUse = StatusUse::Store) requires detail::Exchanges<Code> {
     return detail::DoOperation(Code, request, detail::InputAddress(input), &output, statusUse);
 }
 

@@ -2,8 +2,7 @@
 
 #include <optional>
 
-#include "cli/prompts.h"
-#include "cli/yes_no.h"
+#include "cli/questions.h"
 #include "console/console.h"
 
 namespace tavro {

@@ -1,11 +1,8 @@
 // The questions of `-npar <MAC> -set`.
 #include "partition/partition_dialogue.h"
 
-#include <optional>
-
-#include "cli/prompts.h"
+#include "cli/questions.h"
 #include "cli/validation.h"
-#include "console/question.h"
 #include "partition/ports.h"
 #include "partition/value_names.h"
 
@@ -28,11 +25,7 @@ constexpr Choice Modes[] = {
     {"2", PartitionedMode},
 };
 
-template <class Accept>
-auto AskUntil(MessageId prompt, Accept accept, MessageId refusal, const std::string& prefix = {}) {
-    return console::Ask([&] { ShowPrompt(prompt, prefix); }, accept,
-                        [&] { ShowSpacedNotice(refusal); });
-}
+constexpr Refusal NotOnTheMenu = Refusal::SpacedNotice(MessageId::PartitionMenuRefused);
 
 void SetDefaults(PartitionConfig& config) {
     for (PartitionFunction& function : config.functions) {
@@ -42,34 +35,19 @@ void SetDefaults(PartitionConfig& config) {
     }
 }
 
-std::string AskMode() {
-    const auto mode = [](const std::string& answer) { return MeaningOf(answer, Modes); };
-    return AskUntil(MessageId::AskPartitionMode, mode, MessageId::PartitionMenuRefused);
-}
-
-std::string AskFlowControl() {
-    const auto code = [](const std::string& answer) { return FlowControlCode(answer); };
-    return AskUntil(MessageId::AskPartitionFlowControl, code, MessageId::PartitionMenuRefused);
-}
-
-const FunctionPersonality& AskFunctionPersonality() {
-    const auto personality =
-        [](const std::string& answer) -> std::optional<const FunctionPersonality*> {
-        const FunctionPersonality* const found = FindPersonality(answer);
-        return found == nullptr ? std::nullopt : std::optional(found);
-    };
-    return *AskUntil(MessageId::AskPartitionPersonality, personality,
-                     MessageId::PartitionPersonalityRefused);
-}
-
 // The answer as a number without leading zeros.
 std::string AskLimit(MessageId prompt, std::size_t function) {
-    const auto isLimit = [](const std::string& answer) {
-        return IsNumberInRange(answer, LimitMaximum);
-    };
     const std::string prefix = "[PF" + std::to_string(function) + "]";
-    return NumberToText(
-        ParseUnsigned(AskUntil(prompt, isLimit, MessageId::PartitionLimitRefused, prefix)));
+    const Question question = {.prompt = prompt,
+                               .refusal = Refusal::SpacedNotice(MessageId::PartitionLimitRefused),
+                               .prefix = prefix};
+    return NumberToText(ParseUnsigned(AskNumber(question, LimitMaximum)));
+}
+
+FunctionPersonality AskFunctionPersonality() {
+    return AskUntil({MessageId::AskPartitionPersonality,
+                     Refusal::SpacedNotice(MessageId::PartitionPersonalityRefused)},
+                    FindPersonality);
 }
 
 // Only the second function of a port can be other than Ethernet, and only on a converged adapter.
@@ -89,13 +67,14 @@ void AskFunctions(std::string_view adapterType, const std::vector<std::size_t>& 
 }  // namespace
 
 void AskPartitions(std::string_view adapterType, std::int32_t portCount, PartitionConfig& config) {
-    const std::string mode = AskMode();
+    const std::string mode = AskChoice({MessageId::AskPartitionMode, NotOnTheMenu}, Modes);
     const bool isPartitioned = mode == PartitionedMode;
     SetDefaults(config);
     for (std::size_t port = 0; port < ShownPorts(portCount); ++port) {
         PrintPortHeading(port);
         if (port < config.flowControl.size()) {
-            config.flowControl[port] = AskFlowControl();
+            config.flowControl[port] =
+                AskUntil({MessageId::AskPartitionFlowControl, NotOnTheMenu}, FlowControlCode);
         }
         if (isPartitioned) {
             AskFunctions(adapterType, FunctionsOfPort(port, portCount), config);

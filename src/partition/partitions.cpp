@@ -1,27 +1,31 @@
 #include "partition/partitions.h"
 
 #include "adapters/partition_queries.h"
-#include "cli/prompts.h"
+#include "cli/invocation.h"
 #include "console/console.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
-#include "mgmt/rules.h"
+#include "mgmt/rule_lines.h"
 #include "mgmt/text.h"
+#include "partition/commands.h"
 #include "partition/confirmation.h"
 #include "partition/partition_dialogue.h"
 #include "partition/ports.h"
 #include "partition/value_names.h"
+#include "tavroapi/codes.h"
 
 namespace tavro {
 
 namespace {
+
+// How much of a configuration is shown.
+enum class PartitionView { Summary, Detail };
 
 using tavroapi::OperationCode;
 using tavroapi::PartitionConfig;
 using tavroapi::PartitionFunction;
 
 constexpr std::uint32_t FourPorts = 4;
-constexpr std::int32_t ValueRefusedResult = 5;
 
 // The labels of a function's fields from the second on; the first is not shown.
 constexpr MessageId FunctionLabels[] = {
@@ -91,12 +95,86 @@ void WriteConfiguration(const std::string& mac, PartitionConfig& config) {
     if (DoOperation<OperationCode::WritePartitions>(mac, config) != CallOutcome::Done) {
         return;
     }
-    if (config.result == ValueRefusedResult) {
+    if (config.result == tavroapi::ValueRefused) {
         ShowNotice(MessageId::ValueRefused);
-    } else if (config.result == tavroapi::RestartNeededResult) {
+    } else if (config.result == tavroapi::AppliedAtRestart) {
         ShowNotice(MessageId::RestartNeeded);
     }
 }
+
+// Reads and shows the configuration, or a notice in the state in which there is none; the other
+// states, a failed reading and a library that lacks an entry point show nothing.
+void ShowPartitionConfig(const std::string& mac, PartitionView view) {
+    const std::uint32_t state = GetPartitionState(mac).value_or(0);
+    if (state == tavroapi::NotPartitioned) {
+        ShowSpacedNotice(MessageId::NotPartitioned);
+        return;
+    }
+    if (state != tavroapi::PartitionedForGood && state != tavroapi::Partitioned) {
+        return;
+    }
+    PartitionConfig config;
+    if (DoOperation<OperationCode::ReadPartitions>(mac, config) != CallOutcome::Done) {
+        return;
+    }
+    ShowTitle(MessageId::PartitionsTitle);
+    if (view == PartitionView::Summary) {
+        ShowPartitionSummary(config);
+    } else {
+        ShowDetail(config);
+    }
+}
+
+// Shows the configuration in detail.
+void ShowPartitions(const Invocation& invocation) {
+    ShowPartitionConfig(invocation.port, PartitionView::Detail);
+}
+
+// Shows a summary of the configuration, asks for a completely new one, and writes it once it is
+// confirmed. Adapters with four ports and partition states that allow no changes are refused. A
+// library that lacks an entry point for it ends it without a word before the first question.
+void SetPartitions(const Invocation& invocation) {
+    const std::string& mac = invocation.port;
+    const auto state = GetPartitionState(mac);
+    const auto adapterType = state ? GetAdapterType(mac) : std::nullopt;
+    const auto portCount = adapterType ? GetAdapterPortNumber(mac) : std::nullopt;
+    if (!portCount) {
+        return;
+    }
+    if (*portCount == FourPorts) {
+        ShowSpacedNotice(MessageId::FourPortsRefused);
+        return;
+    }
+    if (*state == tavroapi::PartitionedForGood) {
+        ShowSpacedNotice(MessageId::PartitionChangeRefused);
+        return;
+    }
+    if (*state != tavroapi::NotPartitioned && *state != tavroapi::Partitioned) {
+        return;
+    }
+    ShowPartitionConfig(mac, PartitionView::Summary);
+    // A completely new configuration, not an edit of the current one.
+    PartitionConfig config;
+    AskPartitions(*adapterType, static_cast<std::int32_t>(*portCount), config);
+    ShowNewConfiguration(config);
+    if (!AskConfirmation()) {
+        // Laid out like a prompt, with its line left open; `-res` shows the same as a notice.
+        ShowPrompt(MessageId::ChangesDeclined);
+        return;
+    }
+    WriteConfiguration(mac, config);
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{51},
+     .form = {"-npar", operand::PortMac, "-get"},
+     .access = AccessClass::Runs,
+     .handler = ShowPartitions},
+    {.code = CommandCode{52},
+     .form = {"-npar", operand::PortMac, "-set"},
+     .access = AccessClass::Blocked,
+     .handler = SetPartitions},
+};
 
 }  // namespace
 
@@ -115,60 +193,8 @@ void ShowPartitionSummary(const PartitionConfig& config) {
     console::EndLine();
 }
 
-void ShowPartitionConfig(const std::string& mac, PartitionView view) {
-    const std::uint32_t state = GetPartitionState(mac).value_or(0);
-    if (state == 1) {
-        ShowSpacedNotice(MessageId::NotPartitioned);
-        return;
-    }
-    if (state != 2 && state != 3) {
-        return;
-    }
-    PartitionConfig config;
-    if (DoOperation<OperationCode::ReadPartitions>(mac, config) != CallOutcome::Done) {
-        return;
-    }
-    ShowTitle(MessageId::PartitionsTitle);
-    if (view == PartitionView::Summary) {
-        ShowPartitionSummary(config);
-    } else {
-        ShowDetail(config);
-    }
-}
-
-void ShowPartitions(const std::string& mac) {
-    ShowPartitionConfig(mac, PartitionView::Detail);
-}
-
-void SetPartitions(const std::string& mac) {
-    const auto state = GetPartitionState(mac);
-    const auto adapterType = state ? GetAdapterType(mac) : std::nullopt;
-    const auto portCount = adapterType ? GetAdapterPortNumber(mac) : std::nullopt;
-    if (!portCount) {
-        return;
-    }
-    if (*portCount == FourPorts) {
-        ShowSpacedNotice(MessageId::FourPortsRefused);
-        return;
-    }
-    if (*state == 2) {
-        ShowSpacedNotice(MessageId::PartitionChangeRefused);
-        return;
-    }
-    if (*state != 1 && *state != 3) {
-        return;
-    }
-    ShowPartitionConfig(mac, PartitionView::Summary);
-    // A completely new configuration, not an edit of the current one.
-    PartitionConfig config;
-    AskPartitions(*adapterType, static_cast<std::int32_t>(*portCount), config);
-    ShowNewConfiguration(config);
-    if (!AskConfirmation()) {
-        // Laid out like a prompt, with its line left open; `-res` shows the same as a notice.
-        ShowPrompt(MessageId::ChangesDeclined);
-        return;
-    }
-    WriteConfiguration(mac, config);
+std::span<const Command> PartitionCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

@@ -1,13 +1,14 @@
-#include "partition/personality.h"
+#include "partition/commands.h"
 
 #include <optional>
 
 #include "adapters/partition_queries.h"
-#include "cli/prompts.h"
-#include "console/question.h"
+#include "cli/invocation.h"
+#include "cli/questions.h"
 #include "mgmt/message.h"
 #include "mgmt/operation.h"
 #include "partition/confirmation.h"
+#include "tavroapi/codes.h"
 #include "tavroapi/partition_records.h"
 
 namespace tavro {
@@ -28,10 +29,10 @@ bool RefusesType(const std::string& adapterType) {
 
 // Whether the port is not partitioned; that it is partitioned is said.
 bool IsUnpartitioned(std::uint32_t state) {
-    if (state == 2 || state == 3) {
+    if (state == tavroapi::PartitionedForGood || state == tavroapi::Partitioned) {
         ShowSpacedNotice(MessageId::PersonalityOfPartitionedPort);
     }
-    return state == 1;
+    return state == tavroapi::NotPartitioned;
 }
 
 void ShowValue(const PersonalitySetting& setting) {
@@ -39,12 +40,6 @@ void ShowValue(const PersonalitySetting& setting) {
     ShowMessage(MessageId::PersonalityTitle, "", Layout::Title);
     console::EndLine();
     ShowMessage(MessageId::CurrentPersonality, setting.value, Layout::Row);
-}
-
-std::string AskPersonality() {
-    return console::Ask([] { ShowPrompt(MessageId::AskPersonality); },
-                        [](const std::string& answer) { return answer == "1" || answer == "2"; },
-                        [] { ShowSpacedNotice(MessageId::PersonalityRefused); });
 }
 
 void WriteSetting(const std::string& mac, PersonalitySetting& setting) {
@@ -55,26 +50,25 @@ void WriteSetting(const std::string& mac, PersonalitySetting& setting) {
             ShowLastError();
             break;
         case CallOutcome::Done:
-            if (setting.result == tavroapi::RestartNeededResult) {
+            if (setting.result == tavroapi::AppliedAtRestart) {
                 ShowNotice(MessageId::RestartNeeded);
             }
             break;
     }
 }
 
-}  // namespace
-
-void ShowPersonality(const std::string& mac) {
-    const auto adapterType = GetAdapterType(mac);
+// Shows the port's personality.
+void ShowPersonality(const Invocation& invocation) {
+    const auto adapterType = GetAdapterType(invocation.port);
     if (!adapterType || RefusesType(*adapterType)) {
         return;
     }
-    const auto state = GetPartitionState(mac);
+    const auto state = GetPartitionState(invocation.port);
     if (!state || !IsUnpartitioned(*state)) {
         return;
     }
     PersonalitySetting setting;
-    switch (DoOperation<OperationCode::ReadPersonality>(mac, setting)) {
+    switch (DoOperation<OperationCode::ReadPersonality>(invocation.port, setting)) {
         case CallOutcome::NotResolved:
             break;
         case CallOutcome::Failed:
@@ -87,21 +81,41 @@ void ShowPersonality(const std::string& mac) {
     }
 }
 
-void SetPersonality(const std::string& mac) {
-    const auto state = GetPartitionState(mac);
-    const auto adapterType = state ? GetAdapterType(mac) : std::nullopt;
+// Shows the port's personality, asks for another one and writes it once it is confirmed.
+void SetPersonality(const Invocation& invocation) {
+    const auto state = GetPartitionState(invocation.port);
+    const auto adapterType = state ? GetAdapterType(invocation.port) : std::nullopt;
     if (!adapterType || RefusesType(*adapterType) || !IsUnpartitioned(*state)) {
         return;
     }
-    ShowPersonality(mac);
+    ShowPersonality(invocation);
     console::EndLine();
     PersonalitySetting setting;
-    setting.value = AskPersonality();
+    setting.value =
+        AskUntil({MessageId::AskPersonality, Refusal::SpacedNotice(MessageId::PersonalityRefused)},
+                 [](const std::string& answer) { return answer == "1" || answer == "2"; });
     if (!AskConfirmation()) {
         ShowNotice(MessageId::ChangesDeclined);
         return;
     }
-    WriteSetting(mac, setting);
+    WriteSetting(invocation.port, setting);
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{53},
+     .form = {"-res", operand::PortMac, "-get"},
+     .access = AccessClass::Runs,
+     .handler = ShowPersonality},
+    {.code = CommandCode{54},
+     .form = {"-res", operand::PortMac, "-set"},
+     .access = AccessClass::Blocked,
+     .handler = SetPersonality},
+};
+
+}  // namespace
+
+std::span<const Command> PersonalityCommands() {
+    return CommandRows;
 }
 
 }  // namespace tavro

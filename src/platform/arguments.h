@@ -22,16 +22,16 @@ class ProcessArguments {
     ProcessArguments& operator=(const ProcessArguments&) = delete;
 
     // All arguments; in those that are not representable '?' stands for what the code page lacks.
-    std::span<const char* const> Values() const { return values; }
+    std::span<const char* const> Values() const { return values_; }
 
     // The position of the first argument that the system's code page cannot hold as it was typed.
     // The program's own name is not asked: nothing is done by it.
-    std::optional<std::size_t> NotRepresentable() const { return notRepresentable; }
+    std::optional<std::size_t> NotRepresentable() const { return notRepresentable_; }
 
   private:
-    std::vector<std::string> texts;
-    std::vector<const char*> values;
-    std::optional<std::size_t> notRepresentable;
+    std::vector<std::string> texts_;
+    std::vector<const char*> values_;
+    std::optional<std::size_t> notRepresentable_;
 };
 
 }  // namespace tavro::platform

@@ -3,6 +3,6 @@
 namespace tavro::platform {
 
 ProcessArguments::ProcessArguments(int count, const char* const* entryValues)
-    : values(entryValues, entryValues + count) {}
+    : values_(entryValues, entryValues + count) {}
 
 }  // namespace tavro::platform

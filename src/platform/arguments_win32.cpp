@@ -37,13 +37,13 @@ ProcessArguments::ProcessArguments(int, const char* const*) {
     for (int index = 0; index < count; ++index) {
         const wchar_t* const argument = wideValues[index];
         std::optional<std::string> exact = EncodeExactly(argument, codePage);
-        if (!exact && index > 0 && !notRepresentable) {
-            notRepresentable = static_cast<std::size_t>(index);
+        if (!exact && index > 0 && !notRepresentable_) {
+            notRepresentable_ = static_cast<std::size_t>(index);
         }
-        texts.push_back(exact ? std::move(*exact) : EncodeText(argument, codePage));
+        texts_.push_back(exact ? std::move(*exact) : EncodeText(argument, codePage));
     }
-    for (const std::string& text : texts) {
-        values.push_back(text.c_str());
+    for (const std::string& text : texts_) {
+        values_.push_back(text.c_str());
     }
 }
 

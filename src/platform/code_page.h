@@ -24,7 +24,7 @@ class CodePageEncoder {
 
   private:
     struct Tables;
-    std::unique_ptr<Tables> tables;
+    std::unique_ptr<Tables> tables_;
 };
 
 // DecodeText for code pages other than UTF-8.

@@ -21,10 +21,10 @@ std::string EncodingName(unsigned codePage) {
 class Conversion {
   public:
     Conversion(const std::string& to, const std::string& from)
-        : descriptor(iconv_open(to.c_str(), from.c_str())) {}
+        : descriptor_(iconv_open(to.c_str(), from.c_str())) {}
     ~Conversion() {
         if (IsOpen()) {
-            iconv_close(descriptor);
+            iconv_close(descriptor_);
         }
     }
     Conversion(const Conversion&) = delete;
@@ -32,16 +32,16 @@ class Conversion {
     Conversion(Conversion&&) = delete;
     Conversion& operator=(Conversion&&) = delete;
 
-    bool IsOpen() const { return reinterpret_cast<std::intptr_t>(descriptor) != -1; }
+    bool IsOpen() const { return reinterpret_cast<std::intptr_t>(descriptor_) != -1; }
 
     // Converts as far as possible and moves the pointers on. 0, or the error at which it stopped.
     int Run(char** input, std::size_t* inputSize, char** output, std::size_t* outputSize) {
-        const std::size_t result = iconv(descriptor, input, inputSize, output, outputSize);
+        const std::size_t result = iconv(descriptor_, input, inputSize, output, outputSize);
         return result == static_cast<std::size_t>(-1) ? errno : 0;
     }
 
   private:
-    iconv_t descriptor;
+    iconv_t descriptor_;
 };
 
 }  // namespace
@@ -51,12 +51,12 @@ struct CodePageEncoder::Tables {
 };
 
 CodePageEncoder::CodePageEncoder(unsigned codePage)
-    : tables(new Tables{{EncodingName(codePage), "WCHAR_T"}}) {}
+    : tables_(new Tables{{EncodingName(codePage), "WCHAR_T"}}) {}
 
 CodePageEncoder::~CodePageEncoder() = default;
 
 bool CodePageEncoder::Append(char32_t character, std::string& bytes) {
-    if (!tables->conversion.IsOpen()) {
+    if (!tables_->conversion.IsOpen()) {
         return false;
     }
     auto unit = static_cast<wchar_t>(character);
@@ -65,7 +65,7 @@ bool CodePageEncoder::Append(char32_t character, std::string& bytes) {
     std::array<char, 16> encoded{};
     char* output = encoded.data();
     std::size_t room = encoded.size();
-    if (tables->conversion.Run(&input, &inputSize, &output, &room) != 0) {
+    if (tables_->conversion.Run(&input, &inputSize, &output, &room) != 0) {
         return false;
     }
     bytes.append(encoded.data(), encoded.size() - room);

@@ -14,7 +14,7 @@ struct CodePageEncoder::Tables {
 };
 
 CodePageEncoder::CodePageEncoder(unsigned codePage)
-    : tables(std::make_unique<Tables>(Tables{codePage})) {}
+    : tables_(std::make_unique<Tables>(Tables{codePage})) {}
 
 CodePageEncoder::~CodePageEncoder() = default;
 
@@ -30,8 +30,9 @@ bool CodePageEncoder::Append(char32_t character, std::string& bytes) {
     }
     std::array<char, 16> encoded{};
     const auto convert = [&](DWORD flags, BOOL* usedDefault) {
-        return WideCharToMultiByte(tables->codePage, flags, units.data(), unitCount, encoded.data(),
-                                   static_cast<int>(encoded.size()), nullptr, usedDefault);
+        return WideCharToMultiByte(tables_->codePage, flags, units.data(), unitCount,
+                                   encoded.data(), static_cast<int>(encoded.size()), nullptr,
+                                   usedDefault);
     };
     BOOL usedDefault = FALSE;
     int length = convert(WC_NO_BEST_FIT_CHARS, &usedDefault);

@@ -31,7 +31,7 @@ class RegularFile {
     // owner says too little. Not open when that is not possible.
     static RegularFile OpenForAppend(const std::wstring& path);
 
-    bool IsOpen() const { return handle != nullptr; }
+    bool IsOpen() const { return handle_ != nullptr; }
 
     // How many bytes the open file holds; nothing when the system does not tell.
     std::optional<std::uint64_t> Size() const;
@@ -43,7 +43,7 @@ class RegularFile {
   private:
     struct Handle;
     explicit RegularFile(Handle opened);
-    std::unique_ptr<Handle> handle;
+    std::unique_ptr<Handle> handle_;
 };
 
 // What became of ReadWholeFile.

@@ -21,25 +21,25 @@ constexpr int MostLinks = 40;
 
 class Descriptor {
   public:
-    explicit Descriptor(int opened = -1) : value(opened) {}
+    explicit Descriptor(int opened = -1) : value_(opened) {}
     ~Descriptor() {
         if (IsOpen()) {
-            close(value);
+            close(value_);
         }
     }
-    Descriptor(Descriptor&& other) noexcept : value(std::exchange(other.value, -1)) {}
+    Descriptor(Descriptor&& other) noexcept : value_(std::exchange(other.value_, -1)) {}
     Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(value, other.value);
+        std::swap(value_, other.value_);
         return *this;
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
-    int Value() const { return value; }
-    bool IsOpen() const { return value >= 0; }
+    int Value() const { return value_; }
+    bool IsOpen() const { return value_ >= 0; }
 
   private:
-    int value;
+    int value_;
 };
 
 // What stands at the path, without opening it: nothing waits, and the other end of a pipe notices
@@ -115,7 +115,7 @@ RegularFile::RegularFile(RegularFile&& other) noexcept = default;
 RegularFile& RegularFile::operator=(RegularFile&& other) noexcept = default;
 
 RegularFile::RegularFile(Handle opened)
-    : handle(opened.file.IsOpen() ? std::make_unique<Handle>(std::move(opened)) : nullptr) {}
+    : handle_(opened.file.IsOpen() ? std::make_unique<Handle>(std::move(opened)) : nullptr) {}
 
 RegularFile RegularFile::OpenForReading(const std::wstring& path) {
     const Descriptor node = FindNode(Descriptor(AT_FDCWD), EncodeText(path, Utf8CodePage), 0);
@@ -128,7 +128,7 @@ RegularFile RegularFile::OpenForAppend(const std::wstring& path) {
 
 std::optional<std::uint64_t> RegularFile::Size() const {
     struct stat status {};
-    if (fstat(handle->file.Value(), &status) != 0) {
+    if (fstat(handle_->file.Value(), &status) != 0) {
         return std::nullopt;
     }
     return static_cast<std::uint64_t>(status.st_size);
@@ -137,7 +137,7 @@ std::optional<std::uint64_t> RegularFile::Size() const {
 std::size_t RegularFile::Read(char* bytes, std::size_t count) {
     ssize_t got = 0;
     do {
-        got = read(handle->file.Value(), bytes, count);
+        got = read(handle_->file.Value(), bytes, count);
     } while (got < 0 && errno == EINTR);
     return got < 0 ? 0 : static_cast<std::size_t>(got);
 }

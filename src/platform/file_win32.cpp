@@ -10,26 +10,26 @@ namespace {
 
 class OpenHandle {
   public:
-    explicit OpenHandle(HANDLE opened = INVALID_HANDLE_VALUE) : value(opened) {}
+    explicit OpenHandle(HANDLE opened = INVALID_HANDLE_VALUE) : value_(opened) {}
     ~OpenHandle() {
         if (IsOpen()) {
-            CloseHandle(value);
+            CloseHandle(value_);
         }
     }
     OpenHandle(OpenHandle&& other) noexcept
-        : value(std::exchange(other.value, INVALID_HANDLE_VALUE)) {}
+        : value_(std::exchange(other.value_, INVALID_HANDLE_VALUE)) {}
     OpenHandle& operator=(OpenHandle&& other) noexcept {
-        std::swap(value, other.value);
+        std::swap(value_, other.value_);
         return *this;
     }
     OpenHandle(const OpenHandle&) = delete;
     OpenHandle& operator=(const OpenHandle&) = delete;
 
-    HANDLE Value() const { return value; }
-    bool IsOpen() const { return value != INVALID_HANDLE_VALUE; }
+    HANDLE Value() const { return value_; }
+    bool IsOpen() const { return value_ != INVALID_HANDLE_VALUE; }
 
   private:
-    HANDLE value;
+    HANDLE value_;
 };
 
 OpenHandle Open(const std::wstring& path, DWORD access, DWORD creation, DWORD flags) {
@@ -58,7 +58,7 @@ RegularFile::RegularFile(RegularFile&& other) noexcept = default;
 RegularFile& RegularFile::operator=(RegularFile&& other) noexcept = default;
 
 RegularFile::RegularFile(Handle opened)
-    : handle(opened.file.IsOpen() ? std::make_unique<Handle>(std::move(opened)) : nullptr) {}
+    : handle_(opened.file.IsOpen() ? std::make_unique<Handle>(std::move(opened)) : nullptr) {}
 
 RegularFile RegularFile::OpenForReading(const std::wstring& path) {
     return RegularFile(Handle{Open(path, GENERIC_READ, OPEN_EXISTING, 0)});
@@ -74,7 +74,7 @@ RegularFile RegularFile::OpenForAppend(const std::wstring& path) {
 
 std::optional<std::uint64_t> RegularFile::Size() const {
     LARGE_INTEGER size{};
-    if (GetFileSizeEx(handle->file.Value(), &size) == 0) {
+    if (GetFileSizeEx(handle_->file.Value(), &size) == 0) {
         return std::nullopt;
     }
     return static_cast<std::uint64_t>(size.QuadPart);
@@ -84,7 +84,7 @@ std::size_t RegularFile::Read(char* bytes, std::size_t count) {
     constexpr std::size_t LargestRead = 1U << 20U;
     DWORD got = 0;
     const auto size = static_cast<DWORD>(std::min(count, LargestRead));
-    return ReadFile(handle->file.Value(), bytes, size, &got, nullptr) == 0 ? 0 : got;
+    return ReadFile(handle_->file.Value(), bytes, size, &got, nullptr) == 0 ? 0 : got;
 }
 
 }  // namespace tavro::platform

@@ -5,13 +5,13 @@
 namespace tavro::platform {
 
 SharedLibrary::SharedLibrary(SharedLibrary&& other) noexcept
-    : handle(std::exchange(other.handle, nullptr)),
-      failureReason(std::exchange(other.failureReason, {})) {}
+    : handle_(std::exchange(other.handle_, nullptr)),
+      failureReason_(std::exchange(other.failureReason_, {})) {}
 
 SharedLibrary& SharedLibrary::operator=(SharedLibrary&& other) noexcept {
     if (this != &other) {
-        handle = std::exchange(other.handle, nullptr);
-        failureReason = std::exchange(other.failureReason, {});
+        handle_ = std::exchange(other.handle_, nullptr);
+        failureReason_ = std::exchange(other.failureReason_, {});
     }
     return *this;
 }

@@ -24,11 +24,11 @@ class SharedLibrary {
     // FailureReason() says why.
     static SharedLibrary Load(const std::string& fileName);
 
-    bool IsLoaded() const { return handle != nullptr; }
+    bool IsLoaded() const { return handle_ != nullptr; }
 
     // The file that a failed Load tried, a colon, and the system's reason, as one line without its
     // line end; empty when loaded.
-    const std::wstring& FailureReason() const { return failureReason; }
+    const std::wstring& FailureReason() const { return failureReason_; }
 
     // The address of the exported symbol; null when there is none or nothing is loaded.
     void* Resolve(const char* symbol) const;
@@ -40,8 +40,8 @@ class SharedLibrary {
     }
 
   private:
-    void* handle = nullptr;
-    std::wstring failureReason;
+    void* handle_ = nullptr;
+    std::wstring failureReason_;
 };
 
 }  // namespace tavro::platform

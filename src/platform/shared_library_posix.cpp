@@ -57,26 +57,26 @@ SharedLibrary SharedLibrary::Load(const std::string& fileName) {
     const std::string folder = ProgramFolder();
     const std::string loaderFolder = LoaderFolder(folder);
     if (loaderFolder.empty()) {
-        library.failureReason =
+        library.failureReason_ =
             OneLine(folder + fileName + ": the program's folder cannot be found");
         return library;
     }
     const std::string path = loaderFolder + fileName;
-    library.handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library.handle == nullptr) {
+    library.handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library.handle_ == nullptr) {
         const char* error = dlerror();
         std::string_view reason = error == nullptr ? "unknown reason" : error;
         // The loader names the file, too, unless it lacks another one that the library needs.
         if (const std::string named = path + ": "; reason.starts_with(named)) {
             reason.remove_prefix(named.size());
         }
-        library.failureReason = OneLine(folder + fileName + ": " + std::string(reason));
+        library.failureReason_ = OneLine(folder + fileName + ": " + std::string(reason));
     }
     return library;
 }
 
 void* SharedLibrary::Resolve(const char* symbol) const {
-    return handle == nullptr ? nullptr : dlsym(handle, symbol);
+    return handle_ == nullptr ? nullptr : dlsym(handle_, symbol);
 }
 
 }  // namespace tavro::platform

@@ -32,22 +32,22 @@ SharedLibrary SharedLibrary::Load(const std::string& fileName) {
     const std::wstring wideName(fileName.begin(), fileName.end());
     // Without the restriction a file of that name in the current directory or in PATH would do as
     // well. It holds for this load alone: what the library loads later it finds as it always does.
-    library.handle =
+    library.handle_ =
         LoadLibraryExW(wideName.c_str(), nullptr,
                        LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
     const DWORD error = GetLastError();
     SetErrorMode(formerMode);
-    if (library.handle == nullptr) {
-        library.failureReason = wideName + L": " + SystemErrorText(error);
+    if (library.handle_ == nullptr) {
+        library.failureReason_ = wideName + L": " + SystemErrorText(error);
     }
     return library;
 }
 
 void* SharedLibrary::Resolve(const char* symbol) const {
-    if (handle == nullptr) {
+    if (handle_ == nullptr) {
         return nullptr;
     }
-    return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle), symbol));
+    return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), symbol));
 }
 
 }  // namespace tavro::platform

@@ -12,13 +12,15 @@ void WipeBytes(void* bytes, std::size_t size) noexcept;
 template <class String>
 class WipeAtEnd {
   public:
-    explicit WipeAtEnd(String& wipedString) : string(wipedString) {}
-    ~WipeAtEnd() { WipeBytes(string.data(), string.size() * sizeof(typename String::value_type)); }
+    explicit WipeAtEnd(String& wipedString) : string_(wipedString) {}
+    ~WipeAtEnd() {
+        WipeBytes(string_.data(), string_.size() * sizeof(typename String::value_type));
+    }
     WipeAtEnd(const WipeAtEnd&) = delete;
     WipeAtEnd& operator=(const WipeAtEnd&) = delete;
 
   private:
-    String& string;
+    String& string_;
 };
 
 }  // namespace tavro::platform

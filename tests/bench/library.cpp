@@ -1,6 +1,6 @@
 // A management library that knows nothing but long lists, so that what is measured is the program.
 #include "entries.h"
-#include "tavroapi/entry_points.h"
+#include "tavroapi/exported_functions.h"
 #include "tavroapi/iscsi_storage_records.h"
 
 namespace {
@@ -17,21 +17,14 @@ void FillTargets(std::list<tavroapi::TargetRecord>& targets) {
     for (std::size_t entry = 0; entry < count; ++entry) {
         tavroapi::TargetRecord& target = targets.emplace_back();
         target.name = bench::TargetName(entry);
-        target.text3 = bench::TargetState();
-        target.text6 = bench::TargetDiscovery();
+        target.connectionState = bench::TargetState();
+        target.discovery = bench::TargetDiscovery();
     }
 }
 
 }  // namespace
 
 extern "C" {
-
-tavroapi::InitializeEntry::Function TAVROAPI_Initialize;
-tavroapi::UninitializeEntry::Function TAVROAPI_Uninitialize;
-tavroapi::GetHostNameEntry::Function TAVROAPI_GetHostName;
-tavroapi::GetDiscoveredAdaptersEntry::Function TAVROAPI_GetDiscoveredAdapters;
-tavroapi::GetLocalizeMessageEntry::Function TAVROAPI_GetLocalizeMessage;
-tavroapi::DoOperationEntry::Function TAVROAPI_DoOperation;
 
 std::uint32_t TAVROAPI_Initialize(std::uint32_t, std::wstring*) {
     return 0;

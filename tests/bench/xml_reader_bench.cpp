@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-#include "import/xml_file.h"
+#include "xml/file.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-"""The message texts of the simulator as they stand in its sources, and what the three languages owe one another."""
+"""The message texts of our libraries as they stand in its sources, and what the three languages owe one another."""
 
 import json
 import re
@@ -26,7 +26,7 @@ ENDINGS = {"english": ("...", ".", "?", ":"), "japanese": ("...", "。", "?", ":
 
 def read_texts(language):
     """The texts by their ids."""
-    source = (ROOT / "simulator" / "messages" / f"{language}.cpp").read_text(encoding="utf-8")
+    source = (ROOT / "library" / "messages" / f"{language}.cpp").read_text(encoding="utf-8")
     return {int(number): json.loads(f'"{text}"') for number, text in ENTRY.findall(source)}
 
 

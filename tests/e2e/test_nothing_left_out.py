@@ -1,5 +1,6 @@
-"""Fails when a test stands in the tree and is not run."""
+"""Fails when a test stands in the tree and is not run, or when the cases repeat themselves."""
 
+import collections
 import json
 import re
 import subprocess
@@ -8,9 +9,14 @@ import sys
 import pytest
 
 import cases
+from case_file import CaseFile, read_lines
 from program import ROOT, TESTS
+from transcript import Blocks
 
 UNIT = ROOT / "tests" / "unit"
+LONGEST_CASE_FILE = 600  # lines
+REPEATED_RUN = 6  # so many lines, or more, that stand elsewhere too are a repetition, wherever they are indented to
+LARGEST_REPETITION = 15  # percent of the lines of all files of cases
 
 
 @pytest.mark.platforms("sanitize", "windows")
@@ -29,7 +35,7 @@ def test_every_unit_test_program_is_run(platform):
         check=True, capture_output=True, text=True,
     )
     run = " ".join(" ".join(test.get("command", [])) for test in json.loads(listing.stdout)["tests"])
-    built = [path.name for path in (platform.folder / "unit").glob("*_tests*") if path.suffix in ("", ".exe")]
+    built = [path.name for path in (platform.folder / "unit").rglob("*_tests*") if path.suffix in ("", ".exe")]
     assert built, "no unit test program was built"
     assert [name for name in built if name not in run] == []
 
@@ -72,11 +78,9 @@ def test_every_case_is_run(collected):
     for file in (TESTS / "cases").rglob("*"):
         if file.is_dir():
             continue
-        assert file.suffix == ".json", f"{file.name} is no file of cases"
-        area = file.relative_to(TESTS / "cases").with_suffix("").as_posix()
-        content = json.loads(file.read_text(encoding="utf-8"))
-        entries = content if isinstance(content, list) else [content]
-        wanted += [f"{area}/{entry['name']}" for entry in entries]
+        assert file.suffix == ".yaml", f"{file.name} is no file of cases"
+        content = CaseFile(file, TESTS / "cases")
+        wanted += [f"{content.area}/{entry['name']}" for entry in content.cases]
     assert wanted, "there is no case"
     assert [name for name in wanted if not any(line.endswith(f":{name}]") for line in collected)] == []
 
@@ -86,27 +90,65 @@ def test_every_case_is_run_on_the_platforms_it_names():
         assert case.platforms, f"{case.name} is run on no platform"
 
 
+def test_every_shared_block_and_value_is_used():
+    assert cases.unused_shares() == []
+
+
+def test_no_file_of_cases_is_too_long():
+    lengths = {str(file): len(lines) for file, lines in lines_of_cases().items()}
+    assert lengths, "there is no case"
+    assert {file: length for file, length in lengths.items() if length > LONGEST_CASE_FILE} == {}
+
+
+def test_cases_repeat_little():
+    files = [[line.strip() for line in lines] for lines in lines_of_cases().values()]
+    repeated, total = sum(map(sum, find_repetitions(files))), sum(map(len, files))
+    assert 100 * repeated < LARGEST_REPETITION * total, f"{repeated} of {total} lines are repetitions"
+
+
+def lines_of_cases():
+    return {file: read_lines(file) for file in (TESTS / "cases").rglob("*.yaml")}
+
+
+def find_repetitions(files):
+    """For each line of each file, whether it is part of a run of lines that stands elsewhere too."""
+    runs = [[tuple(lines[start:start + REPEATED_RUN]) for start in range(len(lines) - REPEATED_RUN + 1)]
+            for lines in files]
+    count = collections.Counter(run for file_runs in runs for run in file_runs)
+    return [[any(count[run] > 1 for run in file_runs[max(0, place - REPEATED_RUN + 1):place + 1])
+             for place in range(len(lines))]
+            for lines, file_runs in zip(files, runs)]
+
+
+def test_repetitions_are_found():
+    other = [*"123456"]
+    assert find_repetitions([[*"xabcdef"], [*"abcdefy"], other]) == [[False] + [True] * 6, [True] * 6 + [False],
+                                                                     [False] * 6]
+    assert find_repetitions([[*"abcde"], [*"abcde"]]) == [[False] * 5] * 2
+
+
 @pytest.mark.parametrize("expected, is_enough", [
-    ({"output": []}, False),
-    ({"output": ["", " "]}, False),
+    ({"screen": ""}, False),
+    ({"screen": "\n␣\n"}, False),
+    ({"screen": "«y»\n"}, False),
     ({"outputText": "\n"}, False),
-    ({"outputStart": [""]}, False),
-    ({"output": [], "exitCode": 0, "without": "Uninitialize"}, False),
-    ({"output": [], "calls": [], "without": "DoOperation"}, False),  # there are none that could be seen
-    ({"output": ["#1"], "calls": [], "then": [{"args": [], "output": []}]}, False),
-    ({"output": [], "calls": []}, True),
-    ({"output": [], "allCalls": [], "without": "DoOperation"}, True),
-    ({"output": [{"noNewline": "#1"}]}, True),
+    ({"screenStart": "⏎\n"}, False),
+    ({"screen": "", "exitCode": 0, "without": "Uninitialize"}, False),
+    ({"screen": "", "calls": [], "without": "DoOperation"}, False),  # there are none that could be seen
+    ({"screen": "#1", "calls": [], "then": [{"args": "", "screen": ""}]}, False),
+    ({"screen": "", "calls": []}, True),
+    ({"screen": "", "allCalls": [], "without": "DoOperation"}, True),
+    ({"screen": "#1"}, True),
     ({"outputText": "#1"}, True),
-    ({"output": [], "stderr": ["an error"]}, True),
+    ({"screen": "", "stderr": "an error\n"}, True),
 ])
 def test_a_case_that_expects_no_output_looks_at_the_calls(expected, is_enough):
-    entry = {"name": "n", "args": []} | expected
+    entry = {"name": "n", "args": ""} | expected
     if is_enough:
-        assert cases.read_case("area", entry).steps
+        assert cases.read_case("area", entry, Blocks({})).steps
     else:
         with pytest.raises(cases.CaseError, match="expects no output"):
-            cases.read_case("area", entry)
+            cases.read_case("area", entry, Blocks({}))
 
 
 def test_every_python_test_is_run(collected):

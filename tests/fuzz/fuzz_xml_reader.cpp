@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "import/xml_file.h"
-#include "import/xml_parser.h"
+#include "xml/file.h"
+#include "xml/parser.h"
 
 using namespace tavro::xml;
 

@@ -13,7 +13,7 @@
 
 #include "memory_search.h"
 #include "tavroapi/boot_records.h"
-#include "tavroapi/entry_points.h"
+#include "tavroapi/exported_functions.h"
 #include "tavroapi/iscsi_storage_records.h"
 
 namespace {
@@ -116,15 +116,6 @@ void HandOutSecrets(OperationCode operation, void* output) {
 }  // namespace
 
 extern "C" {
-
-tavroapi::InitializeEntry::Function TAVROAPI_Initialize;
-tavroapi::UninitializeEntry::Function TAVROAPI_Uninitialize;
-tavroapi::GetHostNameEntry::Function TAVROAPI_GetHostName;
-tavroapi::GetDiscoveredAdaptersEntry::Function TAVROAPI_GetDiscoveredAdapters;
-tavroapi::GetPortWWNsEntry::Function TAVROAPI_GetPortWWNs;
-tavroapi::GetPartitionStateEntry::Function TAVROAPI_GetPartitionState;
-tavroapi::GetLocalizeMessageEntry::Function TAVROAPI_GetLocalizeMessage;
-tavroapi::DoOperationEntry::Function TAVROAPI_DoOperation;
 
 std::uint32_t TAVROAPI_Initialize(std::uint32_t, std::wstring*) {
     if (const std::string number = Variable("TAVRO_HANDLED_SIGNAL"); !number.empty()) {

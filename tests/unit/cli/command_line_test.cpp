@@ -5,6 +5,8 @@
 #include <sstream>
 #include <vector>
 
+#include "dispatch.h"
+
 namespace tavro {
 namespace {
 
@@ -20,7 +22,7 @@ std::uint32_t Parse(const std::string& line) {
         arguments.push_back(word.c_str());
     }
     CurrentMacText = CurrentWwnText = "untouched";
-    return static_cast<std::uint32_t>(ParseCommandLine(arguments));
+    return static_cast<std::uint32_t>(ParseCommandLine(arguments, Commands()));
 }
 
 struct Expectation {
@@ -227,7 +229,7 @@ TEST(CommandLine, HostCommandsStoreNoIdentifier) {
 }
 
 TEST(CommandLine, NoArgumentsAtAll) {
-    EXPECT_EQ(ParseCommandLine({}), CommandCode::NotRecognised);
+    EXPECT_EQ(ParseCommandLine({}, Commands()), CommandCode::NotRecognised);
 }
 
 TEST(CommandLine, ArgumentBeyondTheLastIsEmpty) {

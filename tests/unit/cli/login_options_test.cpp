@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/yes_no.h"
+#include "cli/questions.h"
 #include "console/redirect.h"
+#include "mgmt/record_secrets.h"
 
 namespace tavro {
 namespace {
@@ -87,7 +88,7 @@ TEST(LoginOptions, GuardWipesTheSecrets) {
     options.initiatorSecret = "ABCDEFGHIJKLMNOP";
     const char* const targetBytes = options.targetSecret.data();
     const char* const initiatorBytes = options.initiatorSecret.data();
-    { const LoginSecretsGuard guard(options); }
+    { const RecordSecretsGuard guard(options); }
     EXPECT_EQ(options.targetChapName, "target");
     EXPECT_EQ(options.targetSecret, "");
     EXPECT_EQ(options.initiatorSecret, "");

@@ -1,26 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "support.h"
-#include "tavroapi/entry_points.h"
-
-extern "C" {
-tavroapi::InitializeEntry::Function TAVROAPI_Initialize;
-tavroapi::UninitializeEntry::Function TAVROAPI_Uninitialize;
-tavroapi::DoOperationEntry::Function TAVROAPI_DoOperation;
-tavroapi::GetLocalizeMessageEntry::Function TAVROAPI_GetLocalizeMessage;
-tavroapi::GetLastErrorMessageEntry::Function TAVROAPI_GetLastErrorMessage;
-tavroapi::GetHostNameEntry::Function TAVROAPI_GetHostName;
-tavroapi::GetDiscoveredAdaptersEntry::Function TAVROAPI_GetDiscoveredAdapters;
-tavroapi::GetPortWWNsEntry::Function TAVROAPI_GetPortWWNs;
-tavroapi::GetPartitionStateEntry::Function TAVROAPI_GetPartitionState;
-tavroapi::GetAdapterTypeEntry::Function TAVROAPI_GetAdapterType;
-tavroapi::GetAdapterPortNumberEntry::Function TAVROAPI_GetAdapterPortNumber;
-}
+#include "tavroapi/exported_functions.h"
+#include "unit/library/support.h"
 
 namespace {
 
-using tavrosim_test::Folder;
-using tavrosim_test::Variable;
+using tavrolib_test::Folder;
+using tavrolib_test::Variable;
 
 class ExportsTest : public testing::Test {
   protected:

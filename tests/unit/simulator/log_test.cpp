@@ -1,5 +1,5 @@
 // The lines that the library appends to tavrocli.log.
-#include "simulator/log.h"
+#include "library/journal/log.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,15 +9,17 @@
 #include <fstream>
 #include <map>
 
-#include "simulator/session.h"
-#include "support.h"
+#include "library/session/session.h"
 #include "tavroapi/described_operations.h"
+#include "unit/library/support.h"
 
 namespace tavrosim {
 namespace {
 
-using tavrosim_test::Folder;
-using tavrosim_test::Variable;
+using tavrolib::Operations;
+using tavrolib::Session;
+using tavrolib_test::Folder;
+using tavrolib_test::Variable;
 using ::testing::ElementsAre;
 
 constexpr const char* LogFile = "tavrocli.log";
@@ -36,7 +38,7 @@ std::string UtcNow() {
 
 // The lines of the log without their times.
 std::vector<std::string> LinesWithoutTime() {
-    std::vector<std::string> lines = tavrosim_test::Lines(LogFile);
+    std::vector<std::string> lines = tavrolib_test::Lines(LogFile);
     for (std::string& line : lines) {
         line.erase(0, TimeLength);
     }
@@ -68,7 +70,7 @@ class LogTest : public testing::Test {
     ~LogTest() override { std::filesystem::current_path(former_); }
 
     static void UseAnswers(const std::string& answers) {
-        tavrosim_test::Write("script", R"({"model": false, "answers": [)" + answers + "]}");
+        tavrolib_test::Write("script", R"({"model": false, "answers": [)" + answers + "]}");
     }
 
     Folder folder_;
@@ -156,7 +158,7 @@ TEST_F(LogTest, ALineBeginsWithItsTimeInUtc) {
     const std::string before = UtcNow();
     session_.Initialize(1, &English);
     const std::string after = UtcNow();
-    const std::string line = tavrosim_test::Lines(LogFile).at(0);
+    const std::string line = tavrolib_test::Lines(LogFile).at(0);
     EXPECT_GE(line.substr(0, SecondsLength), before);
     EXPECT_LE(line.substr(0, SecondsLength), after);
     EXPECT_EQ(line.substr(SecondsLength, 1), ".");

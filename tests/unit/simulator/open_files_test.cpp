@@ -2,8 +2,8 @@
 // them.
 #include <gtest/gtest.h>
 
-#include "simulator/session.h"
-#include "support.h"
+#include "library/session/session.h"
+#include "unit/library/support.h"
 
 #ifdef __linux__
 #include <fcntl.h>
@@ -13,9 +13,11 @@
 namespace tavrosim {
 namespace {
 
-using tavrosim_test::Folder;
-using tavrosim_test::IsOpen;
-using tavrosim_test::Variable;
+namespace platform = tavrolib::platform;
+using tavrolib::Session;
+using tavrolib_test::Folder;
+using tavrolib_test::IsOpen;
+using tavrolib_test::Variable;
 
 const std::wstring English = L"en_US.UTF-8";
 
@@ -48,15 +50,15 @@ TEST_F(OpenFilesTest, UninitializeClosesTheLogAndTheTrace) {
     session_.Uninitialize();
     EXPECT_FALSE(IsOpen("trace"));
     EXPECT_FALSE(IsOpen("tavrocli.log"));
-    EXPECT_EQ(tavrosim_test::Lines("trace").size(), 2U);
-    EXPECT_EQ(tavrosim_test::Lines("tavrocli.log").size(), 2U);
+    EXPECT_EQ(tavrolib_test::Lines("trace").size(), 2U);
+    EXPECT_EQ(tavrolib_test::Lines("tavrocli.log").size(), 2U);
 }
 
 TEST_F(OpenFilesTest, ACallAfterTheEndIsTracedAllTheSame) {
     session_.Initialize(0, &English);
     session_.Uninitialize();
     EXPECT_NE(AddIsnsServer(), 0U);
-    EXPECT_EQ(tavrosim_test::Lines("trace").size(), 3U);
+    EXPECT_EQ(tavrolib_test::Lines("trace").size(), 3U);
 }
 
 TEST_F(OpenFilesTest, AChangeLeavesNeitherTheHostFileNorItsLockOpen) {

@@ -1,16 +1,19 @@
-#include "simulator/session.h"
+#include "library/session/session.h"
 
 #include <gtest/gtest.h>
 
 #include <optional>
 
-#include "support.h"
+#include "unit/library/support.h"
 
 namespace tavrosim {
 namespace {
 
-using tavrosim_test::Folder;
-using tavrosim_test::Variable;
+using tavrolib::FindMessage;
+using tavrolib::Language;
+using tavrolib::Session;
+using tavrolib_test::Folder;
+using tavrolib_test::Variable;
 
 constexpr std::uint32_t ReadAdapterState = 70;
 const std::wstring English = L"en_US.UTF-8";
@@ -24,7 +27,7 @@ class SessionTest : public testing::Test {
     }
     ~SessionTest() override { std::filesystem::current_path(former_); }
 
-    static void WriteScript(std::string_view content) { tavrosim_test::Write("script", content); }
+    static void WriteScript(std::string_view content) { tavrolib_test::Write("script", content); }
 
     tavroapi::ErrorRecord LastError() {
         tavroapi::ErrorRecord error;
@@ -230,7 +233,7 @@ TEST_F(SessionTest, UnusableFilesFailInitializeWithTheirPlace) {
         EXPECT_NE(session_.Initialize(0, &English), 0U);
         EXPECT_NE(LastError().details.find(L"trace"), std::wstring::npos);
     }
-    tavrosim_test::Write("host.json", "{\n \"name\": \"h\",\n}");
+    tavrolib_test::Write("host.json", "{\n \"name\": \"h\",\n}");
     EXPECT_NE(session_.Initialize(0, &English), 0U);
     EXPECT_NE(LastError().details.find(L"host.json: line 3, column 1: "), std::wstring::npos);
     std::string name;
@@ -253,7 +256,7 @@ TEST_F(SessionTest, EveryCallButTheMessagesIsTracedInOrder) {
     const std::uint32_t status = session_.GetPortWWNs(&adapter, &key, nullptr, nullptr);
     session_.Uninitialize();
     EXPECT_EQ(
-        tavrosim_test::Lines("trace"),
+        tavrolib_test::Lines("trace"),
         (std::vector<std::string>{
             R"({"call":"GetLastErrorMessage","status":0})",
             R"({"call":"Initialize","debug":1,"locale":"en_US.UTF-8","status":0})",
@@ -274,7 +277,7 @@ TEST_F(SessionTest, ATraceWithOutputsReplaysAsAScript) {
         played = Listing(session_);
     }
     std::string script = R"({"model": false, "answers": [)";
-    for (const std::string& line : tavrosim_test::Lines("trace")) {
+    for (const std::string& line : tavrolib_test::Lines("trace")) {
         script += (script.back() == '[' ? "" : ",\n") + line.substr(0, line.size() - 1) +
                   R"(,"times":1})";
     }
@@ -289,13 +292,13 @@ TEST_F(SessionTest, LogIsWrittenOnlyWhenDebuggingAndAppended) {
     session_.Initialize(0, &English);
     session_.Uninitialize();
     EXPECT_FALSE(std::filesystem::exists("tavrocli.log"));
-    tavrosim_test::Write("tavrocli.log", "before\n");
+    tavrolib_test::Write("tavrocli.log", "before\n");
     session_.Initialize(1, &English);
     const std::string key = "02-00-5E-99-99-99\n";
     std::wstring state;
     session_.DoOperation(ReadAdapterState, &key, nullptr, &state);
     session_.Uninitialize();
-    const auto lines = tavrosim_test::Lines("tavrocli.log");
+    const auto lines = tavrolib_test::Lines("tavrocli.log");
     ASSERT_EQ(lines.size(), 4U);
     EXPECT_EQ(lines[0], "before");
     EXPECT_NE(lines[1].find("Initialize debug 1 locale \"en_US.UTF-8\": status 0"),

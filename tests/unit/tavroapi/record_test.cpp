@@ -16,9 +16,9 @@ struct Mixed {
     std::int32_t last = 0;
 
     static constexpr std::array<std::size_t, 2> SecretPositions{2, 4};
-    static constexpr auto Fields() {
-        return std::tuple{Field{"first", &Mixed::first}, SpreadField{"middle", &Mixed::middle},
-                          Field{"last", &Mixed::last}};
+    static constexpr auto Fields(auto visit) {
+        return visit(Field{"first", &Mixed::first}, SpreadField{"middle", &Mixed::middle},
+                     Field{"last", &Mixed::last});
     }
 };
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "import/xml_node.h"
+#include "xml/node.h"
 
 namespace tavro::xml {
 

@@ -9,9 +9,9 @@
 #include <set>
 
 #include "expat_tree.h"
-#include "import/xml_file.h"
-#include "import/xml_parser.h"
 #include "platform/encoding.h"
+#include "xml/file.h"
+#include "xml/parser.h"
 
 namespace tavro::xml {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "failing_new.h"
-#include "import/xml_parser.h"
+#include "xml/parser.h"
 
 namespace tavro::xml {
 namespace {

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tavrolib {
+
+// The statuses that our libraries give; 0 is success. A number means one thing, whichever library
+// gives it, and the error record of a failure has the same code. Statuses that programs know are
+// the contract's own.
+enum class Status : std::uint32_t {
+    Done = 0,
+
+    // Any call.
+    NotInitialized = 36865,
+    ScriptUnusable = 36866,
+    TraceUnusable = 36867,
+    HostUnusable = 36868,
+    HostNotWritten = 36869,
+    UnknownOperation = 36870,
+    UnknownIdentifier = 36871,
+    MissingArgument = 36872,
+    UnknownMessage = 36873,
+    Internal = 36874,
+
+    // iSCSI storage.
+    UnknownPortal = 36897,
+    UnknownIscsiTarget = 36898,
+    TargetUnreachable = 36899,
+    LoginRefused = 36900,
+    UnknownSession = 36901,
+    InUse = 36902,
+    NoStatistics = 36903,
+
+    // FCoE ports.
+    UnknownFcoeTarget = 36913,
+    NoReply = 36914,
+    InvalidPingOption = 36915,
+    InvalidVlanId = 36916,
+    InvalidWwn = 36917,
+    WwnInUse = 36918,
+    UnknownVirtualPort = 36919,
+    NoFcidLeft = 36920,
+
+    // The iSCSI initiator and its iSNS servers.
+    InvalidInitiatorName = 37121,
+    ServerAlreadyListed = 37122,
+    ServerNotListed = 37123,
+
+    // TCP/IP settings.
+    AddressInUse = 37377,
+    NoLease = 37378,
+
+    // Adapter settings of Ethernet functions.
+    SettingValueRefused = 37440,
+    SettingFixed = 37441,
+    SettingMissing = 37442,
+
+    // Booting.
+    InvalidBootValue = 37633,
+    BootTargetWithoutName = 37634,
+
+    // Partitions and personalities.
+    InvalidPartitionValue = 37889,
+    PartitionsFixed = 37890,
+    PersonalityFixed = 37891,
+};
+
+}  // namespace tavrolib

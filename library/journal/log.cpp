@@ -1,0 +1,87 @@
+#include "library/journal/log.h"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <string>
+
+#include "library/text/text.h"
+
+namespace tavrolib {
+namespace {
+
+std::string TimeText() {
+    using namespace std::chrono;
+    const auto now = floor<milliseconds>(system_clock::now());
+    const auto day = floor<days>(now);
+    const year_month_day date(day);
+    const hh_mm_ss time(now - day);
+    std::array<char, 40> text{};
+    const int length = std::snprintf(
+        text.data(), text.size(), "%04d-%02u-%02u %02d:%02d:%02d.%03d UTC",
+        static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+        static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
+        static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()),
+        static_cast<int>(time.subseconds().count()));
+    return {text.data(), static_cast<std::size_t>(length)};
+}
+
+// One line whatever the text holds.
+std::string Quoted(std::string_view text) {
+    std::string quoted = "\"";
+    for (const char character : text) {
+        const bool control = static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
+        quoted += control ? '.' : character;
+    }
+    return quoted + '"';
+}
+
+std::string Described(const Call& call) {
+    std::string text(RowOf(call.entryPoint).name);
+    if (call.operation) {
+        text += ' ';
+        text += call.described == nullptr ? "of number" : call.described->name;
+        text += ' ' + std::to_string(*call.operation);
+    }
+    if (call.debug) {
+        text += " debug " + std::to_string(*call.debug);
+    }
+    if (call.locale) {
+        text += " locale " + Quoted(Utf8FromWide(*call.locale));
+    }
+    const auto add = [&text](const char* name, const std::optional<std::string>& value) {
+        if (value) {
+            text += std::string(" ") + name + ' ' + Quoted(Utf8FromBytes(*value));
+        }
+    };
+    add("request", call.request);
+    add("adapter", call.adapter);
+    add("port", call.port);
+    return text;
+}
+
+}  // namespace
+
+void Log::Open(const std::filesystem::path& path) {
+    try {
+        file_.emplace(path, platform::Accept::OwnRegularFiles);
+    } catch (const platform::FileError&) {
+        file_.reset();
+    }
+}
+
+void Log::Write(const Call& call, std::uint32_t status, const tavroapi::ErrorRecord* error) {
+    if (!file_) {
+        return;
+    }
+    std::string line = TimeText() + "  " + Described(call) + ": status " + std::to_string(status);
+    if (error != nullptr) {
+        line += ", " + Quoted(Utf8FromWide(error->message));
+        if (!error->details.empty()) {
+            line += " [" + Quoted(Utf8FromWide(error->details)) + ']';
+        }
+    }
+    file_->Append(line + '\n');
+}
+
+}  // namespace tavrolib

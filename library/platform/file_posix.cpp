@@ -1,0 +1,251 @@
+#include "library/platform/file.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "library/platform/environment.h"
+#include "library/text/text.h"
+
+namespace tavrolib::platform {
+namespace {
+
+constexpr mode_t OwnerOnly = S_IRUSR | S_IWUSR;
+constexpr int MostLinks = 40;
+
+[[noreturn]] void Fail(const std::filesystem::path& path, const wchar_t* what, int error) {
+    throw FileError(TextOf(path) + L": " + what + L": " +
+                    WideFromUtf8(std::system_category().message(error)));
+}
+
+class Descriptor {
+  public:
+    explicit Descriptor(int value = -1) : value_(value) {}
+    ~Descriptor() {
+        if (value_ >= 0) {
+            close(value_);
+        }
+    }
+    Descriptor(Descriptor&& other) noexcept : value_(std::exchange(other.value_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(value_, other.value_);
+        return *this;
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int Value() const { return value_; }
+    bool IsOpen() const { return value_ >= 0; }
+    int Close() { return close(std::exchange(value_, -1)); }
+
+  private:
+    int value_;
+};
+
+int Open(const std::filesystem::path& path, int flags) {
+    int descriptor = -1;
+    do {
+        descriptor = open(path.c_str(), flags | O_CLOEXEC, OwnerOnly);
+    } while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
+// What stands at the path, without opening it: nothing waits, and the other end of a pipe notices
+// nothing.
+Descriptor FindNode(const Descriptor& folder, const std::filesystem::path& path, int flags) {
+    return Descriptor(openat(folder.Value(), path.c_str(), O_PATH | O_CLOEXEC | flags));
+}
+
+// The node's kind and owner; all zero when there is no node.
+struct stat StatusOf(const Descriptor& node) {
+    struct stat status {};
+    if (!node.IsOpen() || fstat(node.Value(), &status) != 0) {
+        return {};
+    }
+    return status;
+}
+
+// Empty when it cannot be read.
+std::filesystem::path TargetOf(const Descriptor& link) {
+    std::array<char, PATH_MAX> target{};
+    const ssize_t length = readlinkat(link.Value(), "", target.data(), target.size());
+    return std::string(target.data(), length < 0 ? 0 : static_cast<std::size_t>(length));
+}
+
+// Opens a regular file for append, made when missing; see Accept::OwnRegularFiles. Links are
+// followed by hand: the link whose owner is asked is the very one whose target is taken.
+Descriptor OpenOwnForAppend(std::filesystem::path path) {
+    Descriptor folder(AT_FDCWD);
+    for (int links = 0; links <= MostLinks; ++links) {
+        if (path.has_parent_path()) {
+            folder = FindNode(folder, path.parent_path(), O_DIRECTORY);
+            path = path.filename();
+        }
+        Descriptor node = FindNode(folder, path, O_NOFOLLOW);
+        if (!node.IsOpen() && errno == ENOENT) {
+            constexpr int NewFile = O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_CLOEXEC;
+            Descriptor made(openat(folder.Value(), path.c_str(), NewFile, OwnerOnly));
+            if (made.IsOpen() || errno != EEXIST) {
+                return made;
+            }
+            node = FindNode(folder, path, O_NOFOLLOW);  // another program was faster
+        }
+        const struct stat status = StatusOf(node);
+        if (S_ISREG(status.st_mode)) {
+            // Waits for nobody, not for one who holds a lease on the file either.
+            return Descriptor(Open("/proc/self/fd/" + std::to_string(node.Value()),
+                                   O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY));
+        }
+        if (!S_ISLNK(status.st_mode) || status.st_uid != geteuid()) {
+            errno = EPERM;
+            break;
+        }
+        path = TargetOf(node);
+    }
+    return Descriptor();
+}
+
+// Returns 0 or the error.
+int WriteAll(int descriptor, std::string_view content) {
+    while (!content.empty()) {
+        const ssize_t written = write(descriptor, content.data(), content.size());
+        if (written >= 0) {
+            content.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
+    const Descriptor file(Open(path, O_RDONLY));
+    if (!file.IsOpen()) {
+        if (errno == ENOENT) {
+            return std::nullopt;
+        }
+        Fail(path, L"cannot be opened", errno);
+    }
+    std::string content;
+    std::array<char, 65536> block{};
+    while (true) {
+        const ssize_t got = read(file.Value(), block.data(), block.size());
+        if (got > 0) {
+            content.append(block.data(), static_cast<std::size_t>(got));
+        } else if (got == 0) {
+            return content;
+        } else if (errno != EINTR) {
+            Fail(path, L"cannot be read", errno);
+        }
+    }
+}
+
+std::filesystem::path WithoutLinks(std::filesystem::path path) {
+    std::error_code error;
+    for (int links = 0; links < MostLinks && std::filesystem::is_symlink(path, error); ++links) {
+        std::filesystem::path target = std::filesystem::read_symlink(path, error);
+        if (error) {
+            break;
+        }
+        path = target.is_absolute() ? std::move(target) : path.parent_path() / target;
+    }
+    return path;
+}
+
+void ReplaceContent(const std::filesystem::path& path, std::string_view content) {
+    std::filesystem::path fresh = path;
+    fresh += ".new";
+    unlink(fresh.c_str());  // what a crash may have left
+    Descriptor file(Open(fresh, O_WRONLY | O_CREAT | O_EXCL));
+    if (!file.IsOpen()) {
+        Fail(fresh, L"cannot be created", errno);
+    }
+    const auto giveUp = [&fresh](const wchar_t* what, int error) {
+        unlink(fresh.c_str());
+        Fail(fresh, what, error);
+    };
+    if (const int error = WriteAll(file.Value(), content)) {
+        giveUp(L"cannot be written", error);
+    }
+    if (fsync(file.Value()) != 0 || file.Close() != 0) {
+        giveUp(L"cannot be written", errno);
+    }
+    if (rename(fresh.c_str(), path.c_str()) != 0) {
+        const int error = errno;
+        unlink(fresh.c_str());
+        Fail(path, L"cannot be replaced", error);
+    }
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    const Descriptor entry(Open(folder, O_RDONLY | O_DIRECTORY));
+    if (entry.IsOpen()) {
+        fsync(entry.Value());
+    }
+}
+
+void MakeFolder(const std::filesystem::path& path) {
+    std::error_code ignored;
+    if (path.empty() || std::filesystem::is_directory(path, ignored)) {
+        return;
+    }
+    MakeFolder(path.parent_path());
+    if (mkdir(path.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
+        Fail(path, L"cannot be created", errno);
+    }
+}
+
+struct FileLock::Handle {
+    explicit Handle(int descriptor) : file(descriptor) {}
+    Descriptor file;
+};
+
+FileLock::FileLock(const std::filesystem::path& path, std::chrono::milliseconds patience)
+    : handle_(std::make_unique<Handle>(Open(path, O_RDWR | O_CREAT | O_NOFOLLOW))) {
+    if (!handle_->file.IsOpen()) {
+        Fail(path, L"cannot be opened", errno);
+    }
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (flock(handle_->file.Value(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            Fail(path, L"cannot be locked", errno);
+        }
+        if (std::chrono::steady_clock::now() >= end) {
+            throw FileError(TextOf(path) + L": is held by another program");
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+}
+
+FileLock::~FileLock() = default;
+
+struct AppendFile::Handle {
+    explicit Handle(Descriptor opened) : file(std::move(opened)) {}
+    Descriptor file;
+};
+
+AppendFile::AppendFile(const std::filesystem::path& path, Accept accept)
+    : handle_(
+          std::make_unique<Handle>(accept == Accept::OwnRegularFiles
+                                       ? OpenOwnForAppend(path)
+                                       : Descriptor(Open(path, O_WRONLY | O_CREAT | O_APPEND)))) {
+    if (!handle_->file.IsOpen()) {
+        Fail(path, L"cannot be opened", errno);
+    }
+}
+
+AppendFile::~AppendFile() = default;
+
+void AppendFile::Append(std::string_view text) {
+    WriteAll(handle_->file.Value(), text);
+}
+
+}  // namespace tavrolib::platform

@@ -1,0 +1,322 @@
+#include "library/platform/file.h"
+
+// windows.h must come before the other Windows headers.
+#include <windows.h>
+
+#include <sddl.h>
+
+#include <array>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "library/platform/environment.h"
+
+namespace tavrolib::platform {
+namespace {
+
+using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
+
+// For how long a file is tried again that another program has open for the moment.
+constexpr milliseconds SharingPatience{3000};
+constexpr milliseconds Pause{2};
+
+std::wstring SystemText(DWORD error) {
+    std::array<wchar_t, 512> text{};
+    DWORD length =
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
+                       0, text.data(), static_cast<DWORD>(text.size()), nullptr);
+    while (length > 0 &&
+           (text[length - 1] == L'\n' || text[length - 1] == L'\r' || text[length - 1] == L' ')) {
+        --length;
+    }
+    return length == 0 ? L"error " + std::to_wstring(error) : std::wstring(text.data(), length);
+}
+
+[[noreturn]] void Fail(const std::filesystem::path& path, const wchar_t* what, DWORD error) {
+    throw FileError(TextOf(path) + L": " + what + L": " + SystemText(error));
+}
+
+class FileHandle {
+  public:
+    explicit FileHandle(HANDLE value) : value_(value) {}
+    ~FileHandle() { Close(); }
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+
+    HANDLE Value() const { return value_; }
+    bool IsOpen() const { return value_ != INVALID_HANDLE_VALUE; }
+    bool Close() {
+        return !IsOpen() || CloseHandle(std::exchange(value_, INVALID_HANDLE_VALUE)) != 0;
+    }
+
+  private:
+    HANDLE value_;
+};
+
+bool MayPass(DWORD error) {
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED ||
+           error == ERROR_LOCK_VIOLATION;
+}
+
+// Repeats `attempt`, which returns 0 or the error, while another program is in the way.
+template <class Attempt>
+DWORD WithPatience(const Attempt& attempt) {
+    const auto end = Clock::now() + SharingPatience;
+    DWORD error = attempt();
+    while (MayPass(error) && Clock::now() < end) {
+        std::this_thread::sleep_for(Pause);
+        error = attempt();
+    }
+    return error;
+}
+
+DWORD WriteAll(HANDLE file, std::string_view content) {
+    while (!content.empty()) {
+        const auto block =
+            static_cast<DWORD>(content.size() < 0x100000 ? content.size() : 0x100000);
+        DWORD written = 0;
+        if (WriteFile(file, content.data(), block, &written, nullptr) == 0) {
+            return GetLastError();
+        }
+        content.remove_prefix(written);
+    }
+    return ERROR_SUCCESS;
+}
+
+struct LocalMemory {
+    LocalMemory() = default;
+    ~LocalMemory() { LocalFree(pointer); }
+    LocalMemory(const LocalMemory&) = delete;
+    LocalMemory& operator=(const LocalMemory&) = delete;
+    void* pointer = nullptr;
+};
+
+// The security identifier of the user that runs this process, as text; empty when it cannot be
+// told.
+std::wstring UserIdentifier() {
+    HANDLE opened = nullptr;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened) == 0) {
+        return {};
+    }
+    const FileHandle token(opened);
+    DWORD size = 0;
+    GetTokenInformation(opened, TokenUser, nullptr, 0, &size);
+    std::vector<unsigned char> buffer(size);
+    if (size < sizeof(TOKEN_USER) ||
+        GetTokenInformation(opened, TokenUser, buffer.data(), size, &size) == 0) {
+        return {};
+    }
+    // The buffer comes from operator new and is aligned for any such structure.
+    const auto* user = static_cast<const TOKEN_USER*>(static_cast<const void*>(buffer.data()));
+    wchar_t* text = nullptr;
+    if (ConvertSidToStringSidW(user->User.Sid, &text) == 0) {
+        return {};
+    }
+    LocalMemory owned;
+    owned.pointer = text;
+    return text;
+}
+
+// An access list that inherits nothing and gives the user alone full access; contained folders and
+// files get it too.
+class OwnerOnly {
+  public:
+    OwnerOnly() {
+        const std::wstring user = UserIdentifier();
+        const std::wstring list = L"D:P(A;OICI;FA;;;" + (user.empty() ? L"OW" : user) + L")";
+        if (ConvertStringSecurityDescriptorToSecurityDescriptorW(
+                list.c_str(), SDDL_REVISION_1, &descriptor_.pointer, nullptr) != 0) {
+            attributes_.lpSecurityDescriptor = descriptor_.pointer;
+        }
+        attributes_.nLength = sizeof attributes_;
+    }
+    bool IsValid() const { return attributes_.lpSecurityDescriptor != nullptr; }
+    SECURITY_ATTRIBUTES* Attributes() { return &attributes_; }
+
+  private:
+    LocalMemory descriptor_;
+    SECURITY_ATTRIBUTES attributes_{};
+};
+
+// Whether the handle, opened without following links, is of a file on a disk and no reparse point.
+bool IsPlainFile(const FileHandle& file) {
+    BY_HANDLE_FILE_INFORMATION information{};
+    return GetFileType(file.Value()) == FILE_TYPE_DISK &&
+           GetFileInformationByHandle(file.Value(), &information) != 0 &&
+           (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
+}
+
+constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+}  // namespace
+
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
+    const DWORD kind = GetFileAttributesW(path.c_str());
+    if (kind != INVALID_FILE_ATTRIBUTES && (kind & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        throw FileError(TextOf(path) + L": is a folder");
+    }
+    HANDLE opened = INVALID_HANDLE_VALUE;
+    const DWORD error = WithPatience([&] {
+        opened =
+            CreateFileW(path.c_str(), GENERIC_READ, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+        return opened == INVALID_HANDLE_VALUE ? GetLastError() : static_cast<DWORD>(ERROR_SUCCESS);
+    });
+    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
+        return std::nullopt;
+    }
+    if (error != ERROR_SUCCESS) {
+        Fail(path, L"cannot be opened", error);
+    }
+    const FileHandle file(opened);
+    std::string content;
+    std::vector<char> block(65536);
+    while (true) {
+        DWORD got = 0;
+        if (::ReadFile(file.Value(), block.data(), static_cast<DWORD>(block.size()), &got,
+                       nullptr) == 0) {
+            Fail(path, L"cannot be read", GetLastError());
+        }
+        if (got == 0) {
+            return content;
+        }
+        content.append(block.data(), got);
+    }
+}
+
+std::filesystem::path WithoutLinks(std::filesystem::path path) {
+    const DWORD kind = GetFileAttributesW(path.c_str());
+    if (kind == INVALID_FILE_ATTRIBUTES || (kind & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+        return path;
+    }
+    const FileHandle file(
+        CreateFileW(path.c_str(), 0, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    std::vector<wchar_t> name(32768);
+    const DWORD length = file.IsOpen()
+                             ? GetFinalPathNameByHandleW(file.Value(), name.data(),
+                                                         static_cast<DWORD>(name.size()), 0)
+                             : 0;
+    return length == 0 || length >= name.size()
+               ? path
+               : std::filesystem::path(std::wstring(name.data(), length));
+}
+
+void ReplaceContent(const std::filesystem::path& path, std::string_view content) {
+    std::filesystem::path fresh = path;
+    fresh += L".new";
+    DeleteFileW(fresh.c_str());  // what a crash may have left
+    OwnerOnly access;
+    if (!access.IsValid()) {
+        Fail(fresh, L"cannot be kept to its owner", GetLastError());
+    }
+    FileHandle file(CreateFileW(fresh.c_str(), GENERIC_WRITE, 0, access.Attributes(), CREATE_NEW,
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file.IsOpen()) {
+        Fail(fresh, L"cannot be created", GetLastError());
+    }
+    const auto giveUp = [&](const std::filesystem::path& where, const wchar_t* what, DWORD error) {
+        file.Close();
+        DeleteFileW(fresh.c_str());
+        Fail(where, what, error);
+    };
+    if (const DWORD error = WriteAll(file.Value(), content)) {
+        giveUp(fresh, L"cannot be written", error);
+    }
+    if (FlushFileBuffers(file.Value()) == 0 || !file.Close()) {
+        giveUp(fresh, L"cannot be written", GetLastError());
+    }
+    const DWORD error = WithPatience([&] {
+        return MoveFileExW(fresh.c_str(), path.c_str(),
+                           MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0
+                   ? static_cast<DWORD>(ERROR_SUCCESS)
+                   : GetLastError();
+    });
+    if (error != ERROR_SUCCESS) {
+        giveUp(path, L"cannot be replaced", error);
+    }
+}
+
+void MakeFolder(const std::filesystem::path& path) {
+    std::error_code ignored;
+    if (path.empty() || path == path.root_path() || std::filesystem::is_directory(path, ignored)) {
+        return;
+    }
+    MakeFolder(path.parent_path());
+    OwnerOnly access;
+    if (CreateDirectoryW(path.c_str(), access.IsValid() ? access.Attributes() : nullptr) == 0 &&
+        GetLastError() != ERROR_ALREADY_EXISTS) {
+        Fail(path, L"cannot be created", GetLastError());
+    }
+}
+
+struct FileLock::Handle {
+    explicit Handle(HANDLE opened) : file(opened) {}
+    FileHandle file;
+};
+
+FileLock::FileLock(const std::filesystem::path& path, milliseconds patience) {
+    const auto end = Clock::now() + patience;
+    HANDLE opened = INVALID_HANDLE_VALUE;
+    const DWORD error = WithPatience([&] {
+        OwnerOnly access;
+        opened = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, ShareAll,
+                             access.IsValid() ? access.Attributes() : nullptr, OPEN_ALWAYS,
+                             FILE_ATTRIBUTE_NORMAL, nullptr);
+        return opened == INVALID_HANDLE_VALUE ? GetLastError() : static_cast<DWORD>(ERROR_SUCCESS);
+    });
+    if (error != ERROR_SUCCESS) {
+        Fail(path, L"cannot be opened", error);
+    }
+    handle_ = std::make_unique<Handle>(opened);
+    while (true) {
+        OVERLAPPED wholeFile{};
+        if (LockFileEx(opened, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
+                       &wholeFile) != 0) {
+            return;
+        }
+        const DWORD reason = GetLastError();
+        if (reason != ERROR_LOCK_VIOLATION && reason != ERROR_IO_PENDING) {
+            Fail(path, L"cannot be locked", reason);
+        }
+        if (Clock::now() >= end) {
+            throw FileError(TextOf(path) + L": is held by another program");
+        }
+        std::this_thread::sleep_for(Pause);
+    }
+}
+
+FileLock::~FileLock() {
+    if (handle_) {
+        OVERLAPPED wholeFile{};
+        UnlockFileEx(handle_->file.Value(), 0, 1, 0, &wholeFile);
+    }
+}
+
+struct AppendFile::Handle {
+    explicit Handle(HANDLE opened) : file(opened) {}
+    FileHandle file;
+};
+
+AppendFile::AppendFile(const std::filesystem::path& path, Accept accept) {
+    const bool acceptsEverything = accept == Accept::Everything;
+    OwnerOnly access;
+    handle_ = std::make_unique<Handle>(CreateFileW(
+        path.c_str(), FILE_APPEND_DATA, ShareAll, access.IsValid() ? access.Attributes() : nullptr,
+        OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | (acceptsEverything ? 0 : FILE_FLAG_OPEN_REPARSE_POINT),
+        nullptr));
+    if (!handle_->file.IsOpen()) {
+        Fail(path, L"cannot be opened", GetLastError());
+    }
+    if (!acceptsEverything && !IsPlainFile(handle_->file)) {
+        throw FileError(TextOf(path) + L": is no regular file");
+    }
+}
+
+AppendFile::~AppendFile() = default;
+
+void AppendFile::Append(std::string_view text) {
+    WriteAll(handle_->file.Value(), text);
+}
+
+}  // namespace tavrolib::platform

@@ -1,0 +1,105 @@
+#include "simulator/host/host_json.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "library/text/text.h"
+
+namespace tavrosim {
+namespace {
+
+using tavrolib::BytesFromUtf8;
+using tavrolib::Json;
+using tavrolib::Place;
+using tavrolib::ShapeError;
+using tavrolib::Utf8FromBytes;
+using Shape = HostType::Shape;
+
+Json StructToJson(const HostType& type, const void* owner) {
+    Json object = Json::object();
+    for (const HostMember& member : type.members) {
+        if (const void* value = member.find(owner)) {
+            object[std::string(member.key)] = HostValueToJson(*member.type, value);
+        }
+    }
+    return object;
+}
+
+Json ListToJson(const HostType& type, const void* list) {
+    Json array = Json::array();
+    const char* element = static_cast<const char*>(type.first(list));
+    for (std::size_t i = 0; i < type.size(list); ++i) {
+        array.push_back(HostValueToJson(*type.element, element));
+        element += type.elementSize;
+    }
+    return array;
+}
+
+void StructFromJson(const HostType& type, const Json& json, void* owner, const Place& place) {
+    WantObject(json, place);
+    for (const HostMember& member : type.members) {
+        const auto found = json.find(std::string(member.key));
+        if (found != json.end()) {
+            HostValueFromJson(*member.type, *found, member.make(owner), Place(place, member.key));
+        } else if (member.presence == Presence::Required) {
+            throw ShapeError(place, "\"" + std::string(member.key) + "\" is missing");
+        }
+    }
+    for (const auto& item : json.items()) {
+        const auto isItem = [&item](const HostMember& member) { return member.key == item.key(); };
+        if (std::none_of(type.members.begin(), type.members.end(), isItem)) {
+            throw ShapeError(Place(place, item.key()), "unknown here");
+        }
+    }
+}
+
+void ListFromJson(const HostType& type, const Json& json, void* list, const Place& place) {
+    const std::size_t given = SizeAt(json, type.most, place);
+    char* element = static_cast<char*>(type.resize(list, given));
+    for (std::size_t i = 0; i < given; ++i) {
+        HostValueFromJson(*type.element, json[i], element, Place(place, i));
+        element += type.elementSize;
+    }
+}
+
+}  // namespace
+
+Json HostValueToJson(const HostType& type, const void* value) {
+    switch (type.shape) {
+        case Shape::Text:
+            return Utf8FromBytes(*static_cast<const std::string*>(value));
+        case Shape::Truth:
+            return *static_cast<const bool*>(value);
+        case Shape::Number:
+            return type.isSigned ? Json(static_cast<std::int64_t>(type.number(value)))
+                                 : Json(type.number(value));
+        case Shape::Struct:
+            return StructToJson(type, value);
+        case Shape::List:
+            break;
+    }
+    return ListToJson(type, value);
+}
+
+void HostValueFromJson(const HostType& type, const Json& json, void* value, const Place& place) {
+    switch (type.shape) {
+        case Shape::Text:
+            *static_cast<std::string*>(value) = BytesFromUtf8(TextAt(json, place));
+            break;
+        case Shape::Truth:
+            *static_cast<bool*>(value) = TruthAt(json, place);
+            break;
+        case Shape::Number:
+            type.setNumber(value, NumberAt(json, type.lowest, type.highest, place));
+            break;
+        case Shape::Struct:
+            StructFromJson(type, json, value, place);
+            break;
+        case Shape::List:
+            ListFromJson(type, json, value, place);
+            break;
+    }
+}
+
+}  // namespace tavrosim

@@ -1,0 +1,103 @@
+#include "simulator/simulator.h"
+
+#include <memory>
+#include <utility>
+
+#include "library/calls/refusals.h"
+#include "library/platform/environment.h"
+#include "library/platform/file.h"
+#include "library/text/text.h"
+#include "simulator/model/inventory.h"
+#include "simulator/model/model.h"
+
+namespace tavrosim {
+namespace {
+
+namespace platform = tavrolib::platform;
+using tavrolib::Call;
+using tavrolib::Done;
+using tavrolib::EntryPoint;
+using tavrolib::Outcome;
+using tavrolib::ShapeError;
+using tavrolib::WideFromUtf8;
+
+Outcome ScriptUnusable(std::wstring details) {
+    return Refused(tavrolib::Status::ScriptUnusable, L"The script of answers cannot be used.",
+                   L"Correct the file that TAVROSIM_SCRIPT names.", std::move(details));
+}
+
+}  // namespace
+
+Outcome Simulator::Configure() {
+    const auto path = platform::PathVariable("TAVROSIM_SCRIPT");
+    if (!path) {
+        return Done();
+    }
+    try {
+        const auto text = platform::ReadWholeFile(*path);
+        if (!text) {
+            return ScriptUnusable(platform::TextOf(*path) + L": there is no such file");
+        }
+        script_ = Script::FromText(*text);
+        return Done();
+    } catch (const platform::FileError& error) {
+        return ScriptUnusable(error.Text());
+    } catch (const ShapeError& error) {
+        return ScriptUnusable(platform::TextOf(*path) + L": " + WideFromUtf8(error.what()));
+    }
+}
+
+// The script's answer, else nothing, so that the model serves; without the model a success that
+// changes nothing.
+std::optional<Outcome> Simulator::Intercept(const Call& call) {
+    try {
+        if (const Answer* answer = script_.Take(call)) {
+            Outcome outcome;
+            outcome.status = StatusOf(*answer);
+            if (const tavroapi::ErrorRecord* error = ErrorOf(*answer)) {
+                outcome.error = *error;
+            }
+            return outcome;
+        }
+    } catch (const ShapeError& error) {
+        return ScriptUnusable(WideFromUtf8(error.what()));
+    }
+    if (script_.HasModel()) {
+        return std::nullopt;
+    }
+    return Done();
+}
+
+Outcome Simulator::Open() {
+    return store_.IsLoaded() ? Done() : store_.Load();
+}
+
+Outcome Simulator::Serve(const Call& call) {
+    const Host& host = store_.Current();
+    if (call.entryPoint != EntryPoint::DoOperation) {
+        return AnswerQuery(host, call);
+    }
+    const std::uint32_t code = call.operation.value_or(0);
+    const OperationModel* model = FindModel(code);
+    if (model == nullptr) {
+        return tavrolib::UnknownOperation(code);
+    }
+    const std::string request = call.request.value_or("");
+    return model->read != nullptr
+               ? model->read(host, request, call.input, call.output)
+               : store_.Change([&](Host& fresh) {
+                     return model->change(fresh, request, call.input, call.output);
+                 });
+}
+
+std::optional<std::wstring> Simulator::MessageText(tavrolib::Language language,
+                                                   std::uint32_t id) const {
+    return script_.MessagesAreNumbers() ? L'#' + std::to_wstring(id)
+                                        : Provider::MessageText(language, id);
+}
+
+}  // namespace tavrosim
+
+std::unique_ptr<tavrolib::Provider> tavrolib::MakeProvider() {
+    return std::make_unique<tavrosim::Simulator>();
+}

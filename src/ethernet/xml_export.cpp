@@ -1,0 +1,30 @@
+// The export of an Ethernet adapter's settings.
+#include "cli/invocation.h"
+#include "ethernet/commands.h"
+#include "mgmt/operation.h"
+#include "tavroapi/ethernet_records.h"
+
+namespace tavro {
+
+namespace {
+
+// Has the library export the adapter's settings. Never prints anything.
+void GetEthernetXml(const Invocation& invocation) {
+    tavroapi::AdapterSettings settings;
+    DoOperation<tavroapi::OperationCode::ExportAdapterSettings>(invocation.port, settings);
+}
+
+constexpr Command CommandRows[] = {
+    {.code = CommandCode{62},
+     .form = {"-ethernet", operand::PortMac, "-getxml"},
+     .access = AccessClass::Runs,
+     .handler = GetEthernetXml},
+};
+
+}  // namespace
+
+std::span<const Command> XmlExportCommands() {
+    return CommandRows;
+}
+
+}  // namespace tavro

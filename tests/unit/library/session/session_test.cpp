@@ -1,0 +1,172 @@
+// What a session does for every provider.
+#include "library/session/session.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "unit/library/sample_provider.h"
+#include "unit/library/support.h"
+
+namespace tavrolib {
+namespace {
+
+using tavrolib_test::Folder;
+using tavrolib_test::Sample;
+using tavrolib_test::Variable;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr std::uint32_t ReadAdapterState = 70;
+constexpr std::uint32_t AddPortal = 4;
+const std::wstring English = L"en_US.UTF-8";
+
+std::uint32_t Number(Status status) {
+    return static_cast<std::uint32_t>(status);
+}
+
+Outcome Refusal(std::uint32_t status) {
+    return Refused(status, L"message", L"action", L"details");
+}
+
+class SessionTest : public testing::Test {
+  protected:
+    SessionTest() { sample_ = {}; }
+
+    // What the provider was asked since this was asked last.
+    std::vector<std::string> Asked() { return std::exchange(sample_.asked, {}); }
+
+    void Begin() {
+        ASSERT_EQ(session_.Initialize(0, &English), 0U);
+        Asked();
+    }
+
+    tavroapi::ErrorRecord LastError() {
+        tavroapi::ErrorRecord error;
+        EXPECT_EQ(session_.GetLastErrorMessage(&error), 0U);
+        return error;
+    }
+
+    Folder folder_;
+    Variable trace_{"TAVRO_SAMPLE_TRACE", ""};
+    Sample& sample_ = Sample::Instance();
+    Session session_;
+    std::string name_;
+};
+
+TEST_F(SessionTest, AProviderIsConfiguredOpenedAndServes) {
+    EXPECT_EQ(session_.Initialize(0, &English), 0U);
+    EXPECT_THAT(Asked(), ElementsAre("configure", "intercept Initialize", "open"));
+    sample_.served = Refusal(7);
+    EXPECT_EQ(session_.GetHostName(&name_), 7U);
+    EXPECT_THAT(Asked(), ElementsAre("intercept GetHostName", "open", "serve GetHostName"));
+    EXPECT_EQ(LastError().details, L"details");
+    Asked();
+    EXPECT_EQ(session_.Uninitialize(), 0U);
+    EXPECT_THAT(Asked(), ElementsAre("intercept Uninitialize"));
+}
+
+TEST_F(SessionTest, EveryInitializeConfiguresANewProvider) {
+    Begin();
+    EXPECT_EQ(session_.Initialize(0, &English), 0U);
+    EXPECT_THAT(Asked(), ElementsAre("configure", "intercept Initialize", "open"));
+}
+
+TEST_F(SessionTest, TheFirstCallConfiguresButOnlyAnInitializedLibraryServes) {
+    EXPECT_EQ(session_.GetHostName(&name_), Number(Status::NotInitialized));
+    EXPECT_EQ(session_.DoOperation(ReadAdapterState, &name_, nullptr, nullptr),
+              Number(Status::NotInitialized));
+    EXPECT_EQ(session_.Uninitialize(), Number(Status::NotInitialized));
+    EXPECT_THAT(Asked(), ElementsAre("configure", "intercept GetHostName", "intercept DoOperation",
+                                     "intercept Uninitialize"));
+    EXPECT_EQ(session_.GetHostName(&name_), Number(Status::NotInitialized));
+    EXPECT_THAT(Asked(), ElementsAre("configure", "intercept GetHostName"));
+}
+
+TEST_F(SessionTest, AnInterceptedCallNeedsNothingAndGoesNoFurther) {
+    sample_.intercepted = Refusal(9);
+    EXPECT_EQ(session_.GetHostName(nullptr), 9U);
+    EXPECT_EQ(session_.DoOperation(12345, nullptr, nullptr, nullptr), 9U);
+    EXPECT_EQ(session_.Uninitialize(), 9U);
+    EXPECT_EQ(session_.GetLocalizeMessage(24840, nullptr), 9U);
+    for (const std::string& asked : Asked()) {
+        EXPECT_TRUE(asked == "configure" || asked.starts_with("intercept ")) << asked;
+    }
+}
+
+TEST_F(SessionTest, ARefusedConfigurationFailsInitializeUnopened) {
+    sample_.configured = Refusal(11);
+    EXPECT_EQ(session_.Initialize(0, &English), 11U);
+    EXPECT_THAT(Asked(), ElementsAre("configure", "intercept Initialize"));
+    EXPECT_EQ(LastError().code, 11U);
+    EXPECT_EQ(session_.GetHostName(&name_), Number(Status::NotInitialized));
+}
+
+TEST_F(SessionTest, WhatCannotBeOpenedIsNotServed) {
+    sample_.opened = Refusal(12);
+    EXPECT_EQ(session_.Initialize(0, &English), 12U);
+    sample_.intercepted = Done();
+    EXPECT_EQ(session_.Initialize(0, &English), 0U);
+    sample_.intercepted.reset();
+    Asked();
+    EXPECT_EQ(session_.GetHostName(nullptr), 12U);
+    EXPECT_THAT(Asked(), ElementsAre("intercept GetHostName", "open"));
+}
+
+TEST_F(SessionTest, ACallThatLacksAnArgumentIsNotServed) {
+    Begin();
+    std::list<tavroapi::FunctionAddress> addresses;
+    const auto lacks = [this](std::uint32_t status, const std::wstring& what) {
+        EXPECT_EQ(status, Number(Status::MissingArgument));
+        EXPECT_EQ(LastError().message, L"The call has no " + what + L".");
+    };
+    lacks(session_.GetHostName(nullptr), L"host name");
+    lacks(session_.GetDiscoveredAdapters(nullptr), L"adapter list");
+    lacks(session_.GetPortWWNs(&name_, &name_, &addresses, nullptr), L"function list");
+    lacks(session_.GetPartitionState(&name_, nullptr), L"result");
+    lacks(session_.GetAdapterType(&name_, nullptr), L"result");
+    lacks(session_.GetAdapterPortNumber(&name_, nullptr), L"result");
+    lacks(session_.DoOperation(ReadAdapterState, &name_, nullptr, nullptr), L"result record");
+    lacks(session_.DoOperation(AddPortal, &name_, nullptr, nullptr), L"input record");
+    EXPECT_EQ(session_.DoOperation(12345, nullptr, nullptr, nullptr),
+              Number(Status::UnknownOperation));
+    EXPECT_NE(LastError().message.find(L"12345"), std::wstring::npos);
+    for (const std::string& asked : Asked()) {
+        EXPECT_FALSE(asked.starts_with("serve")) << asked;
+    }
+}
+
+TEST_F(SessionTest, TheTraceIsWhereTheProvidersVariableSays) {
+    const std::string file = (folder_ / "trace").string();
+    {
+        const Variable trace("TAVRO_SAMPLE_TRACE", file);
+        Begin();
+        sample_.served = Refusal(5);
+        session_.GetHostName(&name_);
+    }
+    EXPECT_THAT(tavrolib_test::Lines(file),
+                ElementsAre(R"({"call":"Initialize","debug":0,"locale":"en_US.UTF-8","status":0})",
+                            R"({"call":"GetHostName","status":5})"));
+}
+
+TEST_F(SessionTest, AnUnusableTraceFailsInitializeAndNamesTheVariable) {
+    const Variable trace("TAVRO_SAMPLE_TRACE", (folder_ / "no folder").string() + "/trace");
+    EXPECT_EQ(session_.Initialize(0, &English), Number(Status::TraceUnusable));
+    EXPECT_THAT(Asked(), ElementsAre("intercept Initialize"));
+    EXPECT_EQ(LastError().action, L"Correct the file name in TAVRO_SAMPLE_TRACE.");
+}
+
+TEST_F(SessionTest, MessagesAreThoseOfTheLanguageAndKeepTheLastError) {
+    const std::wstring japanese = L"ja_JP.UTF-8";
+    sample_.served = Refusal(5);
+    ASSERT_EQ(session_.Initialize(0, &japanese), 0U);
+    session_.GetHostName(&name_);
+    std::wstring text = L"before";
+    EXPECT_EQ(session_.GetLocalizeMessage(24840, &text), 0U);
+    EXPECT_EQ(text, FindMessage(Language::Japanese, 24840));
+    EXPECT_EQ(session_.GetLocalizeMessage(1, &text), Number(Status::UnknownMessage));
+    EXPECT_THAT(text, IsEmpty());
+    EXPECT_EQ(LastError().code, 5U);
+}
+
+}  // namespace
+}  // namespace tavrolib

@@ -1,0 +1,435 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "simulator/host/host_file.h"
+#include "simulator/model/model.h"
+#include "tavroapi/iscsi_storage_records.h"
+
+namespace tavrosim {
+namespace {
+
+using tavroapi::IscsiParameterRecord;
+using tavroapi::IscsiPortRecord;
+using tavroapi::LoginOptions;
+using tavroapi::LunRecord;
+using tavroapi::OperationCode;
+using tavroapi::PortalEntry;
+using tavroapi::PortalRecord;
+using tavroapi::SessionRecord;
+using tavroapi::TargetRecord;
+using tavrolib::Outcome;
+using tavrolib::Status;
+
+constexpr const char* Mac = "02-00-5E-10-00-02";
+
+// A host with one iSCSI port, which knows nothing yet, and three targets on its network.
+constexpr const char* HostText = R"({
+  "name": "h",
+  "initiator": {"name": "iqn.example:host"},
+  "adapters": [{"name": "Model X", "number": 0, "type": "CNA", "partitionState": 1, "ports": [
+    {"name": "Port 1", "functions": [
+      {"number": 2, "mac": "02-00-5E-10-00-02", "iscsi": {"tcpIp": {"address": "192.0.2.7", "addressIPv6": "2001:db8::7"}}},
+      {"number": 4, "mac": "02-00-5E-10-00-04", "iscsi": {"hardware": {"driver": "bnx2i"}}}]}]}],
+  "iscsiTargets": [
+    {"name": "open", "alias": "Open", "portalGroup": "7",
+     "portals": [{"address": "192.0.2.20"}, {"address": "192.0.2.21", "port": "860"}],
+     "luns": [{"number": 0, "vendor": "V", "product": "P", "capacity": "1 GB", "serialNumber": "S"},
+              {"number": 5, "blockSize": "4096"}]},
+    {"name": "guarded", "portals": [{"address": "192.0.2.20"}],
+     "chap": {"targetName": "user", "targetSecret": "secret-secret"}},
+    {"name": "mutual", "portals": [{"address": "2001:db8::20"}],
+     "chap": {"targetName": "user", "targetSecret": "secret-secret",
+              "initiatorName": "host", "initiatorSecret": "another-secret"}}]
+})";
+
+// Performs operations as the program does.
+class IscsiStorageModel : public testing::Test {
+  protected:
+    Outcome Perform(OperationCode code, void* input, void* output) {
+        const OperationModel* const model = FindModel(static_cast<std::uint32_t>(code));
+        if (model->read != nullptr) {
+            return model->read(host, mac, input, output);
+        }
+        Host copy = host;
+        Outcome outcome = model->change(copy, mac, input, output);
+        if (outcome.IsDone()) {
+            host = copy;
+        }
+        return outcome;
+    }
+
+    Outcome AddPortal(const std::string& address, const std::string& port = "3260") {
+        PortalRecord record{address, port, {}};
+        return Perform(OperationCode::AddPortal, &record, nullptr);
+    }
+
+    Outcome RemovePortal(const std::string& address, const std::string& port = "3260") {
+        PortalRecord record{address, port, {}};
+        return Perform(OperationCode::RemovePortal, &record, nullptr);
+    }
+
+    std::vector<std::string> Portals() {
+        std::list<PortalEntry> portals;
+        EXPECT_TRUE(Perform(OperationCode::ListPortals, nullptr, &portals).IsDone());
+        std::vector<std::string> texts;
+        for (const PortalEntry& portal : portals) {
+            texts.push_back(portal.address + " " + portal.port);
+        }
+        return texts;
+    }
+
+    std::vector<std::string> Targets(OperationCode listing = OperationCode::ListTargets) {
+        std::list<TargetRecord> targets;
+        EXPECT_TRUE(Perform(listing, nullptr, &targets).IsDone());
+        std::vector<std::string> texts;
+        for (const TargetRecord& target : targets) {
+            texts.push_back(target.name + ", " + target.connectionState + ", " + target.discovery);
+        }
+        return texts;
+    }
+
+    Outcome LogIn(const std::string& name, const std::string& address,
+                  const LoginOptions& options = Plain(), std::uint8_t confirmedNew = 0,
+                  const std::string& port = "3260") {
+        tavroapi::PlacedTargetLogin place;
+        place.record.confirmedNew = confirmedNew;
+        place.record.text2 = "No";
+        place.record.targetName = name;
+        place.record.portalAddress = address;
+        place.record.portalPort = port;
+        place.record.login = options;
+        return Perform(OperationCode::LogInToTarget, &place.record, nullptr);
+    }
+
+    Outcome LogOut(const std::string& name, const std::list<std::string>& ids) {
+        tavroapi::LogoutRecord record{name, ids};
+        return Perform(OperationCode::LogOutOfTarget, &record, nullptr);
+    }
+
+    Outcome Remove(std::string name) {
+        return Perform(OperationCode::RemoveTarget, name.data(), nullptr);
+    }
+
+    // The number of the session that is read, empty when there is none.
+    std::string Session(const std::string& name, const std::string& id) {
+        SessionRecord record;
+        record.texts[tavroapi::iscsi_session::TargetName] = name;
+        record.texts[tavroapi::iscsi_session::Id] = id;
+        return Perform(OperationCode::ReadSession, &record, &record).IsDone()
+                   ? record.texts[tavroapi::iscsi_session::Id]
+                   : std::string();
+    }
+
+    static LoginOptions Plain() { return {"Yes", "No", "No", "None", {}, {}, {}, {}}; }
+    static LoginOptions OneWay(const std::string& name, const std::string& secret) {
+        return {"Yes", "No", "No", "One-way CHAP", name, secret, {}, {}};
+    }
+    static LoginOptions Mutual(const std::string& name, const std::string& secret) {
+        return {"Yes", "No", "No", "Mutual CHAP", "user", "secret-secret", name, secret};
+    }
+
+    Host host = HostFromText(HostText);
+    std::string mac = Mac;
+};
+
+using Texts = std::vector<std::string>;
+
+std::wstring MessageOf(const Outcome& outcome) {
+    return outcome.error ? outcome.error->message : std::wstring();
+}
+
+TEST_F(IscsiStorageModel, AnAddedPortalDiscoversItsTargets) {
+    EXPECT_EQ(Targets(), Texts{});
+    EXPECT_TRUE(AddPortal("192.0.2.20").IsDone());
+    EXPECT_EQ(Portals(), Texts{"192.0.2.20 3260"});
+    EXPECT_EQ(Targets(),
+              (Texts{"open, Not connected, SendTargets", "guarded, Not connected, SendTargets"}));
+    EXPECT_TRUE(AddPortal("192.0.2.21", "860").IsDone());
+    EXPECT_EQ(Portals(), (Texts{"192.0.2.20 3260", "192.0.2.21 860"}));
+    EXPECT_EQ(Targets().size(), 2U) << "a target that answers at two portals is known once";
+}
+
+TEST_F(IscsiStorageModel, APortalAtWhichNothingAnswersIsKeptAndKnownOnce) {
+    EXPECT_TRUE(AddPortal("192.0.2.99").IsDone());
+    EXPECT_TRUE(AddPortal("192.0.2.99").IsDone());
+    EXPECT_TRUE(AddPortal("192.0.2.20", "861").IsDone());
+    EXPECT_EQ(Portals(), (Texts{"192.0.2.99 3260", "192.0.2.20 861"}));
+    EXPECT_EQ(Targets(), Texts{});
+}
+
+TEST_F(IscsiStorageModel, ARemovedPortalTakesItsTargetsAlong) {
+    AddPortal("192.0.2.20");
+    AddPortal("2001:db8::20");
+    EXPECT_TRUE(RemovePortal("192.0.2.20").IsDone());
+    EXPECT_EQ(Portals(), Texts{"2001:db8::20 3260"});
+    EXPECT_EQ(Targets(), Texts{"mutual, Not connected, SendTargets"});
+    EXPECT_FALSE(RemovePortal("192.0.2.20").IsDone()) << "it is not known any more";
+    EXPECT_FALSE(RemovePortal("2001:db8::20", "860").IsDone()) << "another port number";
+}
+
+TEST_F(IscsiStorageModel, APortalWithASessionIsNotRemoved) {
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    EXPECT_FALSE(RemovePortal("192.0.2.20").IsDone());
+    EXPECT_EQ(Portals().size(), 1U);
+    ASSERT_TRUE(LogOut("open", {"0"}).IsDone());
+    EXPECT_TRUE(RemovePortal("192.0.2.20").IsDone());
+}
+
+TEST_F(IscsiStorageModel, ATargetTellsThePortalThatItIsReachedThrough) {
+    AddPortal("192.0.2.20");
+    TargetRecord record;
+    std::string name = "open";
+    ASSERT_TRUE(Perform(OperationCode::ReadTarget, name.data(), &record).IsDone());
+    EXPECT_EQ(record.alias, "Open");
+    EXPECT_EQ(record.portalAddress, "192.0.2.20");
+    EXPECT_EQ(record.portalPort, "3260");
+    EXPECT_EQ(record.portalGroup, "7");
+    ASSERT_TRUE(LogIn("open", "192.0.2.21", Plain(), 0, "860").IsDone());
+    ASSERT_TRUE(Perform(OperationCode::ReadTarget, name.data(), &record).IsDone());
+    EXPECT_EQ(record.connectionState, "Connected");
+    EXPECT_EQ(record.portalAddress, "192.0.2.21");
+    EXPECT_EQ(record.portalPort, "860");
+    name = "mutual";
+    EXPECT_FALSE(Perform(OperationCode::ReadTarget, name.data(), &record).IsDone());
+}
+
+TEST_F(IscsiStorageModel, ALoginOpensANumberedSession) {
+    AddPortal("192.0.2.20");
+    EXPECT_TRUE(LogIn(" open ", "192.0.2.20").IsDone()) << "blanks around the name do not count";
+    EXPECT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    EXPECT_EQ(Session("open", "1"), "1");
+    EXPECT_EQ(Session("open", "2"), "2");
+    EXPECT_EQ(Session("open", "0"), "1") << "0 is the first one there is";
+    EXPECT_EQ(Session("open", "3"), "");
+    EXPECT_EQ(Session("open", "x"), "");
+    EXPECT_EQ(Session("guarded", "1"), "");
+    EXPECT_EQ(Targets(OperationCode::ListActiveTargets), Texts{"open, Connected, SendTargets"});
+
+    ASSERT_TRUE(LogOut("open", {"2"}).IsDone());
+    ASSERT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    EXPECT_EQ(Session("open", "3"), "3") << "numbers are not used again";
+}
+
+TEST_F(IscsiStorageModel, WithoutMultipathThereIsOneSession) {
+    AddPortal("192.0.2.20");
+    LoginOptions options = Plain();
+    options.multipath = "No";
+    EXPECT_TRUE(LogIn("open", "192.0.2.20", options).IsDone());
+    EXPECT_FALSE(LogIn("open", "192.0.2.20", options).IsDone());
+    EXPECT_EQ(Session("open", "2"), "");
+}
+
+TEST_F(IscsiStorageModel, ALoginToWhatIsNotThereFails) {
+    AddPortal("192.0.2.20");
+    EXPECT_FALSE(LogIn("missing", "192.0.2.20", Plain(), 1).IsDone());
+    EXPECT_FALSE(LogIn("open", "192.0.2.22").IsDone()) << "another address";
+    EXPECT_FALSE(LogIn("open", "192.0.2.21").IsDone()) << "another port number";
+    EXPECT_FALSE(LogIn("Open", "192.0.2.20", Plain(), 1).IsDone()) << "another letter case";
+    EXPECT_EQ(Targets(OperationCode::ListActiveTargets), Texts{});
+}
+
+TEST_F(IscsiStorageModel, AnUndiscoveredTargetNeedsTheConfirmation) {
+    EXPECT_FALSE(LogIn("open", "192.0.2.20").IsDone());
+    EXPECT_TRUE(LogIn("open", "192.0.2.20", Plain(), 1).IsDone());
+    EXPECT_EQ(Targets(), Texts{"open, Connected, Static"});
+}
+
+TEST_F(IscsiStorageModel, AGuardedTargetWantsTheNameAndTheSecret) {
+    AddPortal("192.0.2.20");
+    EXPECT_EQ(MessageOf(LogIn("guarded", "192.0.2.20")), L"The target wants CHAP authentication.");
+    EXPECT_EQ(MessageOf(LogIn("guarded", "192.0.2.20", OneWay("other", "secret-secret"))),
+              L"The target does not know the target CHAP name \"other\".");
+    EXPECT_EQ(MessageOf(LogIn("guarded", "192.0.2.20", OneWay("user", "wrong-secret"))),
+              L"The target CHAP secret is wrong.");
+    EXPECT_EQ(MessageOf(LogIn("guarded", "192.0.2.20", Mutual("host", "another-secret"))),
+              L"The target does not offer mutual CHAP authentication.");
+    EXPECT_EQ(Session("guarded", "0"), "");
+    EXPECT_TRUE(LogIn("guarded", "192.0.2.20", OneWay("user", "secret-secret")).IsDone());
+    EXPECT_EQ(Session("guarded", "0"), "1");
+}
+
+TEST_F(IscsiStorageModel, AMutualTargetWantsBothNamesAndSecrets) {
+    AddPortal("2001:db8::20");
+    EXPECT_EQ(MessageOf(LogIn("mutual", "2001:db8::20", OneWay("user", "secret-secret"))),
+              L"The target wants mutual CHAP authentication.");
+    EXPECT_EQ(MessageOf(LogIn("mutual", "2001:db8::20", Mutual("other", "another-secret"))),
+              L"The target does not know the initiator CHAP name \"other\".");
+    EXPECT_EQ(MessageOf(LogIn("mutual", "2001:db8::20", Mutual("host", "wrong-secret"))),
+              L"The initiator CHAP secret is wrong.");
+    EXPECT_TRUE(LogIn("mutual", "2001:db8::20", Mutual("host", "another-secret")).IsDone());
+}
+
+TEST_F(IscsiStorageModel, ASessionTellsHowItWasOpened) {
+    AddPortal("192.0.2.20");
+    LoginOptions options = OneWay("user", "secret-secret");
+    options.headerDigest = "CRC32C";
+    options.multipath = "No";
+    ASSERT_TRUE(LogIn("guarded", "192.0.2.20", options).IsDone());
+    SessionRecord record;
+    record.texts[tavroapi::iscsi_session::TargetName] = "guarded";
+    record.texts[tavroapi::iscsi_session::Id] = "0";
+    ASSERT_TRUE(Perform(OperationCode::ReadSession, &record, &record).IsDone());
+    const auto holds = [&](const char* text) {
+        return std::ranges::find(record.texts, text) != record.texts.end();
+    };
+    for (const char* text : {"guarded", "1", "192.0.2.20", "3260", "iqn.example:host", "192.0.2.7",
+                             "One-way CHAP", "user", "CRC32C", "SendTargets"}) {
+        EXPECT_TRUE(holds(text)) << text;
+    }
+    EXPECT_FALSE(holds("secret-secret"));
+    EXPECT_FALSE(holds("2001:db8::7")) << "the portal is reached by IPv4";
+}
+
+TEST_F(IscsiStorageModel, ALogoutEndsTheNamedSessionsOrAllOrNone) {
+    AddPortal("192.0.2.20");
+    for (int count = 0; count < 4; ++count) {
+        ASSERT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    }
+    EXPECT_FALSE(LogOut("open", {"1", "9"}).IsDone());
+    EXPECT_EQ(Session("open", "1"), "1") << "one unknown number, and none is ended";
+    EXPECT_FALSE(LogOut("open", {",1"}).IsDone());
+    EXPECT_FALSE(LogOut("guarded", {"1"}).IsDone()) << "the session is another target's";
+    EXPECT_TRUE(LogOut("open", {"1", "3"}).IsDone());
+    EXPECT_EQ(Session("open", "1"), "");
+    EXPECT_EQ(Session("open", "2"), "2");
+    EXPECT_EQ(Session("open", "3"), "");
+    EXPECT_EQ(Session("open", "4"), "4");
+    EXPECT_TRUE(LogOut("open", {"0"}).IsDone());
+    EXPECT_EQ(Targets(OperationCode::ListActiveTargets), Texts{});
+    EXPECT_FALSE(LogOut("open", {"0"}).IsDone()) << "there is none left";
+    EXPECT_FALSE(LogOut("missing", {"0"}).IsDone());
+}
+
+TEST_F(IscsiStorageModel, ARemovedTargetIsForgotten) {
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    EXPECT_FALSE(Remove("open").IsDone()) << "there is a session";
+    ASSERT_TRUE(LogOut("open", {"1"}).IsDone());
+    EXPECT_TRUE(Remove("open").IsDone());
+    EXPECT_EQ(Targets(), Texts{"guarded, Not connected, SendTargets"});
+    EXPECT_FALSE(Remove("open").IsDone());
+}
+
+TEST_F(IscsiStorageModel, LunsBelongToTheirTarget) {
+    AddPortal("192.0.2.20");
+    std::list<LunRecord> luns;
+    std::string name = "open";
+    ASSERT_TRUE(Perform(OperationCode::ListLuns, name.data(), &luns).IsDone());
+    ASSERT_EQ(luns.size(), 2U);
+    EXPECT_EQ(luns.front().texts,
+              (std::array<std::string, 7>{"0", "V", "P", "1 GB", "512", "S", "Not connected"}));
+    EXPECT_EQ(luns.back().texts,
+              (std::array<std::string, 7>{"5", "", "", "", "4096", "", "Not connected"}));
+    ASSERT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    ASSERT_TRUE(Perform(OperationCode::ListLuns, name.data(), &luns).IsDone());
+    EXPECT_EQ(luns.front().texts[tavroapi::iscsi_lun::ConnectionState], "Connected");
+    name = "guarded";
+    ASSERT_TRUE(Perform(OperationCode::ListLuns, name.data(), &luns).IsDone());
+    EXPECT_TRUE(luns.empty());
+    name = "missing";
+    EXPECT_FALSE(Perform(OperationCode::ListLuns, name.data(), &luns).IsDone());
+}
+
+TEST_F(IscsiStorageModel, StatisticsMove) {
+    const auto read = [&] {
+        IscsiParameterRecord record;
+        EXPECT_TRUE(Perform(OperationCode::ReadIscsiStatistics, nullptr, &record).IsDone());
+        std::vector<std::uint64_t> numbers;
+        for (const std::string& text : record.texts) {
+            numbers.push_back(std::stoull(text));
+        }
+        return numbers;
+    };
+    const auto first = read();
+    const auto second = read();
+    EXPECT_GT(second[0], first[0]);
+    EXPECT_GT(second[2], first[2]);
+    EXPECT_EQ(second[4], first[4]) << "without a session no command is sent";
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    const auto third = read();
+    EXPECT_GT(third[4], second[4]);
+    EXPECT_EQ(third[8], 1U) << "logins";
+    ASSERT_TRUE(LogOut("open", {"0"}).IsDone());
+    EXPECT_EQ(read()[9], 1U) << "logouts";
+}
+
+TEST_F(IscsiStorageModel, ADriverWithoutStatisticsRefusesThem) {
+    mac = "02-00-5E-10-00-04";
+    IscsiPortRecord port;
+    ASSERT_TRUE(Perform(OperationCode::ReadIscsiPort, nullptr, &port).IsDone());
+    EXPECT_EQ(port.texts[tavroapi::iscsi_port::Driver], "bnx2i");
+    IscsiParameterRecord record;
+    EXPECT_FALSE(Perform(OperationCode::ReadIscsiStatistics, nullptr, &record).IsDone());
+}
+
+TEST_F(IscsiStorageModel, APortTellsItsTcpIpSettings) {
+    TcpIp& settings = host.adapters[0].ports[0].functions[0].iscsi->tcpIp;
+    settings.vlanId = "17";
+    settings.subnetMask = "255.255.255.128";
+    IscsiPortRecord port;
+    ASSERT_TRUE(Perform(OperationCode::ReadIscsiPort, nullptr, &port).IsDone());
+    for (const char* text : {"192.0.2.7", "2001:db8::7", "17", "255.255.255.128", Mac, "Model X"}) {
+        EXPECT_NE(std::ranges::find(port.texts, text), port.texts.end()) << text;
+    }
+}
+
+TEST_F(IscsiStorageModel, PortsKnowTheirOwnPortalsOnly) {
+    AddPortal("192.0.2.20");
+    mac = "02-00-5E-10-00-04";
+    EXPECT_EQ(Portals(), Texts{});
+    EXPECT_EQ(Targets(), Texts{});
+}
+
+TEST_F(IscsiStorageModel, AnUnknownPortIsRefusedByEveryOperation) {
+    mac = "02-00-5E-10-00-99";
+    PortalRecord portal;
+    tavroapi::PlacedTargetLogin login;
+    tavroapi::LogoutRecord logout;
+    SessionRecord session;
+    std::string name = "open";
+    std::list<PortalEntry> portals;
+    std::list<TargetRecord> targets;
+    std::list<LunRecord> luns;
+    TargetRecord target;
+    IscsiPortRecord port;
+    IscsiParameterRecord parameters;
+    const std::tuple<OperationCode, void*, void*> calls[] = {
+        {OperationCode::ReadIscsiPort, nullptr, &port},
+        {OperationCode::ReadIscsiDefaults, nullptr, &parameters},
+        {OperationCode::ReadIscsiStatistics, nullptr, &parameters},
+        {OperationCode::ListPortals, nullptr, &portals},
+        {OperationCode::AddPortal, &portal, nullptr},
+        {OperationCode::RemovePortal, &portal, nullptr},
+        {OperationCode::ListTargets, nullptr, &targets},
+        {OperationCode::ListActiveTargets, nullptr, &targets},
+        {OperationCode::ReadTarget, name.data(), &target},
+        {OperationCode::LogInToTarget, &login.record, nullptr},
+        {OperationCode::RemoveTarget, name.data(), nullptr},
+        {OperationCode::ReadSession, &session, &session},
+        {OperationCode::LogOutOfTarget, &logout, nullptr},
+        {OperationCode::ListLuns, name.data(), &luns},
+    };
+    for (const auto& [code, input, output] : calls) {
+        const Outcome outcome = Perform(code, input, output);
+        EXPECT_EQ(outcome.status, static_cast<std::uint32_t>(Status::UnknownIdentifier))
+            << static_cast<std::uint32_t>(code);
+    }
+}
+
+TEST_F(IscsiStorageModel, EverythingSurvivesInTheHostFile) {
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogIn("guarded", "192.0.2.20", OneWay("user", "secret-secret")).IsDone());
+    IscsiParameterRecord record;
+    ASSERT_TRUE(Perform(OperationCode::ReadIscsiStatistics, nullptr, &record).IsDone());
+    const std::string text = TextFromHost(host);
+    EXPECT_EQ(TextFromHost(HostFromText(text)), text);
+    host = HostFromText(text);
+    EXPECT_EQ(Portals(), Texts{"192.0.2.20 3260"});
+    EXPECT_EQ(Session("guarded", "0"), "1");
+}
+
+}  // namespace
+}  // namespace tavrosim

@@ -1,0 +1,122 @@
+// What is left of a change to the host file that ends in the middle.
+#include <gtest/gtest.h>
+
+#include "library/platform/file.h"
+#include "simulator/host/host_file.h"
+#include "simulator/store/store.h"
+#include "unit/library/support.h"
+
+#ifdef __linux__
+#include <sys/resource.h>
+
+#include <csignal>
+#endif
+
+namespace tavrosim {
+namespace {
+
+namespace platform = tavrolib::platform;
+using tavrolib::Done;
+using tavrolib::Outcome;
+using tavrolib::Status;
+using tavrolib_test::Folder;
+
+Outcome Rename(Host& host, std::string name) {
+    host.name = std::move(name);
+    return Done();
+}
+
+class CrashTest : public testing::Test {
+  protected:
+    CrashTest() { tavrolib_test::Write(File(), before_); }
+
+    std::filesystem::path File() const { return folder_ / "host.json"; }
+    Store NewStore() const { return Store({File(), false}); }
+    bool LeavesANewFile() const { return std::filesystem::exists(folder_ / "host.json.new"); }
+
+    void ExpectTheOldHost() const { EXPECT_EQ(tavrolib_test::Read(File()), before_); }
+
+    void ExpectTheLockIsFree() const {
+        const platform::FileLock free(folder_ / "host.json.lock", std::chrono::milliseconds(0));
+    }
+    // The next program can change the host, and leaves nothing behind but the lock file.
+    void Change(const std::string& name) const {
+        Store store = NewStore();
+        ASSERT_TRUE(store.Change([&](Host& host) { return Rename(host, name); }).IsDone());
+        EXPECT_EQ(HostFromText(tavrolib_test::Read(File())).name, name);
+        EXPECT_FALSE(LeavesANewFile());
+    }
+
+    Folder folder_;
+    const std::string before_ = TextFromHost(DefaultHost());
+};
+
+// The new file cannot be renamed to the name of a folder.
+TEST_F(CrashTest, ANewFileThatCannotBePutInPlaceIsRemoved) {
+    std::filesystem::create_directories(folder_ / "other" / "full");
+    EXPECT_THROW(platform::ReplaceContent(folder_ / "other", "text"), platform::FileError);
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "other.new"));
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "other" / "full"));
+}
+
+#ifdef __linux__
+
+// Lets no file grow beyond this size while it lives.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t size) {
+        getrlimit(RLIMIT_FSIZE, &former_);
+        const rlimit limit{size, former_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &former_); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+  private:
+    rlimit former_{};
+};
+
+TEST_F(CrashTest, AFullDiskLeavesTheOldHost) {
+    {
+        auto* const former = std::signal(SIGXFSZ, SIG_IGN);
+        const FileSizeLimit limit(4096);
+        Store store = NewStore();
+        const Outcome outcome = store.Change([](Host& host) { return Rename(host, "new"); });
+        EXPECT_EQ(outcome.status, static_cast<std::uint32_t>(Status::HostNotWritten));
+        std::signal(SIGXFSZ, former);
+    }
+    ExpectTheOldHost();
+    EXPECT_FALSE(LeavesANewFile());
+    Change("next");
+}
+
+TEST_F(CrashTest, AProgramKilledWithTheLockLeavesTheOldHost) {
+    EXPECT_EXIT(NewStore().Change([](Host&) {
+        std::raise(SIGKILL);
+        return Done();
+    }),
+                testing::KilledBySignal(SIGKILL), "");
+    ExpectTheOldHost();
+    ExpectTheLockIsFree();
+    Change("next");
+}
+
+TEST_F(CrashTest, AProgramKilledWhileItWritesLeavesTheOldHost) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGXFSZ, SIG_DFL);  // which kills at once
+            const FileSizeLimit limit(4096);
+            NewStore().Change([](Host& host) { return Rename(host, "new"); });
+        },
+        testing::KilledBySignal(SIGXFSZ), "");
+    ExpectTheOldHost();
+    EXPECT_EQ(tavrolib_test::Read(folder_ / "host.json.new").size(), 4096U);
+    ExpectTheLockIsFree();
+    Change("next");
+}
+
+#endif
+
+}  // namespace
+}  // namespace tavrosim
