@@ -4,7 +4,7 @@ namespace tavrolib {
 namespace {
 
 // clang-format off
-constexpr Message Messages[] = {
+constexpr Message ChineseTexts[] = {
     {256, L"注意：本主机的适配器处于受限状态。"},
     {257, L"显示信息的命令可照常使用。"},
     {258, L"更改适配器的命令将被拒绝。"},
@@ -603,12 +603,12 @@ constexpr Message Messages[] = {
 };
 // clang-format on
 
-static_assert(IsSortedById(Messages));
+static_assert(IsSortedById(ChineseTexts));
 
 }  // namespace
 
 std::span<const Message> ChineseMessages() {
-    return Messages;
+    return ChineseTexts;
 }
 
 }  // namespace tavrolib

@@ -4,7 +4,7 @@ namespace tavrolib {
 namespace {
 
 // clang-format off
-constexpr Message Messages[] = {
+constexpr Message EnglishTexts[] = {
     {256, L"Notice: an adapter of this host is in a restricted state."},
     {257, L"Commands that show information can be used as usual."},
     {258, L"Commands that change the adapter will be refused."},
@@ -603,12 +603,12 @@ constexpr Message Messages[] = {
 };
 // clang-format on
 
-static_assert(IsSortedById(Messages));
+static_assert(IsSortedById(EnglishTexts));
 
 }  // namespace
 
 std::span<const Message> EnglishMessages() {
-    return Messages;
+    return EnglishTexts;
 }
 
 }  // namespace tavrolib

@@ -4,7 +4,7 @@ namespace tavrolib {
 namespace {
 
 // clang-format off
-constexpr Message Messages[] = {
+constexpr Message JapaneseTexts[] = {
     {256, L"注意: このホストのアダプターは制限状態です。"},
     {257, L"情報を表示するコマンドは通常どおり使用できます。"},
     {258, L"アダプターを変更するコマンドは拒否されます。"},
@@ -603,12 +603,12 @@ constexpr Message Messages[] = {
 };
 // clang-format on
 
-static_assert(IsSortedById(Messages));
+static_assert(IsSortedById(JapaneseTexts));
 
 }  // namespace
 
 std::span<const Message> JapaneseMessages() {
-    return Messages;
+    return JapaneseTexts;
 }
 
 }  // namespace tavrolib

@@ -5,8 +5,6 @@
 namespace tavrosim {
 namespace {
 
-constexpr std::size_t MacDigits = 12;
-constexpr std::size_t WwnDigits = 16;
 constexpr std::size_t FcidDigits = 6;
 
 void Want(bool isRight, const char* kind, std::size_t digits, const std::string& text,

@@ -1,12 +1,7 @@
 #include "simulator/host/lookup.h"
 
 namespace tavrosim {
-namespace {
-
-constexpr std::size_t MacDigits = 12;
-constexpr std::size_t WwnDigits = 16;
-
-}  // namespace
+namespace {}  // namespace
 
 std::string NormalIdentifier(std::string_view text) {
     std::string digits;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -10,6 +11,10 @@
 // Finding the function that a request names. Identifiers are compared by their hexadecimal digits:
 // case and the separators "-" and ":" do not matter.
 namespace tavrosim {
+
+// What a MAC and a WWN are made of.
+inline constexpr std::size_t MacDigits = 12;
+inline constexpr std::size_t WwnDigits = 16;
 
 // The identifier in lower case without separators; empty when it is neither a MAC nor a WWN.
 std::string NormalIdentifier(std::string_view text);

@@ -17,50 +17,50 @@ namespace {
 using tavroapi::FcoeBootConfig;
 using tavroapi::IscsiBootConfig;
 using tavroapi::OperationCode;
-namespace position = tavroapi::iscsi_boot;
+namespace iscsi_boot = tavroapi::iscsi_boot;
 
 constexpr std::uint32_t HighestBusyRetries = 255;
 constexpr std::uint32_t HighestLinkUpDelay = 60;
 constexpr std::uint32_t HighestLoginRetries = 8;
 
 template <class Struct>
-struct TextAt {
+struct ConfigText {
     std::size_t position;
     std::string Struct::*text;
 };
 
-constexpr TextAt<IscsiBoot> PortTexts[] = {
-    {position::TcpIpByDhcp, &IscsiBoot::tcpIpByDhcp},
-    {position::ParametersByDhcp, &IscsiBoot::parametersByDhcp},
-    {position::LinkUpDelay, &IscsiBoot::linkUpDelay},
-    {position::RetryCount, &IscsiBoot::retryCount},
-    {position::IpAddress, &IscsiBoot::address},
-    {position::SubnetMask, &IscsiBoot::subnetMask},
-    {position::Gateway, &IscsiBoot::gateway},
-    {position::InitiatorName, &IscsiBoot::initiatorName},
-    {position::ChapName, &IscsiBoot::chapName},
-    {position::ChapSecret, &IscsiBoot::chapSecret},
-    {position::AddressBinding, &IscsiBoot::addressBinding},
-    {position::BoundAddress, &IscsiBoot::boundAddress},
-    {position::TargetIsFirstDisk, &IscsiBoot::targetIsFirstDisk},
-    {position::BootFromTarget, &IscsiBoot::bootFromTarget},
+constexpr ConfigText<IscsiBoot> PortTexts[] = {
+    {iscsi_boot::TcpIpByDhcp, &IscsiBoot::tcpIpByDhcp},
+    {iscsi_boot::ParametersByDhcp, &IscsiBoot::parametersByDhcp},
+    {iscsi_boot::LinkUpDelay, &IscsiBoot::linkUpDelay},
+    {iscsi_boot::RetryCount, &IscsiBoot::retryCount},
+    {iscsi_boot::IpAddress, &IscsiBoot::address},
+    {iscsi_boot::SubnetMask, &IscsiBoot::subnetMask},
+    {iscsi_boot::Gateway, &IscsiBoot::gateway},
+    {iscsi_boot::InitiatorName, &IscsiBoot::initiatorName},
+    {iscsi_boot::ChapName, &IscsiBoot::chapName},
+    {iscsi_boot::ChapSecret, &IscsiBoot::chapSecret},
+    {iscsi_boot::AddressBinding, &IscsiBoot::addressBinding},
+    {iscsi_boot::BoundAddress, &IscsiBoot::boundAddress},
+    {iscsi_boot::TargetIsFirstDisk, &IscsiBoot::targetIsFirstDisk},
+    {iscsi_boot::BootFromTarget, &IscsiBoot::bootFromTarget},
 };
 
-constexpr TextAt<IscsiBootTarget> TargetTexts[] = {
-    {position::TargetUsed, &IscsiBootTarget::used},
-    {position::TargetAddress, &IscsiBootTarget::address},
-    {position::TargetPort, &IscsiBootTarget::port},
-    {position::TargetLun, &IscsiBootTarget::lun},
-    {position::TargetName, &IscsiBootTarget::name},
-    {position::TargetChapName, &IscsiBootTarget::chapName},
-    {position::TargetChapSecret, &IscsiBootTarget::chapSecret},
+constexpr ConfigText<IscsiBootTarget> TargetTexts[] = {
+    {iscsi_boot::TargetUsed, &IscsiBootTarget::used},
+    {iscsi_boot::TargetAddress, &IscsiBootTarget::address},
+    {iscsi_boot::TargetPort, &IscsiBootTarget::port},
+    {iscsi_boot::TargetLun, &IscsiBootTarget::lun},
+    {iscsi_boot::TargetName, &IscsiBootTarget::name},
+    {iscsi_boot::TargetChapName, &IscsiBootTarget::chapName},
+    {iscsi_boot::TargetChapSecret, &IscsiBootTarget::chapSecret},
 };
 
 // Secrets go into the host and never come out.
 template <class Struct, std::size_t Count>
-void CopyOut(const Struct& source, const TextAt<Struct> (&table)[Count], std::size_t start,
+void CopyOut(const Struct& source, const ConfigText<Struct> (&table)[Count], std::size_t start,
              IscsiBootConfig& config) {
-    for (const TextAt<Struct>& row : table) {
+    for (const ConfigText<Struct>& row : table) {
         if (!tavroapi::IsSecretPosition<IscsiBootConfig>(start + row.position)) {
             config.texts[start + row.position] = source.*row.text;
         }
@@ -68,9 +68,9 @@ void CopyOut(const Struct& source, const TextAt<Struct> (&table)[Count], std::si
 }
 
 template <class Struct, std::size_t Count>
-void CopyIn(const IscsiBootConfig& config, const TextAt<Struct> (&table)[Count], std::size_t start,
-            Struct& target) {
-    for (const TextAt<Struct>& row : table) {
+void CopyIn(const IscsiBootConfig& config, const ConfigText<Struct> (&table)[Count],
+            std::size_t start, Struct& target) {
+    for (const ConfigText<Struct>& row : table) {
         target.*row.text = config.texts[start + row.position];
     }
 }
@@ -83,16 +83,16 @@ bool IsSwitch(const std::string& text) {
     return IsOneOf(text, {"Enabled", "Disabled"});
 }
 
-Outcome RefuseValue(const std::wstring& details) {
+Outcome RefuseBootValue(const std::wstring& details) {
     return Refused(Status::InvalidBootValue,
                    L"The boot configuration holds a value that is not valid.",
                    L"Correct the value and set the boot configuration again.", details);
 }
 
 Outcome CheckTarget(const IscsiBootConfig& config, std::size_t start, const wchar_t* which) {
-    const bool isUsed = config.texts[start + position::TargetUsed] == "Enabled";
-    const bool needsName = config.texts[position::ParametersByDhcp] == "Disabled";
-    if (isUsed && needsName && config.texts[start + position::TargetName].empty()) {
+    const bool isUsed = config.texts[start + iscsi_boot::TargetUsed] == "Enabled";
+    const bool needsName = config.texts[iscsi_boot::ParametersByDhcp] == "Disabled";
+    if (isUsed && needsName && config.texts[start + iscsi_boot::TargetName].empty()) {
         return Refused(Status::BootTargetWithoutName,
                        std::wstring(L"The ") + which + L" boot target has no name.",
                        L"Enter the target's name, or take the iSCSI settings from DHCP.");
@@ -102,24 +102,24 @@ Outcome CheckTarget(const IscsiBootConfig& config, std::size_t start, const wcha
 
 Outcome CheckIscsiBoot(const IscsiBootConfig& config) {
     for (const std::size_t at :
-         {position::TcpIpByDhcp, position::ParametersByDhcp,
-          position::FirstTarget + position::TargetUsed,
-          position::SecondTarget + position::TargetUsed, position::AddressBinding,
-          position::TargetIsFirstDisk, position::BootFromTarget}) {
+         {iscsi_boot::TcpIpByDhcp, iscsi_boot::ParametersByDhcp,
+          iscsi_boot::FirstTarget + iscsi_boot::TargetUsed,
+          iscsi_boot::SecondTarget + iscsi_boot::TargetUsed, iscsi_boot::AddressBinding,
+          iscsi_boot::TargetIsFirstDisk, iscsi_boot::BootFromTarget}) {
         if (!IsSwitch(config.texts[at])) {
-            return RefuseValue(L"Text " + std::to_wstring(at) +
-                               L" is neither \"Enabled\" nor \"Disabled\".");
+            return RefuseBootValue(L"Text " + std::to_wstring(at) +
+                                   L" is neither \"Enabled\" nor \"Disabled\".");
         }
     }
-    const Outcome first = CheckTarget(config, position::FirstTarget, L"first");
-    return first.IsDone() ? CheckTarget(config, position::SecondTarget, L"second") : first;
+    const Outcome first = CheckTarget(config, iscsi_boot::FirstTarget, L"first");
+    return first.IsDone() ? CheckTarget(config, iscsi_boot::SecondTarget, L"second") : first;
 }
 
 Outcome ReadIscsiBoot(const Viewed<IscsiPart>& at, IscsiBootConfig& config) {
     const IscsiBoot boot = at.part.boot.value_or(IscsiBoot{});
     CopyOut(boot, PortTexts, 0, config);
-    CopyOut(boot.firstTarget, TargetTexts, position::FirstTarget, config);
-    CopyOut(boot.secondTarget, TargetTexts, position::SecondTarget, config);
+    CopyOut(boot.firstTarget, TargetTexts, iscsi_boot::FirstTarget, config);
+    CopyOut(boot.secondTarget, TargetTexts, iscsi_boot::SecondTarget, config);
     return Done();
 }
 
@@ -130,8 +130,8 @@ Outcome WriteIscsiBoot(const Edited<IscsiPart>& at, const IscsiBootConfig& confi
     }
     IscsiBoot& boot = at.part.boot.emplace();
     CopyIn(config, PortTexts, 0, boot);
-    CopyIn(config, TargetTexts, position::FirstTarget, boot.firstTarget);
-    CopyIn(config, TargetTexts, position::SecondTarget, boot.secondTarget);
+    CopyIn(config, TargetTexts, iscsi_boot::FirstTarget, boot.firstTarget);
+    CopyIn(config, TargetTexts, iscsi_boot::SecondTarget, boot.secondTarget);
     return Done();
 }
 
@@ -152,11 +152,11 @@ Outcome ReadFcoeBoot(const Viewed<FcoePart>& at, FcoeBootConfig& config) {
 Outcome CheckFcoeBoot(const FcoeBootConfig& config) {
     if (!IsOneOf(config.bootState, {"Enabled", "Disabled", "One Time Disabled"}) ||
         !IsSwitch(config.secondSwitch)) {
-        return RefuseValue(L"The boot state or the fabric discovery is no known word.");
+        return RefuseBootValue(L"The boot state or the fabric discovery is no known word.");
     }
     if (config.numberA > HighestBusyRetries || config.numberB > HighestLinkUpDelay ||
         config.numberC > HighestLoginRetries) {
-        return RefuseValue(
+        return RefuseBootValue(
             L"A number is above 255 (busy retries), 60 (link-up delay) or 8 (login "
             L"retries).");
     }
@@ -183,16 +183,15 @@ Outcome WriteFcoeBoot(const Edited<FcoePart>& at, const FcoeBootConfig& config) 
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadIscsiBoot, IscsiPart, ReadIscsiBoot>(),
-    Changes<OperationCode::WriteIscsiBoot, IscsiPart, WriteIscsiBoot>(),
-    Reads<OperationCode::ReadFcoeBoot, FcoePart, ReadFcoeBoot>(),
-    Changes<OperationCode::WriteFcoeBoot, FcoePart, WriteFcoeBoot>(),
-};
-
 }  // namespace
 
 std::span<const OperationModel> BootOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadIscsiBoot, IscsiPart, ReadIscsiBoot>(),
+        Changes<OperationCode::WriteIscsiBoot, IscsiPart, WriteIscsiBoot>(),
+        Reads<OperationCode::ReadFcoeBoot, FcoePart, ReadFcoeBoot>(),
+        Changes<OperationCode::WriteFcoeBoot, FcoePart, WriteFcoeBoot>(),
+    };
     return Rows;
 }
 

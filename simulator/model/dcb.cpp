@@ -34,7 +34,7 @@ std::vector<std::string_view> Pieces(std::string_view text, std::string_view sep
     return pieces;
 }
 
-const char* Switch(bool isOn) {
+const char* EnabledOrDisabled(bool isOn) {
     return isOn ? Enabled : Disabled;
 }
 
@@ -60,7 +60,7 @@ std::list<tavroapi::DcbPriority> FlowControlByPriority(const DcbSettings& settin
         const std::string_view priority = Priorities.substr(i, 1);
         auto& texts = entries.emplace_back().texts;
         texts[tavroapi::dcb_priority::Number] = priority;
-        texts[tavroapi::dcb_priority::FlowControl] = Switch(paused.contains(priority));
+        texts[tavroapi::dcb_priority::FlowControl] = EnabledOrDisabled(paused.contains(priority));
     }
     return entries;
 }
@@ -69,8 +69,8 @@ std::array<std::string, 6> TextsOf(const DcbSettings& settings) {
     return {settings.state,
             settings.flowControlPriorities,
             settings.fcoePriority,
-            Switch(!settings.flowControlPriorities.empty()),
-            Switch(!settings.bandwidths.empty()),
+            EnabledOrDisabled(!settings.flowControlPriorities.empty()),
+            EnabledOrDisabled(!settings.bandwidths.empty()),
             settings.willing};
 }
 
@@ -105,15 +105,14 @@ Outcome WriteConfig(const Edited<FcoePart>& at, const DcbConfig& config) {
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadDcbInfo, FcoePart, ReadInfo>(),
-    Reads<OperationCode::ReadDcbConfig, FcoePart, ReadConfig>(),
-    Changes<OperationCode::WriteDcbConfig, FcoePart, WriteConfig>(),
-};
-
 }  // namespace
 
 std::span<const OperationModel> DcbOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadDcbInfo, FcoePart, ReadInfo>(),
+        Reads<OperationCode::ReadDcbConfig, FcoePart, ReadConfig>(),
+        Changes<OperationCode::WriteDcbConfig, FcoePart, WriteConfig>(),
+    };
     return Rows;
 }
 

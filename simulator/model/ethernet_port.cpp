@@ -12,7 +12,7 @@ namespace {
 
 using tavroapi::EthernetPortInfo;
 using tavroapi::OperationCode;
-namespace position = tavroapi::ethernet_port;
+namespace ethernet_port = tavroapi::ethernet_port;
 
 // The speed follows the setting once there is a link, and that is the fastest one unless chosen.
 std::string SpeedOf(const EthernetPort& port, const EthernetSettings& settings) {
@@ -44,36 +44,35 @@ Outcome ReadPort(const Viewed<EthernetPart>& at, EthernetPortInfo& info) {
     const EthernetPort port = part.port.value_or(EthernetPort{});
     const EthernetSettings settings = part.settings.value_or(EthernetSettings{});
     const std::string& assigned = settings.locallyAdministeredAddress;
-    info.NarrowText(position::ModelName) = at.adapter.name;
-    info.NarrowText(position::SerialNumber) = SerialNumberOf(port, at.adapter);
-    info.NarrowText(position::PartNumber) = port.partNumber;
-    info.NarrowText(position::CurrentMac) =
+    info.NarrowText(ethernet_port::ModelName) = at.adapter.name;
+    info.NarrowText(ethernet_port::SerialNumber) = SerialNumberOf(port, at.adapter);
+    info.NarrowText(ethernet_port::PartNumber) = port.partNumber;
+    info.NarrowText(ethernet_port::CurrentMac) =
         NormalIdentifier(assigned).empty() ? at.function.mac : assigned;
-    info.NarrowText(position::PermanentMac) = at.function.mac;
-    info.NarrowText(position::LinkState) = port.linkStatus;
-    info.NarrowText(position::LinkSpeed) = SpeedOf(port, settings);
-    info.NarrowText(position::MaximumLinkSpeed) = port.maximumSpeed;
-    info.NarrowText(position::Driver) = port.driverName;
-    info.NarrowText(position::OptionRomVersion) = port.optionRomVersion;
-    info.NarrowText(position::BootCodeVersion) = port.bootCodeVersion;
-    info.NarrowText(position::FirmwareVersion) = port.firmwareVersion;
-    info.NarrowText(position::DriverVersion) = port.driverVersion;
-    info.NarrowText(position::LargestFrame) =
+    info.NarrowText(ethernet_port::PermanentMac) = at.function.mac;
+    info.NarrowText(ethernet_port::LinkState) = port.linkStatus;
+    info.NarrowText(ethernet_port::LinkSpeed) = SpeedOf(port, settings);
+    info.NarrowText(ethernet_port::MaximumLinkSpeed) = port.maximumSpeed;
+    info.NarrowText(ethernet_port::Driver) = port.driverName;
+    info.NarrowText(ethernet_port::OptionRomVersion) = port.optionRomVersion;
+    info.NarrowText(ethernet_port::BootCodeVersion) = port.bootCodeVersion;
+    info.NarrowText(ethernet_port::FirmwareVersion) = port.firmwareVersion;
+    info.NarrowText(ethernet_port::DriverVersion) = port.driverVersion;
+    info.NarrowText(ethernet_port::LargestFrame) =
         settings.jumboPacket == tavroapi::SettingNotAvailable ? "1514" : settings.jumboPacket;
-    info.NarrowText(position::PciLocation) = PciLocationOf(port, at.adapter, at.function);
+    info.NarrowText(ethernet_port::PciLocation) = PciLocationOf(port, at.adapter, at.function);
     info.wideText27 = WideFromUtf8(Utf8FromBytes(part.interfaceName));
-    info.NarrowText(position::LocallyAdministeredAddress) = assigned;
-    info.NarrowText(position::HardwareRevision) = port.hardwareRevision;
-    info.NarrowText(position::FlowControl) = settings.flowControl;
+    info.NarrowText(ethernet_port::LocallyAdministeredAddress) = assigned;
+    info.NarrowText(ethernet_port::HardwareRevision) = port.hardwareRevision;
+    info.NarrowText(ethernet_port::FlowControl) = settings.flowControl;
     return Done();
 }
-
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadEthernetPort, EthernetPart, ReadPort>()};
 
 }  // namespace
 
 std::span<const OperationModel> EthernetPortOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadEthernetPort, EthernetPart, ReadPort>()};
     return Rows;
 }
 

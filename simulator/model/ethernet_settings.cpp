@@ -29,11 +29,11 @@ struct SettingRule {
     bool isAddress = false;
 };
 
-constexpr const wchar_t* Switch[] = {L"Disabled", L"Enabled"};
+constexpr const wchar_t* OffAndOn[] = {L"Disabled", L"Enabled"};
 constexpr const wchar_t* Directions[] = {L"Disabled", L"Rx Enabled", L"Tx Enabled",
                                          L"Rx & Tx Enabled"};
-constexpr const wchar_t* FlowControls[] = {L"Disabled", L"Rx Enabled", L"Tx Enabled",
-                                           L"Rx & Tx Enabled", L"Auto Negotiation"};
+constexpr const wchar_t* FlowControlValues[] = {L"Disabled", L"Rx Enabled", L"Tx Enabled",
+                                                L"Rx & Tx Enabled", L"Auto Negotiation"};
 constexpr const wchar_t* Speeds[] = {L"Auto Negotiation", L"1 Gbps", L"10 Gbps"};
 constexpr const wchar_t* PriorityAndVlan[] = {L"Disabled", L"Priority Enabled", L"VLAN Enabled",
                                               L"Priority & VLAN Enabled"};
@@ -59,22 +59,22 @@ struct SettingRow {
 
 constexpr SettingRow SettingRows[] = {
     {1, &EthernetSettings::speed, OneOf(Speeds)},
-    {8, &EthernetSettings::flowControl, OneOf(FlowControls)},
+    {8, &EthernetSettings::flowControl, OneOf(FlowControlValues)},
     {15, &EthernetSettings::priorityAndVlan, OneOf(PriorityAndVlan)},
-    {14, &EthernetSettings::interruptModeration, OneOf(Switch)},
+    {14, &EthernetSettings::interruptModeration, OneOf(OffAndOn)},
     {4, &EthernetSettings::checksumOffloadIPv4, OneOf(Directions)},
     {5, &EthernetSettings::checksumOffloadIPv6, OneOf(Directions)},
     {0, &EthernetSettings::locallyAdministeredAddress, Address},
-    {16, &EthernetSettings::receiveSideScaling, OneOf(Switch)},
+    {16, &EthernetSettings::receiveSideScaling, OneOf(OffAndOn)},
     {9, &EthernetSettings::jumboPacket, OneOf(JumboPackets)},
     {17, &EthernetSettings::receiveSideScalingQueues, OneOf(QueueCounts)},
     {10, &EthernetSettings::receiveBuffers, Within(64, 8, 4096)},
     {25, &EthernetSettings::transmitBuffers, Within(128, 16, 8192)},
-    {12, &EthernetSettings::largeSendOffloadIPv4, OneOf(Switch)},
-    {23, &EthernetSettings::largeSendOffloadIPv6, OneOf(Switch)},
-    {24, &EthernetSettings::receiveSegmentCoalescing, OneOf(Switch)},
-    {19, &EthernetSettings::singleRootVirtualization, OneOf(Switch)},
-    {13, &EthernetSettings::wakeOnMagicPacket, OneOf(Switch)},
+    {12, &EthernetSettings::largeSendOffloadIPv4, OneOf(OffAndOn)},
+    {23, &EthernetSettings::largeSendOffloadIPv6, OneOf(OffAndOn)},
+    {24, &EthernetSettings::receiveSegmentCoalescing, OneOf(OffAndOn)},
+    {19, &EthernetSettings::singleRootVirtualization, OneOf(OffAndOn)},
+    {13, &EthernetSettings::wakeOnMagicPacket, OneOf(OffAndOn)},
     {18, &EthernetSettings::virtualFunctions, Fixed},
     {2, &EthernetSettings::interruptMode, Fixed},
     {3, &EthernetSettings::interruptVectors, Fixed},
@@ -123,7 +123,6 @@ bool IsInRange(const std::string& value, const SettingRule::Range& range) {
 
 // Whether the text is a MAC whose bits say "one station" and "locally administered".
 bool IsAssignableAddress(const std::string& text) {
-    constexpr std::size_t MacDigits = 12;
     const std::string digits = NormalIdentifier(text);
     return digits.size() == MacDigits &&
            std::string_view("26ae").find(digits[1]) != std::string::npos;
@@ -195,14 +194,13 @@ Outcome WriteSettings(const Edited<EthernetPart>& at, const tavroapi::AdapterSet
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadAdapterSettings, EthernetPart, ReadSettings>(),
-    Changes<OperationCode::WriteAdapterSettings, EthernetPart, WriteSettings>(),
-    Reads<OperationCode::ExportAdapterSettings, EthernetPart, ReadSettings>()};
-
 }  // namespace
 
 std::span<const OperationModel> AdapterSettingsOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadAdapterSettings, EthernetPart, ReadSettings>(),
+        Changes<OperationCode::WriteAdapterSettings, EthernetPart, WriteSettings>(),
+        Reads<OperationCode::ExportAdapterSettings, EthernetPart, ReadSettings>()};
     return Rows;
 }
 

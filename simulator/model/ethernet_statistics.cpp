@@ -10,7 +10,7 @@ namespace tavrosim {
 namespace {
 
 using tavroapi::OperationCode;
-namespace position = tavroapi::ethernet_statistics;
+namespace ethernet_statistics = tavroapi::ethernet_statistics;
 
 // A counter and its position in the record. The record's other texts stay "0".
 struct CounterRow {
@@ -19,35 +19,36 @@ struct CounterRow {
 };
 
 constexpr CounterRow Counters[] = {
-    {position::BytesSent, &EthernetCounters::bytesSent},
-    {position::BytesReceived, &EthernetCounters::bytesReceived},
-    {position::FramesSent, &EthernetCounters::framesSent},
-    {position::FramesReceived, &EthernetCounters::framesReceived},
-    {position::UnicastFramesSent, &EthernetCounters::unicastFramesSent},
-    {position::UnicastFramesReceived, &EthernetCounters::unicastFramesReceived},
-    {position::MulticastFramesSent, &EthernetCounters::multicastFramesSent},
-    {position::MulticastFramesReceived, &EthernetCounters::multicastFramesReceived},
-    {position::BroadcastFramesSent, &EthernetCounters::broadcastFramesSent},
-    {position::BroadcastFramesReceived, &EthernetCounters::broadcastFramesReceived},
-    {position::ReceiveErrors, &EthernetCounters::receiveErrors},
-    {position::ChecksumErrors, &EthernetCounters::checksumErrors},
-    {position::AlignmentErrors, &EthernetCounters::alignmentErrors},
-    {position::ShortFrames, &EthernetCounters::shortFrames},
-    {position::LongFrames, &EthernetCounters::longFrames},
-    {position::Fragments, &EthernetCounters::fragments},
-    {position::JabberFrames, &EthernetCounters::jabberFrames},
-    {position::FramesWithoutBuffer, &EthernetCounters::framesWithoutBuffer},
-    {position::ReceivedFramesDropped, &EthernetCounters::receivedFramesDropped},
-    {position::TransmitErrors, &EthernetCounters::transmitErrors},
-    {position::DeferredFrames, &EthernetCounters::deferredFrames},
-    {position::LateCollisions, &EthernetCounters::lateCollisions},
-    {position::ExcessiveCollisions, &EthernetCounters::excessiveCollisions},
-    {position::SingleCollisions, &EthernetCounters::singleCollisions},
-    {position::SentFramesDropped, &EthernetCounters::sentFramesDropped},
-    {position::PauseFramesSent, &EthernetCounters::pauseFramesSent},
-    {position::PauseFramesReceived, &EthernetCounters::pauseFramesReceived},
-    {position::PriorityPauseFramesSent, &EthernetCounters::priorityPauseFramesSent},
-    {position::PriorityPauseFramesReceived, &EthernetCounters::priorityPauseFramesReceived},
+    {ethernet_statistics::BytesSent, &EthernetCounters::bytesSent},
+    {ethernet_statistics::BytesReceived, &EthernetCounters::bytesReceived},
+    {ethernet_statistics::FramesSent, &EthernetCounters::framesSent},
+    {ethernet_statistics::FramesReceived, &EthernetCounters::framesReceived},
+    {ethernet_statistics::UnicastFramesSent, &EthernetCounters::unicastFramesSent},
+    {ethernet_statistics::UnicastFramesReceived, &EthernetCounters::unicastFramesReceived},
+    {ethernet_statistics::MulticastFramesSent, &EthernetCounters::multicastFramesSent},
+    {ethernet_statistics::MulticastFramesReceived, &EthernetCounters::multicastFramesReceived},
+    {ethernet_statistics::BroadcastFramesSent, &EthernetCounters::broadcastFramesSent},
+    {ethernet_statistics::BroadcastFramesReceived, &EthernetCounters::broadcastFramesReceived},
+    {ethernet_statistics::ReceiveErrors, &EthernetCounters::receiveErrors},
+    {ethernet_statistics::ChecksumErrors, &EthernetCounters::checksumErrors},
+    {ethernet_statistics::AlignmentErrors, &EthernetCounters::alignmentErrors},
+    {ethernet_statistics::ShortFrames, &EthernetCounters::shortFrames},
+    {ethernet_statistics::LongFrames, &EthernetCounters::longFrames},
+    {ethernet_statistics::Fragments, &EthernetCounters::fragments},
+    {ethernet_statistics::JabberFrames, &EthernetCounters::jabberFrames},
+    {ethernet_statistics::FramesWithoutBuffer, &EthernetCounters::framesWithoutBuffer},
+    {ethernet_statistics::ReceivedFramesDropped, &EthernetCounters::receivedFramesDropped},
+    {ethernet_statistics::TransmitErrors, &EthernetCounters::transmitErrors},
+    {ethernet_statistics::DeferredFrames, &EthernetCounters::deferredFrames},
+    {ethernet_statistics::LateCollisions, &EthernetCounters::lateCollisions},
+    {ethernet_statistics::ExcessiveCollisions, &EthernetCounters::excessiveCollisions},
+    {ethernet_statistics::SingleCollisions, &EthernetCounters::singleCollisions},
+    {ethernet_statistics::SentFramesDropped, &EthernetCounters::sentFramesDropped},
+    {ethernet_statistics::PauseFramesSent, &EthernetCounters::pauseFramesSent},
+    {ethernet_statistics::PauseFramesReceived, &EthernetCounters::pauseFramesReceived},
+    {ethernet_statistics::PriorityPauseFramesSent, &EthernetCounters::priorityPauseFramesSent},
+    {ethernet_statistics::PriorityPauseFramesReceived,
+     &EthernetCounters::priorityPauseFramesReceived},
 };
 
 void Fill(const EthernetCounters& counters, tavroapi::EthernetPortStatistics& record) {
@@ -83,13 +84,12 @@ Outcome ResetStatistics(const Edited<EthernetPart>& at, tavroapi::StatisticsFlag
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Changes<OperationCode::ReadEthernetStatistics, EthernetPart, ReadStatistics>(),
-    Changes<OperationCode::ResetEthernetStatistics, EthernetPart, ResetStatistics>()};
-
 }  // namespace
 
 std::span<const OperationModel> EthernetStatisticsOperations() {
+    static constexpr OperationModel Rows[] = {
+        Changes<OperationCode::ReadEthernetStatistics, EthernetPart, ReadStatistics>(),
+        Changes<OperationCode::ResetEthernetStatistics, EthernetPart, ResetStatistics>()};
     return Rows;
 }
 

@@ -11,6 +11,9 @@
 // What the model functions of FCoE ports share: who sees which target.
 namespace tavrosim {
 
+// The one class of service that ports and targets have.
+inline constexpr const char* ClassOfService = "Class 3";
+
 // A target as one port sees it: with its place on the operating system's SCSI bus.
 struct SeenTarget {
     const FabricTarget* target = nullptr;

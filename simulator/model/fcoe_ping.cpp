@@ -100,15 +100,14 @@ Outcome WriteFip(const Edited<FcoePart>& at, const FipConfig& config) {
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::PingFromFcoePort, FcoePart, Ping>(),
-    Reads<OperationCode::ReadFip, FcoePart, ReadFip>(),
-    Changes<OperationCode::WriteFip, FcoePart, WriteFip>(),
-};
-
 }  // namespace
 
 std::span<const OperationModel> FcoePingOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::PingFromFcoePort, FcoePart, Ping>(),
+        Reads<OperationCode::ReadFip, FcoePart, ReadFip>(),
+        Changes<OperationCode::WriteFip, FcoePart, WriteFip>(),
+    };
     return Rows;
 }
 

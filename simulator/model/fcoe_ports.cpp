@@ -9,48 +9,47 @@ namespace {
 using tavroapi::FcoePortRecord;
 using tavroapi::FcoeStatisticsRecord;
 using tavroapi::OperationCode;
-namespace position = tavroapi::fcoe_port;
+namespace fcoe_port = tavroapi::fcoe_port;
 
 constexpr const char* PortType = "VN_Port";
-constexpr const char* ClassOfService = "Class 3";
 constexpr const char* MaximumFrameSize = "2112";
 constexpr const char* SupportedTypes =
     "00000120000000010000000000000000"
     "00000000000000000000000000000000";
 
-Outcome ReadPort(const Viewed<FcoePart>& at, FcoePortRecord& record) {
+Outcome ReadFcoePort(const Viewed<FcoePart>& at, FcoePortRecord& record) {
     const FcoePart& part = at.part;
     const FcoeHardware& hardware = part.hardware;
     const FcoeFabric& fabric = at.host.fcoeFabric;
-    record.texts[position::Title] = part.portWwn;
-    record.texts[position::NodeWwn] = part.nodeWwn;
-    record.texts[position::PortWwn] = part.portWwn;
-    record.texts[position::FabricName] = fabric.name;
-    record.texts[position::ModelName] = at.adapter.name;
-    record.texts[position::SerialNumber] = hardware.serialNumber;
-    record.texts[position::DriverVersion] = hardware.driverVersion;
-    record.texts[position::Driver] = hardware.driver;
-    record.texts[position::HardwareVersion] = hardware.hardwareVersion;
-    record.texts[position::OptionRomVersion] = hardware.optionRomVersion;
-    record.texts[position::FirmwareVersion] = hardware.firmwareVersion;
-    record.texts[position::LinkState] = hardware.linkState;
-    record.texts[position::PortType] = PortType;
-    record.texts[position::Fcid] = part.fcid;
-    record.texts[position::LinkSpeed] = hardware.linkSpeed;
-    record.texts[position::SupportedClasses] = ClassOfService;
-    record.texts[position::SupportedTypes] = SupportedTypes;
-    record.texts[position::DiscoveredPorts] =
+    record.texts[fcoe_port::Title] = part.portWwn;
+    record.texts[fcoe_port::NodeWwn] = part.nodeWwn;
+    record.texts[fcoe_port::PortWwn] = part.portWwn;
+    record.texts[fcoe_port::FabricName] = fabric.name;
+    record.texts[fcoe_port::ModelName] = at.adapter.name;
+    record.texts[fcoe_port::SerialNumber] = hardware.serialNumber;
+    record.texts[fcoe_port::DriverVersion] = hardware.driverVersion;
+    record.texts[fcoe_port::Driver] = hardware.driver;
+    record.texts[fcoe_port::HardwareVersion] = hardware.hardwareVersion;
+    record.texts[fcoe_port::OptionRomVersion] = hardware.optionRomVersion;
+    record.texts[fcoe_port::FirmwareVersion] = hardware.firmwareVersion;
+    record.texts[fcoe_port::LinkState] = hardware.linkState;
+    record.texts[fcoe_port::PortType] = PortType;
+    record.texts[fcoe_port::Fcid] = part.fcid;
+    record.texts[fcoe_port::LinkSpeed] = hardware.linkSpeed;
+    record.texts[fcoe_port::SupportedClasses] = ClassOfService;
+    record.texts[fcoe_port::SupportedTypes] = SupportedTypes;
+    record.texts[fcoe_port::DiscoveredPorts] =
         std::to_string(TargetsSeenBy(fabric, part.portWwn, part.bindings).size());
-    record.texts[position::MaximumFrameSize] = MaximumFrameSize;
-    record.texts[position::SupportedSpeeds] = hardware.linkSpeed;
-    record.texts[position::DeviceName] = hardware.deviceName;
-    record.texts[position::HostName] = at.host.name;
-    record.texts[position::FpmaMac] = FabricMac(fabric, part.fcid);
-    record.texts[position::FcfMac] = fabric.fcfMac;
-    record.texts[position::FcfNodeWwn] = fabric.fcfNodeWwn;
-    record.texts[position::FcfPortWwn] = fabric.fcfPortWwn;
-    record.texts[position::FcMap] = fabric.fcMap;
-    record.texts[position::FabricVlan] = part.fipVlanId;
+    record.texts[fcoe_port::MaximumFrameSize] = MaximumFrameSize;
+    record.texts[fcoe_port::SupportedSpeeds] = hardware.linkSpeed;
+    record.texts[fcoe_port::DeviceName] = hardware.deviceName;
+    record.texts[fcoe_port::HostName] = at.host.name;
+    record.texts[fcoe_port::FpmaMac] = FabricMac(fabric, part.fcid);
+    record.texts[fcoe_port::FcfMac] = fabric.fcfMac;
+    record.texts[fcoe_port::FcfNodeWwn] = fabric.fcfNodeWwn;
+    record.texts[fcoe_port::FcfPortWwn] = fabric.fcfPortWwn;
+    record.texts[fcoe_port::FcMap] = fabric.fcMap;
+    record.texts[fcoe_port::FabricVlan] = part.fipVlanId;
     return Done();
 }
 
@@ -87,7 +86,8 @@ void LetTrafficHappen(FcoeStatistics& statistics, std::uint64_t targets) {
     statistics.receivedWords += WordsPerFrame * received;
 }
 
-Outcome ReadStatistics(const Edited<FcoePart>& at, std::uint32_t, FcoeStatisticsRecord& record) {
+Outcome ReadFcoeStatistics(const Edited<FcoePart>& at, std::uint32_t,
+                           FcoeStatisticsRecord& record) {
     FcoePart& part = at.part;
     LetTrafficHappen(part.statistics,
                      TargetsSeenBy(at.host.fcoeFabric, part.portWwn, part.bindings).size());
@@ -95,22 +95,22 @@ Outcome ReadStatistics(const Edited<FcoePart>& at, std::uint32_t, FcoeStatistics
     return Done();
 }
 
-Outcome ResetStatistics(const Edited<FcoePart>& at, std::uint32_t, FcoeStatisticsRecord& record) {
+Outcome ResetFcoeStatistics(const Edited<FcoePart>& at, std::uint32_t,
+                            FcoeStatisticsRecord& record) {
     FcoePart& part = at.part;
     part.statistics = {};
     Tell(part.statistics, record);
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadFcoePort, FcoePart, ReadPort>(),
-    Changes<OperationCode::ReadFcoeStatistics, FcoePart, ReadStatistics>(),
-    Changes<OperationCode::ResetFcoeStatistics, FcoePart, ResetStatistics>(),
-};
-
 }  // namespace
 
 std::span<const OperationModel> FcoePortOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadFcoePort, FcoePart, ReadFcoePort>(),
+        Changes<OperationCode::ReadFcoeStatistics, FcoePart, ReadFcoeStatistics>(),
+        Changes<OperationCode::ResetFcoeStatistics, FcoePart, ResetFcoeStatistics>(),
+    };
     return Rows;
 }
 

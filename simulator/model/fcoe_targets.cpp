@@ -17,10 +17,10 @@ namespace fcoe_lun = tavroapi::fcoe_lun;
 
 constexpr const char* TargetRole = "FCP Target";
 constexpr const char* TargetState = "Online";
-constexpr const char* ClassOfService = "Class 3";
 constexpr const char* TargetTypes = "FCP";
 
-Outcome ListTargets(const Viewed<FcoePart>& at, std::list<tavroapi::FcoeTargetRecord>& records) {
+Outcome ListFcoeTargets(const Viewed<FcoePart>& at,
+                        std::list<tavroapi::FcoeTargetRecord>& records) {
     const FcoePart& part = at.part;
     records.clear();
     for (const SeenTarget& seen : TargetsSeenBy(at.host.fcoeFabric, part.portWwn, part.bindings)) {
@@ -40,8 +40,8 @@ Outcome ListTargets(const Viewed<FcoePart>& at, std::list<tavroapi::FcoeTargetRe
     return Done();
 }
 
-Outcome ReadTarget(const Viewed<FcoePart>& at, const std::string& name,
-                   tavroapi::FcoeTargetInfoRecord& record) {
+Outcome ReadFcoeTarget(const Viewed<FcoePart>& at, const std::string& name,
+                       tavroapi::FcoeTargetInfoRecord& record) {
     const FabricTarget* target = FindSeenTarget(at.host.fcoeFabric, at.part, name);
     if (target == nullptr) {
         return UnknownFcoeTarget(name);
@@ -84,8 +84,8 @@ Outcome ListBindings(const Viewed<FcoePart>& at, std::list<tavroapi::FcoeBinding
     return Done();
 }
 
-Outcome ListLuns(const Viewed<FcoePart>& at, const std::string& name,
-                 std::list<tavroapi::FcoeLunRecord>& records) {
+Outcome ListFcoeLuns(const Viewed<FcoePart>& at, const std::string& name,
+                     std::list<tavroapi::FcoeLunRecord>& records) {
     const FabricTarget* target = FindSeenTarget(at.host.fcoeFabric, at.part, name);
     if (target == nullptr) {
         return UnknownFcoeTarget(name);
@@ -109,16 +109,15 @@ Outcome ListLuns(const Viewed<FcoePart>& at, const std::string& name,
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ListFcoeTargets, FcoePart, ListTargets>(),
-    Reads<OperationCode::ReadFcoeTarget, FcoePart, ReadTarget>(),
-    Reads<OperationCode::ListFcoeBindings, FcoePart, ListBindings>(),
-    Reads<OperationCode::ListFcoeLuns, FcoePart, ListLuns>(),
-};
-
 }  // namespace
 
 std::span<const OperationModel> FcoeTargetOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ListFcoeTargets, FcoePart, ListFcoeTargets>(),
+        Reads<OperationCode::ReadFcoeTarget, FcoePart, ReadFcoeTarget>(),
+        Reads<OperationCode::ListFcoeBindings, FcoePart, ListBindings>(),
+        Reads<OperationCode::ListFcoeLuns, FcoePart, ListFcoeLuns>(),
+    };
     return Rows;
 }
 

@@ -88,18 +88,17 @@ Outcome RemoveIsnsServer(const Edited<IscsiPart>& at, const std::string& address
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadInitiator, Host, ReadInitiator>(),
-    Changes<OperationCode::SetInitiator, Host, SetInitiator>(),
-    Reads<OperationCode::PingFromIscsiPort, IscsiPart, PingFromIscsiPort>(),
-    Reads<OperationCode::ListIsnsServers, IscsiPart, ListIsnsServers>(),
-    Changes<OperationCode::AddIsnsServer, IscsiPart, AddIsnsServer>(),
-    Changes<OperationCode::RemoveIsnsServer, IscsiPart, RemoveIsnsServer>(),
-};
-
 }  // namespace
 
 std::span<const OperationModel> InitiatorOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadInitiator, Host, ReadInitiator>(),
+        Changes<OperationCode::SetInitiator, Host, SetInitiator>(),
+        Reads<OperationCode::PingFromIscsiPort, IscsiPart, PingFromIscsiPort>(),
+        Reads<OperationCode::ListIsnsServers, IscsiPart, ListIsnsServers>(),
+        Changes<OperationCode::AddIsnsServer, IscsiPart, AddIsnsServer>(),
+        Changes<OperationCode::RemoveIsnsServer, IscsiPart, RemoveIsnsServer>(),
+    };
     return Rows;
 }
 

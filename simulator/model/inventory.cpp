@@ -106,12 +106,11 @@ Outcome ReadAdapterState(const Viewed<Function>& at, std::wstring& state) {
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadAdapterState, Function, ReadAdapterState>()};
-
 }  // namespace
 
 std::span<const OperationModel> AdapterOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadAdapterState, Function, ReadAdapterState>()};
     return Rows;
 }
 

@@ -71,13 +71,13 @@ Outcome RemovePortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& 
     return Done();
 }
 
-constexpr OperationModel Rows[] = {Reads<OperationCode::ListPortals, IscsiPart, ListPortals>(),
-                                   Changes<OperationCode::AddPortal, IscsiPart, AddPortal>(),
-                                   Changes<OperationCode::RemovePortal, IscsiPart, RemovePortal>()};
-
 }  // namespace
 
 std::span<const OperationModel> IscsiPortalOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ListPortals, IscsiPart, ListPortals>(),
+        Changes<OperationCode::AddPortal, IscsiPart, AddPortal>(),
+        Changes<OperationCode::RemovePortal, IscsiPart, RemovePortal>()};
     return Rows;
 }
 

@@ -15,7 +15,7 @@ namespace iscsi_defaults = tavroapi::iscsi_defaults;
 
 constexpr std::string_view DriverWithoutStatistics = "bnx2i";
 
-Outcome ReadPort(const Viewed<IscsiPart>& at, IscsiPortRecord& record) {
+Outcome ReadIscsiPort(const Viewed<IscsiPart>& at, IscsiPortRecord& record) {
     const IscsiHardware& hardware = at.part.hardware;
     const TcpIp& tcpIp = at.part.tcpIp;
     record.texts[iscsi_port::FunctionNumber] = std::to_string(at.function.number);
@@ -84,7 +84,7 @@ void LetTrafficHappen(IscsiStatistics& statistics, std::uint64_t sessions) {
     statistics.nopsReceived += sessions;
 }
 
-Outcome ReadStatistics(const Edited<IscsiPart>& at, IscsiParameterRecord& record) {
+Outcome ReadIscsiStatistics(const Edited<IscsiPart>& at, IscsiParameterRecord& record) {
     const IscsiHardware& hardware = at.part.hardware;
     if (hardware.driver == DriverWithoutStatistics) {
         return Refused(Status::NoStatistics,
@@ -100,14 +100,13 @@ Outcome ReadStatistics(const Edited<IscsiPart>& at, IscsiParameterRecord& record
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadIscsiPort, IscsiPart, ReadPort>(),
-    Reads<OperationCode::ReadIscsiDefaults, IscsiPart, ReadDefaults>(),
-    Changes<OperationCode::ReadIscsiStatistics, IscsiPart, ReadStatistics>()};
-
 }  // namespace
 
 std::span<const OperationModel> IscsiPortInfoOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadIscsiPort, IscsiPart, ReadIscsiPort>(),
+        Reads<OperationCode::ReadIscsiDefaults, IscsiPart, ReadDefaults>(),
+        Changes<OperationCode::ReadIscsiStatistics, IscsiPart, ReadIscsiStatistics>()};
     return Rows;
 }
 

@@ -15,7 +15,7 @@ namespace {
 using tavroapi::LunRecord;
 using tavroapi::OperationCode;
 using tavroapi::SessionRecord;
-namespace position = tavroapi::iscsi_session;
+namespace iscsi_session = tavroapi::iscsi_session;
 
 // A session's number as users write it; none for a text that is no number.
 std::optional<std::uint32_t> SessionIdFrom(const std::string& text) {
@@ -45,8 +45,8 @@ Outcome UnknownSession(const std::string& target, const std::string& idText) {
 
 Outcome ReadSession(const Viewed<IscsiPart>& at, const SessionRecord& wanted,
                     SessionRecord& record) {
-    const std::string name = wanted.texts[position::TargetName];
-    const std::string id = wanted.texts[position::Id];
+    const std::string name = wanted.texts[iscsi_session::TargetName];
+    const std::string id = wanted.texts[iscsi_session::Id];
     const KnownTarget* const known = FindKnownTarget(at.part.storage, name);
     if (known == nullptr) {
         return UnknownTarget(name);
@@ -59,49 +59,51 @@ Outcome ReadSession(const Viewed<IscsiPart>& at, const SessionRecord& wanted,
     const std::string number = std::to_string(session->id);
     const IscsiParameters& parameters = DefaultParameters;
     const TcpIp& tcpIp = at.part.tcpIp;
-    record.texts[position::TargetName] = session->target;
-    record.texts[position::Id] = number;
-    record.texts[position::Status] = "Logged in";
-    record.texts[position::Type] = "Normal";
-    record.texts[position::InitiatorPart] =
+    record.texts[iscsi_session::TargetName] = session->target;
+    record.texts[iscsi_session::Id] = number;
+    record.texts[iscsi_session::Status] = "Logged in";
+    record.texts[iscsi_session::Type] = "Normal";
+    record.texts[iscsi_session::InitiatorPart] =
         "80000000" + std::string(4 - std::min<std::size_t>(number.size(), 4), '0') + number;
-    record.texts[position::TargetHandle] = number;
-    record.texts[position::TargetAlias] = target == nullptr ? std::string() : target->alias;
-    record.texts[position::PortalGroup] = target == nullptr ? std::string() : target->portalGroup;
-    record.texts[position::TargetAddress] = session->portal.address;
-    record.texts[position::TargetPort] = session->portal.port;
-    record.texts[position::InitiatorName] = at.host.initiator.name;
-    record.texts[position::InitiatorAddress] =
+    record.texts[iscsi_session::TargetHandle] = number;
+    record.texts[iscsi_session::TargetAlias] = target == nullptr ? std::string() : target->alias;
+    record.texts[iscsi_session::PortalGroup] =
+        target == nullptr ? std::string() : target->portalGroup;
+    record.texts[iscsi_session::TargetAddress] = session->portal.address;
+    record.texts[iscsi_session::TargetPort] = session->portal.port;
+    record.texts[iscsi_session::InitiatorName] = at.host.initiator.name;
+    record.texts[iscsi_session::InitiatorAddress] =
         session->portal.address.find(':') == std::string::npos ? tcpIp.address : tcpIp.addressIPv6;
-    record.texts[position::InitiatorPort] = std::to_string(49151 + session->id);
-    record.texts[position::ConnectionCount] = "1";
-    record.texts[position::ConnectionId] = "0";
-    record.texts[position::ConnectionStatus] = "Connected";
-    record.texts[position::Authentication] = session->authentication;
-    record.texts[position::TargetChapName] = session->targetChapName;
-    record.texts[position::InitiatorChapName] = session->initiatorChapName;
-    record.texts[position::HeaderDigest] = session->headerDigest;
-    record.texts[position::DataDigest] = session->dataDigest;
-    record.texts[position::Multipath] = session->multipath;
-    record.texts[position::MaxConnections] = parameters.maxConnections;
-    record.texts[position::InitialR2T] = parameters.initialR2T;
-    record.texts[position::ImmediateData] = parameters.immediateData;
-    record.texts[position::MaxBurstLength] = parameters.maxBurstLength;
-    record.texts[position::FirstBurstLength] = parameters.firstBurstLength;
-    record.texts[position::TimeToWait] = parameters.timeToWait;
-    record.texts[position::TimeToRetain] = parameters.timeToRetain;
-    record.texts[position::MaxOutstandingR2T] = parameters.maxOutstandingR2T;
-    record.texts[position::DataPduInOrder] = parameters.dataPduInOrder;
-    record.texts[position::DataSequenceInOrder] = parameters.dataSequenceInOrder;
-    record.texts[position::ErrorRecoveryLevel] = parameters.errorRecoveryLevel;
-    record.texts[position::MaxReceiveLength] = parameters.maxReceiveLength;
-    record.texts[position::MaxTransmitLength] = parameters.maxTransmitLength;
-    record.texts[position::InitiatorMarker] = "No";
-    record.texts[position::TargetMarker] = "No";
-    record.texts[position::VlanId] = tcpIp.vlanId;
-    record.texts[position::MaxFrameSize] = tcpIp.maxFrameSize;
-    record.texts[position::LunCount] = std::to_string(target == nullptr ? 0 : target->luns.size());
-    record.texts[position::Discovery] = known->discovery;
+    record.texts[iscsi_session::InitiatorPort] = std::to_string(49151 + session->id);
+    record.texts[iscsi_session::ConnectionCount] = "1";
+    record.texts[iscsi_session::ConnectionId] = "0";
+    record.texts[iscsi_session::ConnectionStatus] = "Connected";
+    record.texts[iscsi_session::Authentication] = session->authentication;
+    record.texts[iscsi_session::TargetChapName] = session->targetChapName;
+    record.texts[iscsi_session::InitiatorChapName] = session->initiatorChapName;
+    record.texts[iscsi_session::HeaderDigest] = session->headerDigest;
+    record.texts[iscsi_session::DataDigest] = session->dataDigest;
+    record.texts[iscsi_session::Multipath] = session->multipath;
+    record.texts[iscsi_session::MaxConnections] = parameters.maxConnections;
+    record.texts[iscsi_session::InitialR2T] = parameters.initialR2T;
+    record.texts[iscsi_session::ImmediateData] = parameters.immediateData;
+    record.texts[iscsi_session::MaxBurstLength] = parameters.maxBurstLength;
+    record.texts[iscsi_session::FirstBurstLength] = parameters.firstBurstLength;
+    record.texts[iscsi_session::TimeToWait] = parameters.timeToWait;
+    record.texts[iscsi_session::TimeToRetain] = parameters.timeToRetain;
+    record.texts[iscsi_session::MaxOutstandingR2T] = parameters.maxOutstandingR2T;
+    record.texts[iscsi_session::DataPduInOrder] = parameters.dataPduInOrder;
+    record.texts[iscsi_session::DataSequenceInOrder] = parameters.dataSequenceInOrder;
+    record.texts[iscsi_session::ErrorRecoveryLevel] = parameters.errorRecoveryLevel;
+    record.texts[iscsi_session::MaxReceiveLength] = parameters.maxReceiveLength;
+    record.texts[iscsi_session::MaxTransmitLength] = parameters.maxTransmitLength;
+    record.texts[iscsi_session::InitiatorMarker] = "No";
+    record.texts[iscsi_session::TargetMarker] = "No";
+    record.texts[iscsi_session::VlanId] = tcpIp.vlanId;
+    record.texts[iscsi_session::MaxFrameSize] = tcpIp.maxFrameSize;
+    record.texts[iscsi_session::LunCount] =
+        std::to_string(target == nullptr ? 0 : target->luns.size());
+    record.texts[iscsi_session::Discovery] = known->discovery;
     return Done();
 }
 
@@ -144,14 +146,13 @@ Outcome ListLuns(const Viewed<IscsiPart>& at, const std::string& name, std::list
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadSession, IscsiPart, ReadSession>(),
-    Changes<OperationCode::LogOutOfTarget, IscsiPart, LogOutOfTarget>(),
-    Reads<OperationCode::ListLuns, IscsiPart, ListLuns>()};
-
 }  // namespace
 
 std::span<const OperationModel> IscsiSessionOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadSession, IscsiPart, ReadSession>(),
+        Changes<OperationCode::LogOutOfTarget, IscsiPart, LogOutOfTarget>(),
+        Reads<OperationCode::ListLuns, IscsiPart, ListLuns>()};
     return Rows;
 }
 

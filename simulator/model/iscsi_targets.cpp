@@ -180,16 +180,15 @@ Outcome LogInToTarget(const Edited<IscsiPart>& at, const tavroapi::TargetLoginRe
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ListTargets, IscsiPart, ListTargets<Wanted::All>>(),
-    Reads<OperationCode::ListActiveTargets, IscsiPart, ListTargets<Wanted::Active>>(),
-    Reads<OperationCode::ReadTarget, IscsiPart, ReadTarget>(),
-    Changes<OperationCode::LogInToTarget, IscsiPart, LogInToTarget>(),
-    Changes<OperationCode::RemoveTarget, IscsiPart, RemoveTarget>()};
-
 }  // namespace
 
 std::span<const OperationModel> IscsiTargetOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ListTargets, IscsiPart, ListTargets<Wanted::All>>(),
+        Reads<OperationCode::ListActiveTargets, IscsiPart, ListTargets<Wanted::Active>>(),
+        Reads<OperationCode::ReadTarget, IscsiPart, ReadTarget>(),
+        Changes<OperationCode::LogInToTarget, IscsiPart, LogInToTarget>(),
+        Changes<OperationCode::RemoveTarget, IscsiPart, RemoveTarget>()};
     return Rows;
 }
 

@@ -52,7 +52,7 @@ bool IsPercentage(const std::string& text) {
            std::stoi(text) <= Whole;
 }
 
-Outcome RefuseValue(const std::wstring& details) {
+Outcome RefusePartitionValue(const std::wstring& details) {
     return Refused(Status::InvalidPartitionValue, L"The settings hold a value that is not valid.",
                    L"Correct the value and set them again.", details);
 }
@@ -117,14 +117,14 @@ Outcome ReadPartitions(const Viewed<Function>& at, PartitionConfig& config) {
 Outcome Apply(const PartitionConfig& config, std::size_t portCount, Partitions& partitions) {
     const auto mode = NameOf(Modes, config.mode);
     if (!mode) {
-        return RefuseValue(L"The mode is neither \"0\" nor \"2\".");
+        return RefusePartitionValue(L"The mode is neither \"0\" nor \"2\".");
     }
     partitions.mode = *mode;
     for (std::size_t i = 0; i < std::min(portCount, partitions.flowControl.size()); ++i) {
         const auto flowControl = NameOf(FlowControls, config.flowControl[i]);
         if (!flowControl) {
-            return RefuseValue(L"The flow control of port " + std::to_wstring(i + 1) +
-                               L" is no code from \"0\" to \"4\".");
+            return RefusePartitionValue(L"The flow control of port " + std::to_wstring(i + 1) +
+                                        L" is no code from \"0\" to \"4\".");
         }
         partitions.flowControl[i] = *flowControl;
     }
@@ -132,8 +132,8 @@ Outcome Apply(const PartitionConfig& config, std::size_t portCount, Partitions& 
         const PartitionFunction& wanted = config.functions[i];
         const auto personality = NameOf(Personalities, wanted.personality);
         if (!personality || !IsPercentage(wanted.lowerLimit) || !IsPercentage(wanted.upperLimit)) {
-            return RefuseValue(L"The personality or a limit of function " + std::to_wstring(i) +
-                               L" is not valid.");
+            return RefusePartitionValue(L"The personality or a limit of function " +
+                                        std::to_wstring(i) + L" is not valid.");
         }
         partitions.functions[i] = {*personality, wanted.lowerLimit, wanted.upperLimit};
     }
@@ -184,7 +184,7 @@ Outcome WritePersonality(const Edited<Function>& at, PersonalitySetting& setting
     }
     const auto personality = NameOf(PortPersonalities, setting.value);
     if (!personality) {
-        return RefuseValue(L"The personality is neither \"1\" nor \"2\".");
+        return RefusePartitionValue(L"The personality is neither \"1\" nor \"2\".");
     }
     std::optional<Resources>& kept = at.port.resources;
     Resources& resources = kept ? *kept : kept.emplace();
@@ -195,16 +195,15 @@ Outcome WritePersonality(const Edited<Function>& at, PersonalitySetting& setting
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ReadPartitions, Function, ReadPartitions>(),
-    Changes<OperationCode::WritePartitions, Function, WritePartitions>(),
-    Reads<OperationCode::ReadPersonality, Function, ReadPersonality>(),
-    Changes<OperationCode::WritePersonality, Function, WritePersonality>(),
-};
-
 }  // namespace
 
 std::span<const OperationModel> PartitionOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ReadPartitions, Function, ReadPartitions>(),
+        Changes<OperationCode::WritePartitions, Function, WritePartitions>(),
+        Reads<OperationCode::ReadPersonality, Function, ReadPersonality>(),
+        Changes<OperationCode::WritePersonality, Function, WritePersonality>(),
+    };
     return Rows;
 }
 

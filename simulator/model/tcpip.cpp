@@ -133,7 +133,6 @@ Outcome SetEthernetTcpIp(const Edited<EthernetPart>& at, TcpIpSettings& wanted) 
 
 // The link-local address that every interface forms from its MAC (modified EUI-64).
 std::string LinkLocalAddress(const std::string& mac) {
-    constexpr std::size_t MacDigits = 12;
     const std::string digits = NormalIdentifier(mac);
     if (digits.size() != MacDigits) {
         return {};
@@ -177,15 +176,14 @@ Outcome ReadEthernetTcpIp(const Viewed<EthernetPart>& at, TcpIpSettings& record)
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Changes<OperationCode::SetIscsiTcpIp, IscsiPart, SetIscsiTcpIp>(),
-    Changes<OperationCode::SetEthernetTcpIp, EthernetPart, SetEthernetTcpIp>(),
-    Reads<OperationCode::ReadEthernetTcpIp, EthernetPart, ReadEthernetTcpIp>(),
-};
-
 }  // namespace
 
 std::span<const OperationModel> TcpIpOperations() {
+    static constexpr OperationModel Rows[] = {
+        Changes<OperationCode::SetIscsiTcpIp, IscsiPart, SetIscsiTcpIp>(),
+        Changes<OperationCode::SetEthernetTcpIp, EthernetPart, SetEthernetTcpIp>(),
+        Reads<OperationCode::ReadEthernetTcpIp, EthernetPart, ReadEthernetTcpIp>(),
+    };
     return Rows;
 }
 

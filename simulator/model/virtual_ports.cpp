@@ -15,8 +15,6 @@ using tavroapi::OperationCode;
 using tavroapi::VirtualPortQuery;
 using tavroapi::VirtualPortRequest;
 
-constexpr std::size_t WwnDigits = 16;
-
 template <class AnyPart>
 auto FindVirtualPort(AnyPart& part, const std::string& portWwn) {
     const std::string wanted = NormalIdentifier(portWwn);
@@ -77,7 +75,8 @@ Outcome UnknownVirtualPort(const std::string& portWwn) {
                    L"Run the command with \"-getvirtualportinfo\" to see the virtual ports.");
 }
 
-Outcome ListPorts(const Viewed<FcoePart>& at, std::list<tavroapi::VirtualPortRecord>& records) {
+Outcome ListVirtualPorts(const Viewed<FcoePart>& at,
+                         std::list<tavroapi::VirtualPortRecord>& records) {
     const FcoePart& part = at.part;
     const FcoeFabric& fabric = at.host.fcoeFabric;
     records.clear();
@@ -100,7 +99,8 @@ Outcome ListPorts(const Viewed<FcoePart>& at, std::list<tavroapi::VirtualPortRec
     return Done();
 }
 
-Outcome CreatePorts(const Edited<FcoePart>& at, const std::list<VirtualPortRequest>& wanted) {
+Outcome CreateVirtualPorts(const Edited<FcoePart>& at,
+                           const std::list<VirtualPortRequest>& wanted) {
     FcoePart& part = at.part;
     for (const VirtualPortRequest& each : wanted) {
         if (NormalIdentifier(each.portWwn).size() != WwnDigits) {
@@ -124,7 +124,8 @@ Outcome CreatePorts(const Edited<FcoePart>& at, const std::list<VirtualPortReque
     return Done();
 }
 
-Outcome DeletePorts(const Edited<FcoePart>& at, const std::list<VirtualPortRequest>& unwanted) {
+Outcome DeleteVirtualPorts(const Edited<FcoePart>& at,
+                           const std::list<VirtualPortRequest>& unwanted) {
     FcoePart& part = at.part;
     for (const VirtualPortRequest& each : unwanted) {
         const auto found = FindVirtualPort(part, each.portWwn);
@@ -144,8 +145,8 @@ Outcome CheckQuery(const Viewed<FcoePart>& at, const VirtualPortQuery& query) {
     return Done();
 }
 
-Outcome ListTargets(const Viewed<FcoePart>& at, const VirtualPortQuery& query,
-                    std::list<tavroapi::VirtualPortTargetRecord>& records) {
+Outcome ListVirtualPortTargets(const Viewed<FcoePart>& at, const VirtualPortQuery& query,
+                               std::list<tavroapi::VirtualPortTargetRecord>& records) {
     if (Outcome checked = CheckQuery(at, query); !checked.IsDone()) {
         return checked;
     }
@@ -161,8 +162,8 @@ Outcome ListTargets(const Viewed<FcoePart>& at, const VirtualPortQuery& query,
     return Done();
 }
 
-Outcome ListLuns(const Viewed<FcoePart>& at, const VirtualPortQuery& query,
-                 std::list<tavroapi::VirtualPortLunRecord>& records) {
+Outcome ListVirtualPortLuns(const Viewed<FcoePart>& at, const VirtualPortQuery& query,
+                            std::list<tavroapi::VirtualPortLunRecord>& records) {
     if (Outcome checked = CheckQuery(at, query); !checked.IsDone()) {
         return checked;
     }
@@ -185,17 +186,16 @@ Outcome ListLuns(const Viewed<FcoePart>& at, const VirtualPortQuery& query,
     return Done();
 }
 
-constexpr OperationModel Rows[] = {
-    Reads<OperationCode::ListVirtualPorts, FcoePart, ListPorts>(),
-    Changes<OperationCode::CreateVirtualPorts, FcoePart, CreatePorts>(),
-    Changes<OperationCode::DeleteVirtualPorts, FcoePart, DeletePorts>(),
-    Reads<OperationCode::ListVirtualPortTargets, FcoePart, ListTargets>(),
-    Reads<OperationCode::ListVirtualPortLuns, FcoePart, ListLuns>(),
-};
-
 }  // namespace
 
 std::span<const OperationModel> VirtualPortOperations() {
+    static constexpr OperationModel Rows[] = {
+        Reads<OperationCode::ListVirtualPorts, FcoePart, ListVirtualPorts>(),
+        Changes<OperationCode::CreateVirtualPorts, FcoePart, CreateVirtualPorts>(),
+        Changes<OperationCode::DeleteVirtualPorts, FcoePart, DeleteVirtualPorts>(),
+        Reads<OperationCode::ListVirtualPortTargets, FcoePart, ListVirtualPortTargets>(),
+        Reads<OperationCode::ListVirtualPortLuns, FcoePart, ListVirtualPortLuns>(),
+    };
     return Rows;
 }
 

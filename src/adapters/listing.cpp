@@ -108,17 +108,16 @@ void ListAdapters(const Invocation& invocation) {
     }
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{5},
-     .form = {"-showadapter"},
-     .access = AccessClass::Warns,
-     .handler = ListAdapters},
-};
-
 }  // namespace
 
 std::span<const Command> ListingCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{5},
+         .form = {"-showadapter"},
+         .access = AccessClass::Warns,
+         .handler = ListAdapters},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -112,21 +112,20 @@ void SetFcoeBoot(const Invocation& invocation) {
     WriteConfiguration(invocation.port, config);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{42},
-     .form = {"-fcoe", operand::PortWwn, "-getbootconfig"},
-     .access = AccessClass::Runs,
-     .handler = ShowFcoeBoot},
-    {.code = CommandCode{43},
-     .form = {"-fcoe", operand::PortWwn, "-setbootconfig"},
-     .access = AccessClass::Blocked,
-     .handler = SetFcoeBoot},
-};
-
 }  // namespace
 
 std::span<const Command> FcoeBootCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{42},
+         .form = {"-fcoe", operand::PortWwn, "-getbootconfig"},
+         .access = AccessClass::Runs,
+         .handler = ShowFcoeBoot},
+        {.code = CommandCode{43},
+         .form = {"-fcoe", operand::PortWwn, "-setbootconfig"},
+         .access = AccessClass::Blocked,
+         .handler = SetFcoeBoot},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -26,7 +26,7 @@ constexpr Choice BootStates[] = {
     {"n", "Disabled"}, {"O", "One Time Disabled"}, {"o", "One Time Disabled"},
 };
 
-constexpr Refusal NeitherYesNorNo = Refusal::Notice(MessageId::AskYesOrNo);
+constexpr Refusal FcoeSwitchRefusal = Refusal::Notice(MessageId::AskYesOrNo);
 
 // A number of the configuration, from 0 to a maximum.
 struct NumberQuestion {
@@ -82,7 +82,7 @@ void AskBootTarget(const std::string& wwn, FcoeBootTarget& bootTarget) {
     };
     bootTarget.lunItem = AskUntil(
         {MessageId::AskFcoeBootLun, Refusal::Notice(MessageId::FcoeBootLunRefused)}, isListed);
-    bootTarget.state = AskSwitch({MessageId::AskFcoeBootTargetState, NeitherYesNorNo});
+    bootTarget.state = AskSwitch({MessageId::AskFcoeBootTargetState, FcoeSwitchRefusal});
 }
 
 bool WantsFurtherTarget() {
@@ -95,7 +95,7 @@ void AskFcoeBoot(const std::string& wwn, FcoeBootConfig& config) {
     config.bootState =
         AskChoice({MessageId::AskFcoeBootState, Refusal::Notice(MessageId::FcoeBootStateRefused)},
                   BootStates);
-    config.secondSwitch = AskSwitch({MessageId::AskFcoeBootSecondSwitch, NeitherYesNorNo});
+    config.secondSwitch = AskSwitch({MessageId::AskFcoeBootSecondSwitch, FcoeSwitchRefusal});
     for (const NumberQuestion& row : NumberQuestions) {
         config.*row.number = ParseUnsigned(AskNumber(row.question, row.maximum));
     }

@@ -131,21 +131,20 @@ void SetIscsiBoot(const Invocation& invocation) {
     }
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{28},
-     .form = {"-iscsi", operand::PortMac, "-getbootconfig"},
-     .access = AccessClass::Runs,
-     .handler = ShowIscsiBoot},
-    {.code = CommandCode{29},
-     .form = {"-iscsi", operand::PortMac, "-setbootconfig"},
-     .access = AccessClass::Blocked,
-     .handler = SetIscsiBoot},
-};
-
 }  // namespace
 
 std::span<const Command> IscsiBootCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{28},
+         .form = {"-iscsi", operand::PortMac, "-getbootconfig"},
+         .access = AccessClass::Runs,
+         .handler = ShowIscsiBoot},
+        {.code = CommandCode{29},
+         .form = {"-iscsi", operand::PortMac, "-setbootconfig"},
+         .access = AccessClass::Blocked,
+         .handler = SetIscsiBoot},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

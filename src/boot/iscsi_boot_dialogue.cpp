@@ -17,7 +17,7 @@ constexpr const char* DefaultIscsiPort = "3260";
 constexpr std::int32_t LongestLinkUpDelay = 60;
 constexpr std::int32_t MostRetries = 99;
 
-constexpr Refusal NeitherYesNorNo = Refusal::RetryPrompt(MessageId::AskYesOrNo);
+constexpr Refusal IscsiSwitchRefusal = Refusal::RetryPrompt(MessageId::AskYesOrNo);
 
 // The questions about one boot target. They differ in their order and in what is checked: the LUN
 // of the first target must be digits, that of the second may be any line.
@@ -59,9 +59,9 @@ constexpr TargetQuestions SecondTargetQuestions = {
 void AskGeneral(IscsiBootConfig& config) {
     ShowSectionTitle(MessageId::IscsiBootGeneralSection);
     config.texts[position::TcpIpByDhcp] =
-        AskSwitch({MessageId::AskIscsiBootTcpIpByDhcp, NeitherYesNorNo});
+        AskSwitch({MessageId::AskIscsiBootTcpIpByDhcp, IscsiSwitchRefusal});
     config.texts[position::ParametersByDhcp] =
-        AskSwitch({MessageId::AskIscsiBootParametersByDhcp, NeitherYesNorNo});
+        AskSwitch({MessageId::AskIscsiBootParametersByDhcp, IscsiSwitchRefusal});
     config.texts[position::LinkUpDelay] =
         AskNumber({MessageId::AskIscsiBootLinkUpDelay,
                    Refusal::RetryPrompt(MessageId::IscsiBootLinkUpDelayRefused)},
@@ -152,9 +152,9 @@ void AskOptions(const std::string& mac, IscsiBootConfig& config) {
     ShowSectionTitle(MessageId::IscsiBootOptionsSection);
     AskAddressBinding(mac, config);
     config.texts[position::TargetIsFirstDisk] =
-        AskSwitch({MessageId::AskIscsiBootTargetIsFirstDisk, NeitherYesNorNo});
+        AskSwitch({MessageId::AskIscsiBootTargetIsFirstDisk, IscsiSwitchRefusal});
     config.texts[position::BootFromTarget] =
-        AskSwitch({MessageId::AskIscsiBootFromTarget, NeitherYesNorNo});
+        AskSwitch({MessageId::AskIscsiBootFromTarget, IscsiSwitchRefusal});
 }
 
 }  // namespace

@@ -120,15 +120,20 @@ void ShowAbout(const Invocation&) {
     console::PrintLine(frame);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{2}, .form = {"-about"}, .access = AccessClass::Runs, .handler = ShowAbout},
-    {.code = CommandCode{3}, .form = {"-help"}, .access = AccessClass::Warns, .handler = ShowUsage},
-};
-
 }  // namespace
 
 std::span<const Command> ScreenCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{2},
+         .form = {"-about"},
+         .access = AccessClass::Runs,
+         .handler = ShowAbout},
+        {.code = CommandCode{3},
+         .form = {"-help"},
+         .access = AccessClass::Warns,
+         .handler = ShowUsage},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -198,21 +198,20 @@ void ChangeAdapterSettings(const Invocation& invocation) {
     PrintClosingRule(Rule78);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{56},
-     .form = {"-ethernet", operand::PortMac, "-getadapinfo"},
-     .access = AccessClass::Runs,
-     .handler = ShowAdapterSettings},
-    {.code = CommandCode{63},
-     .form = {"-ethernet", operand::PortMac, "-setadapinfo"},
-     .access = AccessClass::Blocked,
-     .handler = ChangeAdapterSettings},
-};
-
 }  // namespace
 
 std::span<const Command> AdapterSettingCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{56},
+         .form = {"-ethernet", operand::PortMac, "-getadapinfo"},
+         .access = AccessClass::Runs,
+         .handler = ShowAdapterSettings},
+        {.code = CommandCode{63},
+         .form = {"-ethernet", operand::PortMac, "-setadapinfo"},
+         .access = AccessClass::Blocked,
+         .handler = ChangeAdapterSettings},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -71,17 +71,16 @@ void ShowEthernetPortInfo(const Invocation& invocation) {
     PrintClosingRule(Rule78);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{55},
-     .form = {"-ethernet", operand::PortMac, "-portinfo"},
-     .access = AccessClass::Runs,
-     .handler = ShowEthernetPortInfo},
-};
-
 }  // namespace
 
 std::span<const Command> EthernetPortCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{55},
+         .form = {"-ethernet", operand::PortMac, "-portinfo"},
+         .access = AccessClass::Runs,
+         .handler = ShowEthernetPortInfo},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -154,21 +154,20 @@ void ResetEthernetPortStatistics(const Invocation& invocation) {
     }
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{57},
-     .form = {"-ethernet", operand::PortMac, "-portstat"},
-     .access = AccessClass::Runs,
-     .handler = ShowEthernetPortStatistics},
-    {.code = CommandCode{58},
-     .form = {"-ethernet", operand::PortMac, "-resetstat"},
-     .access = AccessClass::Blocked,
-     .handler = ResetEthernetPortStatistics},
-};
-
 }  // namespace
 
 std::span<const Command> EthernetStatisticsCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{57},
+         .form = {"-ethernet", operand::PortMac, "-portstat"},
+         .access = AccessClass::Runs,
+         .handler = ShowEthernetPortStatistics},
+        {.code = CommandCode{58},
+         .form = {"-ethernet", operand::PortMac, "-resetstat"},
+         .access = AccessClass::Blocked,
+         .handler = ResetEthernetPortStatistics},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

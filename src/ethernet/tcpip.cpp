@@ -149,33 +149,32 @@ void SetEthernetTcpIpStatically(const Invocation& invocation) {
     }
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{59},
-     .form = {"-ethernet", operand::PortMac, "-gettcpip"},
-     .access = AccessClass::Runs,
-     .handler = ShowEthernetTcpIp},
-    {.code = CommandCode{60},
-     .form = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv4Family, "-dhcp",
-              Uncounted(operand::VlanId)},
-     .otherForm = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv6Family, "-dhcp",
-                   Uncounted(operand::VlanId)},
-     .access = AccessClass::Blocked,
-     .handler = SetEthernetTcpIpByDhcp},
-    {.code = CommandCode{61},
-     .form = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv4Family, "-static",
-              Uncounted(operand::VlanId), Uncounted(operand::IPv4Address),
-              Uncounted(operand::SubnetMask), Uncounted(operand::IPv4Gateway)},
-     .otherForm = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv6Family, "-static",
-                   Uncounted(operand::VlanId), Uncounted(operand::IPv6Address),
-                   Optional(operand::PrefixLength), Optional(operand::IPv6Gateway)},
-     .access = AccessClass::Blocked,
-     .handler = SetEthernetTcpIpStatically},
-};
-
 }  // namespace
 
 std::span<const Command> EthernetTcpIpCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{59},
+         .form = {"-ethernet", operand::PortMac, "-gettcpip"},
+         .access = AccessClass::Runs,
+         .handler = ShowEthernetTcpIp},
+        {.code = CommandCode{60},
+         .form = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv4Family, "-dhcp",
+                  Uncounted(operand::VlanId)},
+         .otherForm = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv6Family, "-dhcp",
+                       Uncounted(operand::VlanId)},
+         .access = AccessClass::Blocked,
+         .handler = SetEthernetTcpIpByDhcp},
+        {.code = CommandCode{61},
+         .form = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv4Family, "-static",
+                  Uncounted(operand::VlanId), Uncounted(operand::IPv4Address),
+                  Uncounted(operand::SubnetMask), Uncounted(operand::IPv4Gateway)},
+         .otherForm = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv6Family,
+                       "-static", Uncounted(operand::VlanId), Uncounted(operand::IPv6Address),
+                       Optional(operand::PrefixLength), Optional(operand::IPv6Gateway)},
+         .access = AccessClass::Blocked,
+         .handler = SetEthernetTcpIpStatically},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

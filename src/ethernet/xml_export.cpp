@@ -14,17 +14,16 @@ void GetEthernetXml(const Invocation& invocation) {
     DoOperation<tavroapi::OperationCode::ExportAdapterSettings>(invocation.port, settings);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{62},
-     .form = {"-ethernet", operand::PortMac, "-getxml"},
-     .access = AccessClass::Runs,
-     .handler = GetEthernetXml},
-};
-
 }  // namespace
 
 std::span<const Command> XmlExportCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{62},
+         .form = {"-ethernet", operand::PortMac, "-getxml"},
+         .access = AccessClass::Runs,
+         .handler = GetEthernetXml},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -143,17 +143,6 @@ void ShowDcbConfig(const Invocation& invocation) {
     ReadAndShowDcbConfig(invocation.port, config);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{38},
-     .form = {"-fcoe", operand::PortWwn, "-getdcbinfo"},
-     .access = AccessClass::Runs,
-     .handler = ShowDcbInfo},
-    {.code = CommandCode{39},
-     .form = {"-fcoe", operand::PortWwn, "-getdcbconfig"},
-     .access = AccessClass::Runs,
-     .handler = ShowDcbConfig},
-};
-
 }  // namespace
 
 bool ReadAndShowDcbConfig(const std::string& wwn, DcbConfig& config) {
@@ -167,7 +156,17 @@ bool ReadAndShowDcbConfig(const std::string& wwn, DcbConfig& config) {
 }
 
 std::span<const Command> DcbCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{38},
+         .form = {"-fcoe", operand::PortWwn, "-getdcbinfo"},
+         .access = AccessClass::Runs,
+         .handler = ShowDcbInfo},
+        {.code = CommandCode{39},
+         .form = {"-fcoe", operand::PortWwn, "-getdcbconfig"},
+         .access = AccessClass::Runs,
+         .handler = ShowDcbConfig},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -127,17 +127,16 @@ void ChangeDcbConfig(const Invocation& invocation) {
     Apply(invocation.port, config);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{40},
-     .form = {"-fcoe", operand::PortWwn, "-setdcb"},
-     .access = AccessClass::Blocked,
-     .handler = ChangeDcbConfig},
-};
-
 }  // namespace
 
 std::span<const Command> DcbDialogueCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{40},
+         .form = {"-fcoe", operand::PortWwn, "-setdcb"},
+         .access = AccessClass::Blocked,
+         .handler = ChangeDcbConfig},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

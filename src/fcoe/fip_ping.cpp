@@ -93,30 +93,29 @@ void SetFip(const Invocation& invocation) {
     }
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{41},
-     .form = {"-fcoe", operand::PortWwn, "-ping", operand::FcoeTarget,
-              Optional(operand::PingCountOption), Optional(operand::PingCount)},
-     .otherForm = {"-fcoe", operand::PortWwn, "-ping", operand::FcoeTarget,
-                   Optional(operand::PingTimeoutOption), Optional(operand::PingTimeout)},
-     .access = AccessClass::Runs,
-     .handler = PingFromFcoePort},
-    // The only form that refuses further words, a trailing "-debug" included.
-    {.code = CommandCode{44},
-     .form = {"-fcoe", operand::PortWwn, "-getfip"},
-     .furtherWords = FurtherWords::Refused,
-     .access = AccessClass::Runs,
-     .handler = ShowFip},
-    {.code = CommandCode{45},
-     .form = {"-fcoe", operand::PortWwn, "-setfip", operand::VlanId},
-     .access = AccessClass::Blocked,
-     .handler = SetFip},
-};
-
 }  // namespace
 
 std::span<const Command> FipPingCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{41},
+         .form = {"-fcoe", operand::PortWwn, "-ping", operand::FcoeTarget,
+                  Optional(operand::PingCountOption), Optional(operand::PingCount)},
+         .otherForm = {"-fcoe", operand::PortWwn, "-ping", operand::FcoeTarget,
+                       Optional(operand::PingTimeoutOption), Optional(operand::PingTimeout)},
+         .access = AccessClass::Runs,
+         .handler = PingFromFcoePort},
+        // The only form that refuses further words, a trailing "-debug" included.
+        {.code = CommandCode{44},
+         .form = {"-fcoe", operand::PortWwn, "-getfip"},
+         .furtherWords = FurtherWords::Refused,
+         .access = AccessClass::Runs,
+         .handler = ShowFip},
+        {.code = CommandCode{45},
+         .form = {"-fcoe", operand::PortWwn, "-setfip", operand::VlanId},
+         .access = AccessClass::Blocked,
+         .handler = SetFip},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -133,25 +133,24 @@ void ResetFcoeStatistics(const Invocation& invocation) {
     console::EndLine();
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{30},
-     .form = {"-fcoe", operand::PortWwn, "-portinfo"},
-     .access = AccessClass::Runs,
-     .handler = ShowFcoePortInfo},
-    {.code = CommandCode{35},
-     .form = {"-fcoe", operand::PortWwn, "-portstat"},
-     .access = AccessClass::Runs,
-     .handler = ShowFcoeStatistics},
-    {.code = CommandCode{36},
-     .form = {"-fcoe", operand::PortWwn, "-resetstat"},
-     .access = AccessClass::Blocked,
-     .handler = ResetFcoeStatistics},
-};
-
 }  // namespace
 
 std::span<const Command> FcoePortCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{30},
+         .form = {"-fcoe", operand::PortWwn, "-portinfo"},
+         .access = AccessClass::Runs,
+         .handler = ShowFcoePortInfo},
+        {.code = CommandCode{35},
+         .form = {"-fcoe", operand::PortWwn, "-portstat"},
+         .access = AccessClass::Runs,
+         .handler = ShowFcoeStatistics},
+        {.code = CommandCode{36},
+         .form = {"-fcoe", operand::PortWwn, "-resetstat"},
+         .access = AccessClass::Blocked,
+         .handler = ResetFcoeStatistics},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -143,31 +143,30 @@ void ListFcoeLuns(const Invocation& invocation) {
     console::PrintLine(Rule78);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{32},
-     .form = {"-fcoe", operand::PortWwn, "-target", "-listactive"},
-     .access = AccessClass::Runs,
-     .handler = ListFcoeTargets},
-    {.code = CommandCode{33},
-     .form = {"-fcoe", operand::PortWwn, "-target", "-getinfo", operand::FcoeTarget},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = ShowFcoeTarget},
-    {.code = CommandCode{34},
-     .form = {"-fcoe", operand::PortWwn, "-target", "-pbindinfo"},
-     .access = AccessClass::Runs,
-     .handler = ListFcoeBindings},
-    {.code = CommandCode{37},
-     .form = {"-fcoe", operand::PortWwn, "-target", "-lunlist", operand::FcoeTarget},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = ListFcoeLuns},
-};
-
 }  // namespace
 
 std::span<const Command> FcoeTargetCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{32},
+         .form = {"-fcoe", operand::PortWwn, "-target", "-listactive"},
+         .access = AccessClass::Runs,
+         .handler = ListFcoeTargets},
+        {.code = CommandCode{33},
+         .form = {"-fcoe", operand::PortWwn, "-target", "-getinfo", operand::FcoeTarget},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = ShowFcoeTarget},
+        {.code = CommandCode{34},
+         .form = {"-fcoe", operand::PortWwn, "-target", "-pbindinfo"},
+         .access = AccessClass::Runs,
+         .handler = ListFcoeBindings},
+        {.code = CommandCode{37},
+         .form = {"-fcoe", operand::PortWwn, "-target", "-lunlist", operand::FcoeTarget},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = ListFcoeLuns},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -158,33 +158,32 @@ void ListVirtualPortLuns(const Invocation& invocation) {
     });
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{46},
-     .form = {"-fcoe", operand::PortWwn, "-getvirtualportinfo"},
-     .access = AccessClass::Runs,
-     .handler = ListVirtualPorts},
-    {.code = CommandCode{47},
-     .form = {"-fcoe", operand::PortWwn, "-createvirtualport", operand::VirtualPorts},
-     .access = AccessClass::Blocked,
-     .handler = CreateVirtualPorts},
-    {.code = CommandCode{48},
-     .form = {"-fcoe", operand::PortWwn, "-deletevirtualport", operand::VirtualPorts},
-     .access = AccessClass::Blocked,
-     .handler = DeleteVirtualPorts},
-    {.code = CommandCode{49},
-     .form = {"-fcoe", operand::PortWwn, "-getvirtualporttarget", operand::VirtualPort},
-     .access = AccessClass::Runs,
-     .handler = ListVirtualPortTargets},
-    {.code = CommandCode{50},
-     .form = {"-fcoe", operand::PortWwn, "-getvirtualporttargetlun", operand::VirtualPort},
-     .access = AccessClass::Runs,
-     .handler = ListVirtualPortLuns},
-};
-
 }  // namespace
 
 std::span<const Command> VirtualPortCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{46},
+         .form = {"-fcoe", operand::PortWwn, "-getvirtualportinfo"},
+         .access = AccessClass::Runs,
+         .handler = ListVirtualPorts},
+        {.code = CommandCode{47},
+         .form = {"-fcoe", operand::PortWwn, "-createvirtualport", operand::VirtualPorts},
+         .access = AccessClass::Blocked,
+         .handler = CreateVirtualPorts},
+        {.code = CommandCode{48},
+         .form = {"-fcoe", operand::PortWwn, "-deletevirtualport", operand::VirtualPorts},
+         .access = AccessClass::Blocked,
+         .handler = DeleteVirtualPorts},
+        {.code = CommandCode{49},
+         .form = {"-fcoe", operand::PortWwn, "-getvirtualporttarget", operand::VirtualPort},
+         .access = AccessClass::Runs,
+         .handler = ListVirtualPortTargets},
+        {.code = CommandCode{50},
+         .form = {"-fcoe", operand::PortWwn, "-getvirtualporttargetlun", operand::VirtualPort},
+         .access = AccessClass::Runs,
+         .handler = ListVirtualPortLuns},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

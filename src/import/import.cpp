@@ -195,17 +195,16 @@ void ImportConfiguration(const Invocation& invocation) {
     ShowSummary(summary);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{4},
-     .form = {"-import"},
-     .access = AccessClass::Runs,
-     .handler = ImportConfiguration},
-};
-
 }  // namespace
 
 std::span<const Command> ImportCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{4},
+         .form = {"-import"},
+         .access = AccessClass::Runs,
+         .handler = ImportConfiguration},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

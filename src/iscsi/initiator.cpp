@@ -92,26 +92,26 @@ void PingFromIscsiPort(const Invocation& invocation) {
     ShowMessage(MessageId::IscsiPingLoss, std::to_string(loss) + "%");
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{9},
-     .form = {"-iscsi", "-getinitiator"},
-     .access = AccessClass::Runs,
-     .handler = GetInitiator},
-    {.code = CommandCode{10},
-     .form = {"-iscsi", "-setinitiator", operand::InitiatorName, Optional(operand::LoginOptions)},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = SetInitiator},
-    {.code = CommandCode{27},
-     .form = {"-iscsi", operand::PortMac, "-ping", Uncounted(operand::PingAddress)},
-     .access = AccessClass::Runs,
-     .handler = PingFromIscsiPort},
-};
-
 }  // namespace
 
 std::span<const Command> InitiatorCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{9},
+         .form = {"-iscsi", "-getinitiator"},
+         .access = AccessClass::Runs,
+         .handler = GetInitiator},
+        {.code = CommandCode{10},
+         .form = {"-iscsi", "-setinitiator", operand::InitiatorName,
+                  Optional(operand::LoginOptions)},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = SetInitiator},
+        {.code = CommandCode{27},
+         .form = {"-iscsi", operand::PortMac, "-ping", Uncounted(operand::PingAddress)},
+         .access = AccessClass::Runs,
+         .handler = PingFromIscsiPort},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

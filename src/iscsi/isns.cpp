@@ -113,27 +113,26 @@ void RemoveIsnsServer(const Invocation& invocation) {
     }
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{24},
-     .form = {"-iscsi", "-isns", "-listall"},
-     .access = AccessClass::Runs,
-     .handler = ListIsnsServers},
-    {.code = CommandCode{25},
-     .form = {"-iscsi", "-isns", "-add", operand::IsnsServer},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = AddIsnsServer},
-    {.code = CommandCode{26},
-     .form = {"-iscsi", "-isns", "-remove", operand::IsnsServer},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = RemoveIsnsServer},
-};
-
 }  // namespace
 
 std::span<const Command> IsnsCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{24},
+         .form = {"-iscsi", "-isns", "-listall"},
+         .access = AccessClass::Runs,
+         .handler = ListIsnsServers},
+        {.code = CommandCode{25},
+         .form = {"-iscsi", "-isns", "-add", operand::IsnsServer},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = AddIsnsServer},
+        {.code = CommandCode{26},
+         .form = {"-iscsi", "-isns", "-remove", operand::IsnsServer},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = RemoveIsnsServer},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -143,25 +143,24 @@ void ShowIscsiDefaults(const Invocation& invocation) {
     ShowClosingRules();
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{6},
-     .form = {"-iscsi", operand::PortMac, "-portinfo"},
-     .access = AccessClass::Runs,
-     .handler = ShowIscsiPort},
-    {.code = CommandCode{7},
-     .form = {"-iscsi", operand::PortMac, "-portstat"},
-     .access = AccessClass::Runs,
-     .handler = ShowIscsiStatistics},
-    {.code = CommandCode{8},
-     .form = {"-iscsi", operand::PortMac, "-defparam"},
-     .access = AccessClass::Runs,
-     .handler = ShowIscsiDefaults},
-};
-
 }  // namespace
 
 std::span<const Command> IscsiPortCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{6},
+         .form = {"-iscsi", operand::PortMac, "-portinfo"},
+         .access = AccessClass::Runs,
+         .handler = ShowIscsiPort},
+        {.code = CommandCode{7},
+         .form = {"-iscsi", operand::PortMac, "-portstat"},
+         .access = AccessClass::Runs,
+         .handler = ShowIscsiStatistics},
+        {.code = CommandCode{8},
+         .form = {"-iscsi", operand::PortMac, "-defparam"},
+         .access = AccessClass::Runs,
+         .handler = ShowIscsiDefaults},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -115,29 +115,28 @@ void RemovePortal(const Invocation& invocation) {
     }
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{11},
-     .form = {"-iscsi", operand::PortMac, "-portal", "-listall"},
-     .access = AccessClass::Runs,
-     .handler = ListPortals},
-    {.code = CommandCode{12},
-     .form = {"-iscsi", operand::PortMac, "-portal", "-add", operand::PortalAddress,
-              Optional(operand::PortNumber), Optional(operand::LoginOptions)},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = AddPortal},
-    {.code = CommandCode{13},
-     .form = {"-iscsi", operand::PortMac, "-portal", "-remove", operand::PortalAddress,
-              Optional(operand::PortNumber)},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = RemovePortal},
-};
-
 }  // namespace
 
 std::span<const Command> PortalCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{11},
+         .form = {"-iscsi", operand::PortMac, "-portal", "-listall"},
+         .access = AccessClass::Runs,
+         .handler = ListPortals},
+        {.code = CommandCode{12},
+         .form = {"-iscsi", operand::PortMac, "-portal", "-add", operand::PortalAddress,
+                  Optional(operand::PortNumber), Optional(operand::LoginOptions)},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = AddPortal},
+        {.code = CommandCode{13},
+         .form = {"-iscsi", operand::PortMac, "-portal", "-remove", operand::PortalAddress,
+                  Optional(operand::PortNumber)},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = RemovePortal},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

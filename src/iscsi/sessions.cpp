@@ -149,26 +149,6 @@ void ListLuns(const Invocation& invocation) {
     ShowLuns(luns);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{18},
-     .form = {"-iscsi", operand::PortMac, "-target", "-sessioninfo", operand::TargetName,
-              Optional(operand::SessionId)},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = ShowSession},
-    {.code = CommandCode{20},
-     .form = {"-iscsi", operand::PortMac, "-target", "-logout", operand::TargetName,
-              Optional(operand::SessionIds)},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = LogOutOfTarget},
-    {.code = CommandCode{21},
-     .form = {"-iscsi", operand::PortMac, "-target", "-lunlist", operand::TargetName},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = ListLuns},
-};
-
 }  // namespace
 
 std::list<std::string> SplitSessionIds(std::string_view text) {
@@ -185,7 +165,26 @@ std::list<std::string> SplitSessionIds(std::string_view text) {
 }
 
 std::span<const Command> SessionCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{18},
+         .form = {"-iscsi", operand::PortMac, "-target", "-sessioninfo", operand::TargetName,
+                  Optional(operand::SessionId)},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = ShowSession},
+        {.code = CommandCode{20},
+         .form = {"-iscsi", operand::PortMac, "-target", "-logout", operand::TargetName,
+                  Optional(operand::SessionIds)},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = LogOutOfTarget},
+        {.code = CommandCode{21},
+         .form = {"-iscsi", operand::PortMac, "-target", "-lunlist", operand::TargetName},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = ListLuns},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

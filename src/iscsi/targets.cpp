@@ -156,38 +156,37 @@ void RemoveTarget(const Invocation& invocation) {
     }
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{14},
-     .form = {"-iscsi", operand::PortMac, "-target", "-listall"},
-     .access = AccessClass::Runs,
-     .handler = ListTargets},
-    {.code = CommandCode{15},
-     .form = {"-iscsi", operand::PortMac, "-target", "-listactive"},
-     .access = AccessClass::Runs,
-     .handler = ListActiveTargets},
-    {.code = CommandCode{16},
-     .form = {"-iscsi", operand::PortMac, "-target", "-getinfo", operand::TargetName},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = ShowTarget},
-    {.code = CommandCode{17},
-     .form = {"-iscsi", operand::PortMac, "-target", "-login", operand::TargetName,
-              operand::TargetAddress, Optional(operand::PortNumber),
-              Optional(operand::LoginOptions)},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = LogInToTarget},
-    {.code = CommandCode{19},
-     .form = {"-iscsi", operand::PortMac, "-target", "-remove", operand::TargetName},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = RemoveTarget},
-};
-
 }  // namespace
 
 std::span<const Command> IscsiTargetCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{14},
+         .form = {"-iscsi", operand::PortMac, "-target", "-listall"},
+         .access = AccessClass::Runs,
+         .handler = ListTargets},
+        {.code = CommandCode{15},
+         .form = {"-iscsi", operand::PortMac, "-target", "-listactive"},
+         .access = AccessClass::Runs,
+         .handler = ListActiveTargets},
+        {.code = CommandCode{16},
+         .form = {"-iscsi", operand::PortMac, "-target", "-getinfo", operand::TargetName},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = ShowTarget},
+        {.code = CommandCode{17},
+         .form = {"-iscsi", operand::PortMac, "-target", "-login", operand::TargetName,
+                  operand::TargetAddress, Optional(operand::PortNumber),
+                  Optional(operand::LoginOptions)},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = LogInToTarget},
+        {.code = CommandCode{19},
+         .form = {"-iscsi", operand::PortMac, "-target", "-remove", operand::TargetName},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = RemoveTarget},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

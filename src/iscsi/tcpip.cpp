@@ -47,23 +47,22 @@ void SetIscsiTcpIpStatically(const Invocation& invocation) {
     }
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{22},
-     .form = {"-iscsi", operand::PortMac, "-modifytcpip", "-dhcp", Uncounted(operand::VlanId)},
-     .access = AccessClass::Runs,
-     .handler = SetIscsiTcpIpByDhcp},
-    {.code = CommandCode{23},
-     .form = {"-iscsi", operand::PortMac, "-modifytcpip", "-static", operand::VlanId,
-              operand::IPv4Address, operand::SubnetMask, Uncounted(operand::IPv4Gateway)},
-     .tooFew = CommandCode::TooFewArguments,
-     .access = AccessClass::Runs,
-     .handler = SetIscsiTcpIpStatically},
-};
-
 }  // namespace
 
 std::span<const Command> IscsiTcpIpCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{22},
+         .form = {"-iscsi", operand::PortMac, "-modifytcpip", "-dhcp", Uncounted(operand::VlanId)},
+         .access = AccessClass::Runs,
+         .handler = SetIscsiTcpIpByDhcp},
+        {.code = CommandCode{23},
+         .form = {"-iscsi", operand::PortMac, "-modifytcpip", "-static", operand::VlanId,
+                  operand::IPv4Address, operand::SubnetMask, Uncounted(operand::IPv4Gateway)},
+         .tooFew = CommandCode::TooFewArguments,
+         .access = AccessClass::Runs,
+         .handler = SetIscsiTcpIpStatically},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

@@ -165,17 +165,6 @@ void SetPartitions(const Invocation& invocation) {
     WriteConfiguration(mac, config);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{51},
-     .form = {"-npar", operand::PortMac, "-get"},
-     .access = AccessClass::Runs,
-     .handler = ShowPartitions},
-    {.code = CommandCode{52},
-     .form = {"-npar", operand::PortMac, "-set"},
-     .access = AccessClass::Blocked,
-     .handler = SetPartitions},
-};
-
 }  // namespace
 
 void ShowPartitionSummary(const PartitionConfig& config) {
@@ -194,7 +183,17 @@ void ShowPartitionSummary(const PartitionConfig& config) {
 }
 
 std::span<const Command> PartitionCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{51},
+         .form = {"-npar", operand::PortMac, "-get"},
+         .access = AccessClass::Runs,
+         .handler = ShowPartitions},
+        {.code = CommandCode{52},
+         .form = {"-npar", operand::PortMac, "-set"},
+         .access = AccessClass::Blocked,
+         .handler = SetPartitions},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

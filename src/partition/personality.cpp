@@ -101,21 +101,20 @@ void SetPersonality(const Invocation& invocation) {
     WriteSetting(invocation.port, setting);
 }
 
-constexpr Command CommandRows[] = {
-    {.code = CommandCode{53},
-     .form = {"-res", operand::PortMac, "-get"},
-     .access = AccessClass::Runs,
-     .handler = ShowPersonality},
-    {.code = CommandCode{54},
-     .form = {"-res", operand::PortMac, "-set"},
-     .access = AccessClass::Blocked,
-     .handler = SetPersonality},
-};
-
 }  // namespace
 
 std::span<const Command> PersonalityCommands() {
-    return CommandRows;
+    static constexpr Command Rows[] = {
+        {.code = CommandCode{53},
+         .form = {"-res", operand::PortMac, "-get"},
+         .access = AccessClass::Runs,
+         .handler = ShowPersonality},
+        {.code = CommandCode{54},
+         .form = {"-res", operand::PortMac, "-set"},
+         .access = AccessClass::Blocked,
+         .handler = SetPersonality},
+    };
+    return Rows;
 }
 
 }  // namespace tavro

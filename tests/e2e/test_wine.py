@@ -1,4 +1,4 @@
-"""What the tests make of a Wine that the host's loader ends: another try, and of nothing else."""
+"""What the tests make of a Wine that ends by itself: another try, and of nothing else."""
 
 import subprocess
 
@@ -7,17 +7,19 @@ import pytest
 import program
 
 LOADER = b"Inconsistency detected by ld.so: dl-fini.c: 87: _dl_fini: Assertion `i == nloaded' failed!\n"
+TAKEN = b"err:virtual:virtual_alloc_first_teb wine: failed to map the shared user data: c0000018\n"
 WINE = [str(program.WINE), "tavrocli.exe"]
 
 
-def test_a_wine_that_the_loader_ended_is_told():
-    with pytest.raises(program.WineBroke, match="dl-fini"):
-        program.check_that_wine_works(WINE, 127, b"before\n" + LOADER)
+@pytest.mark.parametrize("exit_code, text, told", [(127, LOADER, "dl-fini"), (1, TAKEN, "shared user data")])
+def test_a_wine_that_ended_by_itself_is_told(exit_code, text, told):
+    with pytest.raises(program.WineBroke, match=told):
+        program.check_that_wine_works(WINE, exit_code, b"before\n" + text)
 
 
 @pytest.mark.parametrize("command, exit_code, errors", [
     (WINE, 0, LOADER), (WINE, 127, LOADER.replace(b"dl-fini", b"dl-open")), (WINE, 127, b"tavrocli: nothing\n"),
-    (WINE, 1, b""), (["tavrocli"], 127, LOADER),
+    (WINE, 1, b""), (WINE, 1, LOADER), (WINE, 127, TAKEN), (["tavrocli"], 1, TAKEN), (["tavrocli"], 127, LOADER),
 ])
 def test_nothing_else_is(command, exit_code, errors):
     program.check_that_wine_works(command, exit_code, errors)

@@ -16,7 +16,7 @@ using tavroapi::LoginOptions;
 
 // What the prompts say depends on whether a management library lies beside the test program, so the
 // answers are looked at and not the screen.
-LoginOptions Parse(std::vector<const char*> words, const std::string& typed = "") {
+LoginOptions ParseOptions(std::vector<const char*> words, const std::string& typed = "") {
     console::MemoryConsole memory(typed);
     LoginOptions options;
     ResetLoginOptions(options);
@@ -39,22 +39,23 @@ TEST(LoginOptions, Defaults) {
 }
 
 TEST(LoginOptions, SwitchesAreIndependent) {
-    const LoginOptions options = Parse({"-mp", "-hd"});
+    const LoginOptions options = ParseOptions({"-mp", "-hd"});
     EXPECT_EQ(options.multipath, "No");
     EXPECT_EQ(options.headerDigest, "CRC32C");
     EXPECT_EQ(options.dataDigest, "No");
     EXPECT_EQ(options.authentication, "None");
-    EXPECT_EQ(Parse({"-dd"}).dataDigest, "CRC32C");
+    EXPECT_EQ(ParseOptions({"-dd"}).dataDigest, "CRC32C");
 }
 
 TEST(LoginOptions, OtherWordsAndSpellingsAreIgnored) {
-    const LoginOptions options = Parse({"word", "-MP", "-mutualCHAP", "-oneWayCHAP", "-mpx", ""});
+    const LoginOptions options =
+        ParseOptions({"word", "-MP", "-mutualCHAP", "-oneWayCHAP", "-mpx", ""});
     EXPECT_EQ(options.multipath, "Yes");
     EXPECT_EQ(options.authentication, "None");
 }
 
 TEST(LoginOptions, OneWayChapAsksForTheTarget) {
-    const LoginOptions options = Parse({"-onewaychap"}, "target name\nabcdefghijkl\n");
+    const LoginOptions options = ParseOptions({"-onewaychap"}, "target name\nabcdefghijkl\n");
     EXPECT_EQ(options.authentication, "One-way CHAP");
     EXPECT_EQ(options.targetChapName, "target name");
     EXPECT_EQ(options.targetSecret, "abcdefghijkl");
@@ -62,8 +63,8 @@ TEST(LoginOptions, OneWayChapAsksForTheTarget) {
 }
 
 TEST(LoginOptions, MutualChapAsksForBothSides) {
-    const LoginOptions options =
-        Parse({"-mutualchap"}, "target\r\nabcdefghijkl\r\ninitiator\r\nABCDEFGHIJKLMNOP\r\n");
+    const LoginOptions options = ParseOptions(
+        {"-mutualchap"}, "target\r\nabcdefghijkl\r\ninitiator\r\nABCDEFGHIJKLMNOP\r\n");
     EXPECT_EQ(options.authentication, "Mutual CHAP");
     EXPECT_EQ(options.targetChapName, "target");
     EXPECT_EQ(options.targetSecret, "abcdefghijkl");
@@ -73,9 +74,9 @@ TEST(LoginOptions, MutualChapAsksForBothSides) {
 
 TEST(LoginOptions, SecretsHave12To16Characters) {
     // 11, 17 and none are refused; 12 is taken for the target. 16 is taken for the initiator.
-    const LoginOptions options = Parse({"-mutualchap"},
-                                       "t\n12345678901\n12345678901234567\n\n123456789012\n"
-                                       "i\nshort\n1234567890123456\n");
+    const LoginOptions options = ParseOptions({"-mutualchap"},
+                                              "t\n12345678901\n12345678901234567\n\n123456789012\n"
+                                              "i\nshort\n1234567890123456\n");
     EXPECT_EQ(options.targetSecret, "123456789012");
     EXPECT_EQ(options.initiatorChapName, "i");
     EXPECT_EQ(options.initiatorSecret, "1234567890123456");

@@ -7,6 +7,9 @@
 
 namespace tavrolib_test {
 
+// The locale of most sessions under test.
+inline const std::wstring EnglishLocale = L"en_US.UTF-8";
+
 // Sets an environment variable and gives it its former value back when destroyed.
 class Variable {
   public:

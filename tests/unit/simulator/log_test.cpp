@@ -18,12 +18,12 @@ namespace {
 
 using tavrolib::Operations;
 using tavrolib::Session;
+using tavrolib_test::EnglishLocale;
 using tavrolib_test::Folder;
 using tavrolib_test::Variable;
 using ::testing::ElementsAre;
 
 constexpr const char* LogFile = "tavrocli.log";
-const std::wstring English = L"en_US.UTF-8";
 
 // The time of a line and the two blanks after it, "2026-01-31 09:30:00.125 UTC  ".
 constexpr std::size_t TimeLength = 29;
@@ -85,7 +85,7 @@ TEST_F(LogTest, EveryCallButMessagesHasItsLine) {
     const std::string adapter = "Tavro CNA 4610K";
     const std::string port = "Port 1";
     const std::string key = "02-00-5E-10-00-00";
-    session_.Initialize(1, &English);
+    session_.Initialize(1, &EnglishLocale);
     std::wstring text;
     session_.GetLocalizeMessage(24833, &text);
     std::string name;
@@ -122,7 +122,7 @@ TEST_F(LogTest, EveryCallButMessagesHasItsLine) {
 
 TEST_F(LogTest, EveryOperationStandsUnderItsOwnName) {
     const std::string key = "K";
-    session_.Initialize(1, &English);
+    session_.Initialize(1, &EnglishLocale);
     std::vector<std::string> wanted{R"(Initialize debug 1 locale "en_US.UTF-8": status 0)"};
     for (const auto& [number, name] : EnumeratorNames()) {
         session_.DoOperation(number, &key, nullptr, nullptr);
@@ -139,7 +139,7 @@ TEST_F(LogTest, AFailureHasItsMessageAndDetails) {
             "error": {"code": 3, "message": "No\tanswer.", "action": "Wait.", "details": "state \u65e5\n4"}},
            {"call": "GetAdapterType", "status": 4, "error": {"code": 4, "message": "Gone."}},
            {"call": "GetPartitionState", "status": 5})");
-    session_.Initialize(1, &English);
+    session_.Initialize(1, &EnglishLocale);
     std::string name;
     session_.GetHostName(&name);
     const std::string odd = "a\nb\x7F\x1F\xE9 \xC3\xA9";
@@ -156,7 +156,7 @@ TEST_F(LogTest, AFailureHasItsMessageAndDetails) {
 
 TEST_F(LogTest, ALineBeginsWithItsTimeInUtc) {
     const std::string before = UtcNow();
-    session_.Initialize(1, &English);
+    session_.Initialize(1, &EnglishLocale);
     const std::string after = UtcNow();
     const std::string line = tavrolib_test::Lines(LogFile).at(0);
     EXPECT_GE(line.substr(0, SecondsLength), before);

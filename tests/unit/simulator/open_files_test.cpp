@@ -15,11 +15,10 @@ namespace {
 
 namespace platform = tavrolib::platform;
 using tavrolib::Session;
+using tavrolib_test::EnglishLocale;
 using tavrolib_test::Folder;
 using tavrolib_test::IsOpen;
 using tavrolib_test::Variable;
-
-const std::wstring English = L"en_US.UTF-8";
 
 class OpenFilesTest : public testing::Test {
   protected:
@@ -44,7 +43,7 @@ class OpenFilesTest : public testing::Test {
 };
 
 TEST_F(OpenFilesTest, UninitializeClosesTheLogAndTheTrace) {
-    session_.Initialize(1, &English);
+    session_.Initialize(1, &EnglishLocale);
     EXPECT_TRUE(IsOpen("trace"));
     EXPECT_TRUE(IsOpen("tavrocli.log"));
     session_.Uninitialize();
@@ -55,14 +54,14 @@ TEST_F(OpenFilesTest, UninitializeClosesTheLogAndTheTrace) {
 }
 
 TEST_F(OpenFilesTest, ACallAfterTheEndIsTracedAllTheSame) {
-    session_.Initialize(0, &English);
+    session_.Initialize(0, &EnglishLocale);
     session_.Uninitialize();
     EXPECT_NE(AddIsnsServer(), 0U);
     EXPECT_EQ(tavrolib_test::Lines("trace").size(), 3U);
 }
 
 TEST_F(OpenFilesTest, AChangeLeavesNeitherTheHostFileNorItsLockOpen) {
-    session_.Initialize(0, &English);
+    session_.Initialize(0, &EnglishLocale);
     ASSERT_EQ(AddIsnsServer(), 0U);
     EXPECT_FALSE(IsOpen("host.json"));
     EXPECT_FALSE(IsOpen("host.json.lock"));
@@ -73,7 +72,7 @@ TEST_F(OpenFilesTest, AChangeLeavesNeitherTheHostFileNorItsLockOpen) {
 #ifdef __linux__
 // On Windows no handle is inherited unless it is asked for.
 TEST_F(OpenFilesTest, NoProgramInheritsThem) {
-    session_.Initialize(1, &English);
+    session_.Initialize(1, &EnglishLocale);
     const platform::FileLock lock("host.json.lock", std::chrono::milliseconds(0));
     std::size_t count = 0;
     for (const char* name : {"trace", "tavrocli.log", "host.json.lock"}) {

@@ -12,11 +12,11 @@ namespace {
 using tavrolib::FindMessage;
 using tavrolib::Language;
 using tavrolib::Session;
+using tavrolib_test::EnglishLocale;
 using tavrolib_test::Folder;
 using tavrolib_test::Variable;
 
 constexpr std::uint32_t ReadAdapterState = 70;
-const std::wstring English = L"en_US.UTF-8";
 
 // A session whose host file, script and trace lie in a folder of the test's own, which is the
 // current one.
@@ -45,7 +45,7 @@ class SessionTest : public testing::Test {
 
 // What one run of a listing gets from the library, as text.
 std::string Listing(Session& session) {
-    std::string text = std::to_string(session.Initialize(0, &English));
+    std::string text = std::to_string(session.Initialize(0, &EnglishLocale));
     std::string hostName;
     text += std::to_string(session.GetHostName(&hostName)) + hostName;
     std::list<tavroapi::AdapterRecord> adapters;
@@ -88,7 +88,7 @@ std::string Listing(Session& session) {
 }
 
 TEST_F(SessionTest, ModelTellsTheDefaultHost) {
-    ASSERT_EQ(session_.Initialize(0, &English), 0U);
+    ASSERT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     const std::string adapter = "Tavro CNA 4610K";
     const std::string port = "Port 1";
     std::list<tavroapi::FunctionAddress> addresses{{"old", "old", 99}};
@@ -111,7 +111,7 @@ TEST_F(SessionTest, ModelTellsTheDefaultHost) {
 }
 
 TEST_F(SessionTest, UnknownThingsAreRefusedWithAReason) {
-    ASSERT_EQ(session_.Initialize(0, &English), 0U);
+    ASSERT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     const std::string unknown = "02-00-5E-99-99-99";
     std::wstring state;
     EXPECT_NE(session_.DoOperation(ReadAdapterState, &unknown, nullptr, &state), 0U);
@@ -131,7 +131,7 @@ TEST_F(SessionTest, WithoutInitializeTheModelRefuses) {
     std::string name;
     EXPECT_NE(session_.GetHostName(&name), 0U);
     EXPECT_NE(session_.Uninitialize(), 0U);
-    ASSERT_EQ(session_.Initialize(0, &English), 0U);
+    ASSERT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     EXPECT_EQ(session_.GetHostName(&name), 0U);
     EXPECT_EQ(session_.Uninitialize(), 0U);
     EXPECT_NE(session_.GetHostName(&name), 0U);
@@ -142,7 +142,7 @@ TEST_F(SessionTest, LastErrorStaysAndIsEmptyAtFirst) {
     EXPECT_TRUE(LastError().message.empty());
     std::string name;
     const std::uint32_t status = session_.GetHostName(&name);
-    ASSERT_EQ(session_.Initialize(0, &English), 0U);
+    ASSERT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     EXPECT_EQ(session_.GetHostName(&name), 0U);
     EXPECT_EQ(LastError().code, status);
 }
@@ -176,7 +176,7 @@ TEST_F(SessionTest, WithoutTheModelCallsSucceedAndTouchNothing) {
                                                   "output": "CNA"}]})");
     const Variable script("TAVROSIM_SCRIPT", "script");
     const Variable broken("TAVROSIM_HOST", ".");
-    EXPECT_EQ(session_.Initialize(0, &English), 0U);
+    EXPECT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     std::string text = "untouched";
     EXPECT_EQ(session_.GetHostName(&text), 0U);
     EXPECT_EQ(text, "untouched");
@@ -192,7 +192,7 @@ TEST_F(SessionTest, ScriptsErrorLastsUntilAnotherReplacesIt) {
         {"call": "GetHostName", "status": 2, "times": 1},
         {"call": "GetHostName", "error": {"message": "second"}}]})");
     const Variable script("TAVROSIM_SCRIPT", "script");
-    ASSERT_EQ(session_.Initialize(0, &English), 0U);
+    ASSERT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     EXPECT_EQ(session_.GetHostName(nullptr), 1U);
     EXPECT_EQ(LastError().message, L"first");
     EXPECT_EQ(session_.GetHostName(nullptr), 2U);
@@ -205,7 +205,7 @@ TEST_F(SessionTest, AnswersComeBeforeTheModel) {
     WriteScript(R"({"answers": [{"call": "Initialize"},
                                 {"call": "DoOperation", "operation": 70, "output": "6"}]})");
     const Variable script("TAVROSIM_SCRIPT", "script");
-    ASSERT_EQ(session_.Initialize(0, &English), 0U);
+    ASSERT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     const std::string key = "02-00-5E-10-00-00";
     std::wstring state;
     EXPECT_EQ(session_.DoOperation(ReadAdapterState, &key, nullptr, &state), 0U);
@@ -219,22 +219,22 @@ TEST_F(SessionTest, UnusableFilesFailInitializeWithTheirPlace) {
     WriteScript(R"({"answers": [{"call": "GetHostName", "output": 5}]})");
     {
         const Variable script("TAVROSIM_SCRIPT", "script");
-        EXPECT_NE(session_.Initialize(0, &English), 0U);
+        EXPECT_NE(session_.Initialize(0, &EnglishLocale), 0U);
         EXPECT_EQ(LastError().details,
                   L"script: answers[0].output: a text is wanted, not a number");
     }
     {
         const Variable script("TAVROSIM_SCRIPT", "missing");
-        EXPECT_NE(session_.Initialize(0, &English), 0U);
+        EXPECT_NE(session_.Initialize(0, &EnglishLocale), 0U);
         EXPECT_NE(LastError().details.find(L"missing: "), std::wstring::npos);
     }
     {
         const Variable trace("TAVROSIM_TRACE", "no folder/trace");
-        EXPECT_NE(session_.Initialize(0, &English), 0U);
+        EXPECT_NE(session_.Initialize(0, &EnglishLocale), 0U);
         EXPECT_NE(LastError().details.find(L"trace"), std::wstring::npos);
     }
     tavrolib_test::Write("host.json", "{\n \"name\": \"h\",\n}");
-    EXPECT_NE(session_.Initialize(0, &English), 0U);
+    EXPECT_NE(session_.Initialize(0, &EnglishLocale), 0U);
     EXPECT_NE(LastError().details.find(L"host.json: line 3, column 1: "), std::wstring::npos);
     std::string name;
     EXPECT_NE(session_.GetHostName(&name), 0U);
@@ -244,7 +244,7 @@ TEST_F(SessionTest, EveryCallButTheMessagesIsTracedInOrder) {
     const Variable trace("TAVROSIM_TRACE", "trace");
     tavroapi::ErrorRecord error;
     session_.GetLastErrorMessage(&error);
-    session_.Initialize(1, &English);
+    session_.Initialize(1, &EnglishLocale);
     std::wstring text;
     session_.GetLocalizeMessage(256, &text);
     const std::string key = "02-00-5E-10-00-00";
@@ -289,11 +289,11 @@ TEST_F(SessionTest, ATraceWithOutputsReplaysAsAScript) {
 }
 
 TEST_F(SessionTest, LogIsWrittenOnlyWhenDebuggingAndAppended) {
-    session_.Initialize(0, &English);
+    session_.Initialize(0, &EnglishLocale);
     session_.Uninitialize();
     EXPECT_FALSE(std::filesystem::exists("tavrocli.log"));
     tavrolib_test::Write("tavrocli.log", "before\n");
-    session_.Initialize(1, &English);
+    session_.Initialize(1, &EnglishLocale);
     const std::string key = "02-00-5E-99-99-99\n";
     std::wstring state;
     session_.DoOperation(ReadAdapterState, &key, nullptr, &state);
@@ -312,7 +312,7 @@ TEST_F(SessionTest, LogIsWrittenOnlyWhenDebuggingAndAppended) {
 
 TEST_F(SessionTest, ALogThatCannotBeOpenedIsIgnored) {
     std::filesystem::create_directory("tavrocli.log");
-    EXPECT_EQ(session_.Initialize(1, &English), 0U);
+    EXPECT_EQ(session_.Initialize(1, &EnglishLocale), 0U);
     std::string name;
     EXPECT_EQ(session_.GetHostName(&name), 0U);
 }

@@ -4,20 +4,13 @@
 
 #include "tavroapi/boot_records.h"
 #include "tavroapi/partition_records.h"
+#include "unit/tavroapi/field_names.h"
 
 namespace tavroapi {
 namespace {
 
-using Names = std::vector<std::string>;
-
-template <class Record>
-Names FieldNames() {
-    const Record record{};
-    Names names;
-    ForEachField(
-        record, [&](std::size_t, std::string_view name, const auto&) { names.emplace_back(name); });
-    return names;
-}
+using tavroapi_test::FieldNames;
+using tavroapi_test::Names;
 
 TEST(BootRecords, HaveTheirFieldsInOrder) {
     EXPECT_EQ(FieldCount<IscsiBootConfig>(), 32U);

@@ -5,18 +5,12 @@
 #include <vector>
 
 #include "tavroapi/dcb_records.h"
+#include "unit/tavroapi/field_names.h"
 
 namespace tavroapi {
 namespace {
 
-template <class Record>
-std::vector<std::string_view> NamesOf() {
-    std::vector<std::string_view> names;
-    const Record record;
-    ForEachField(record,
-                 [&](std::size_t, std::string_view name, const auto&) { names.push_back(name); });
-    return names;
-}
+using tavroapi_test::FieldNames;
 
 TEST(FcoeRecords, HaveAsManyFieldsAsTheLibraryFills) {
     EXPECT_EQ(FieldCount<FcoePortRecord>(), 28U);
@@ -36,25 +30,25 @@ TEST(FcoeRecords, HaveAsManyFieldsAsTheLibraryFills) {
 }
 
 TEST(FcoeRecords, NamedTextsStandAtTheirPositions) {
-    const auto port = NamesOf<VirtualPortRecord>();
+    const auto port = FieldNames<VirtualPortRecord>();
     EXPECT_EQ(port[1], "portWwn");
     EXPECT_EQ(port[13], "fabricPriority");
-    const auto request = NamesOf<VirtualPortRequest>();
+    const auto request = FieldNames<VirtualPortRequest>();
     EXPECT_EQ(request[1], "portWwn");
     EXPECT_EQ(request[3], "physicalPort");
-    const auto target = NamesOf<VirtualPortTargetRecord>();
+    const auto target = FieldNames<VirtualPortTargetRecord>();
     EXPECT_EQ(target[1], "fcid");
     EXPECT_EQ(target[9], "scsiBus");
     EXPECT_EQ(target[10], "scsiTarget");
-    const auto lun = NamesOf<VirtualPortLunRecord>();
+    const auto lun = FieldNames<VirtualPortLunRecord>();
     EXPECT_EQ(lun[7], "status");
     EXPECT_EQ(lun[11], "targetPortWwn");
-    EXPECT_EQ(NamesOf<FipConfig>()[2], "vlanId");
+    EXPECT_EQ(FieldNames<FipConfig>()[2], "vlanId");
 }
 
 TEST(DcbRecords, TextsAndListsStandInOneRow) {
     EXPECT_EQ(FieldCount<DcbConfig>(), 7U);
-    const auto names = NamesOf<DcbInfo>();
+    const auto names = FieldNames<DcbInfo>();
     ASSERT_EQ(names.size(), 22U);
     EXPECT_EQ(names[3], "summary");
     EXPECT_EQ(names[4], "local");

@@ -1,4 +1,5 @@
 #include "tavroapi/iscsi_storage_records.h"
+#include "unit/tavroapi/field_names.h"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +9,9 @@
 
 namespace tavroapi {
 namespace {
+
+using tavroapi_test::FieldNames;
+using tavroapi_test::Names;
 
 std::uintptr_t AddressOf(const void* object) {
     return reinterpret_cast<std::uintptr_t>(object);
@@ -53,19 +57,11 @@ TEST(TargetLoginRecord, FieldsAreReachedThroughTheirList) {
 }
 
 TEST(IscsiStorageRecords, KeepTheirOrder) {
-    const auto names = [](const auto& record) {
-        std::vector<std::string> list;
-        ForEachField(record, [&](std::size_t, std::string_view name, const auto&) {
-            list.emplace_back(name);
-        });
-        return list;
-    };
-    using Names = std::vector<std::string>;
-    EXPECT_EQ(names(PortalEntry{}), (Names{"address", "port"}));
-    EXPECT_EQ(names(PortalRecord{}), (Names{"address", "port", "login"}));
-    EXPECT_EQ(names(TargetRecord{}),
+    EXPECT_EQ(FieldNames<PortalEntry>(), (Names{"address", "port"}));
+    EXPECT_EQ(FieldNames<PortalRecord>(), (Names{"address", "port", "login"}));
+    EXPECT_EQ(FieldNames<TargetRecord>(),
               (Names{"name", "text2", "text3", "portalAddress", "portalPort", "text6", "text7"}));
-    EXPECT_EQ(names(LogoutRecord{}), (Names{"targetName", "sessionIds"}));
+    EXPECT_EQ(FieldNames<LogoutRecord>(), (Names{"targetName", "sessionIds"}));
     EXPECT_EQ(FieldCount<SessionRecord>(), 41U);
     EXPECT_EQ(FieldCount<LunRecord>(), 7U);
     EXPECT_EQ(FieldCount<IscsiPortRecord>(), 22U);

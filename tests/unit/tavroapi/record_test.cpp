@@ -6,9 +6,13 @@
 
 #include "tavroapi/inventory_records.h"
 #include "tavroapi/operations.h"
+#include "unit/tavroapi/field_names.h"
 
 namespace tavroapi {
 namespace {
+
+using tavroapi_test::FieldNames;
+using tavroapi_test::Names;
 
 struct Mixed {
     std::string first;
@@ -63,18 +67,11 @@ TEST(Record, TextRecordIsASpreadArray) {
 }
 
 TEST(Record, ContractRecordsKeepTheirOrder) {
-    const auto names = [](const auto& record) {
-        std::vector<std::string> list;
-        ForEachField(record, [&](std::size_t, std::string_view name, const auto&) {
-            list.emplace_back(name);
-        });
-        return list;
-    };
-    using Names = std::vector<std::string>;
-    EXPECT_EQ(names(ErrorRecord{}), (Names{"code", "message", "action", "additional", "details"}));
-    EXPECT_EQ(names(AdapterRecord{}), (Names{"name", "number", "portNames"}));
-    EXPECT_EQ(names(FunctionAddress{}), (Names{"keyText", "addressText", "functionNumber"}));
-    EXPECT_EQ(names(FunctionIdentity{}), (Names{"keyText", "functionType", "secondText"}));
+    EXPECT_EQ(FieldNames<ErrorRecord>(),
+              (Names{"code", "message", "action", "additional", "details"}));
+    EXPECT_EQ(FieldNames<AdapterRecord>(), (Names{"name", "number", "portNames"}));
+    EXPECT_EQ(FieldNames<FunctionAddress>(), (Names{"keyText", "addressText", "functionNumber"}));
+    EXPECT_EQ(FieldNames<FunctionIdentity>(), (Names{"keyText", "functionType", "secondText"}));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Documents that are not well-formed, and where and why they are refused.
+// MalformedDocuments that are not well-formed, and where and why they are refused.
 #include <gtest/gtest.h>
 
 #include "unit/xml/helpers.h"
@@ -15,7 +15,7 @@ struct Malformed {
     std::size_t column;
 };
 
-constexpr Malformed Documents[] = {
+constexpr Malformed MalformedDocuments[] = {
     // The document: exactly one top element, and nothing but comments, instructions and blanks
     // outside it.
     {L"", NoTopElement, 1, 1},
@@ -267,7 +267,7 @@ constexpr Malformed Documents[] = {
 };
 
 TEST(XmlMalformed, IsRefusedWithItsReasonAndPlace) {
-    for (const Malformed& document : Documents) {
+    for (const Malformed& document : MalformedDocuments) {
         SCOPED_TRACE(Printable(document.text));
         EXPECT_EQ(DescribeRefusal(std::wstring(document.text)),
                   Describe(document.error, document.line, document.column));

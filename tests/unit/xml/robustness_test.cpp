@@ -28,7 +28,7 @@ std::wstring Repeated(std::wstring_view text, std::size_t count) {
     return result;
 }
 
-XmlNode Parse(std::wstring text) {
+XmlNode ParseText(std::wstring text) {
     XmlResults results;
     XmlNode top = ParseXmlText(std::move(text), results);
     EXPECT_EQ(Describe(results), "0 at 0:0");
@@ -36,7 +36,7 @@ XmlNode Parse(std::wstring text) {
 }
 
 TEST(XmlRobustness, AMillionNestedElementsAreReadAndReleased) {
-    XmlNode node = Parse(Repeated(L"<a>", Million) + Repeated(L"</a>", Million));
+    XmlNode node = ParseText(Repeated(L"<a>", Million) + Repeated(L"</a>", Million));
     std::size_t depth = 0;
     // Each step releases the parent of the node that it goes to, and that one only.
     while (!node.IsEmpty()) {
@@ -47,8 +47,8 @@ TEST(XmlRobustness, AMillionNestedElementsAreReadAndReleased) {
 }
 
 TEST(XmlRobustness, AMillionNestedElementsEndAtOnce) {
-    XmlNode top =
-        Parse(L"<top><kept/>" + Repeated(L"<a>", Million) + Repeated(L"</a>", Million) + L"</top>");
+    XmlNode top = ParseText(L"<top><kept/>" + Repeated(L"<a>", Million) +
+                            Repeated(L"</a>", Million) + L"</top>");
     const XmlNode kept = top.Child(0);
     top.Release();
     EXPECT_TRUE(kept.Parent().IsEmpty());
@@ -60,7 +60,7 @@ TEST(XmlRobustness, AMillionOpenElementsAreRefused) {
 }
 
 TEST(XmlRobustness, AMillionChildrenAreReachedByIndex) {
-    const XmlNode top = Parse(L"<a>" + Repeated(L"\n<b/>", Million) + L"</a>");
+    const XmlNode top = ParseText(L"<a>" + Repeated(L"\n<b/>", Million) + L"</a>");
     ASSERT_EQ(top.ChildCount(), Million);
     ASSERT_EQ(top.TextCount(), Million);
     for (std::size_t index = 0; index < Million; ++index) {
@@ -74,7 +74,7 @@ TEST(XmlRobustness, ManyAttributesAreComparedInTime) {
     for (std::size_t index = 0; index < Count; ++index) {
         tag += L" n" + std::to_wstring(index) + L"=''";
     }
-    const XmlNode top = Parse(tag + L"/>");
+    const XmlNode top = ParseText(tag + L"/>");
     ASSERT_EQ(top.AttributeCount(), Count);
     EXPECT_EQ(top.Attribute(Count - 1).name, L"n" + std::to_wstring(Count - 1));
     EXPECT_EQ(DescribeRefusal(tag + L" n7='' n5=''/>"),
@@ -82,8 +82,8 @@ TEST(XmlRobustness, ManyAttributesAreComparedInTime) {
 }
 
 TEST(XmlRobustness, ManyReferencesAreReplacedInTime) {
-    const XmlNode top = Parse(L"<a b='" + Repeated(L"&amp;", Million) + L"'>" +
-                              Repeated(L"&lt;\r\n", Million) + L"</a>");
+    const XmlNode top = ParseText(L"<a b='" + Repeated(L"&amp;", Million) + L"'>" +
+                                  Repeated(L"&lt;\r\n", Million) + L"</a>");
     EXPECT_EQ(top.Attribute(0).value, Repeated(L"&", Million));
     EXPECT_EQ(top.Text(0), Repeated(L"<\r\n", Million));
 }
@@ -110,7 +110,7 @@ TEST(XmlRobustness, ALongTextThatIsCutOffIsRefusedInTime) {
 
 TEST(XmlRobustness, ALongValueIsReadWhole) {
     constexpr std::size_t Length = 64 * 1024 * 1024;
-    const XmlNode top = Parse(L"<a value='" + std::wstring(Length, L'x') + L"'/>");
+    const XmlNode top = ParseText(L"<a value='" + std::wstring(Length, L'x') + L"'/>");
     const std::wstring_view value = top.ValueAttribute().value_or(L"");
     EXPECT_EQ(value.size(), Length);
     EXPECT_EQ(value.find_first_not_of(L'x'), std::wstring_view::npos);

@@ -1,4 +1,4 @@
-// Documents that are well-formed, and the trees that they stand for.
+// WellFormedDocuments that are well-formed, and the trees that they stand for.
 #include <gtest/gtest.h>
 
 #include "unit/xml/helpers.h"
@@ -11,7 +11,7 @@ struct WellFormed {
     std::wstring_view tree;
 };
 
-constexpr WellFormed Documents[] = {
+constexpr WellFormed WellFormedDocuments[] = {
     // Elements.
     {L"<a/>", L"a"},
     {L"<a />", L"a"},
@@ -127,14 +127,14 @@ constexpr WellFormed Documents[] = {
 };
 
 TEST(XmlWellFormed, IsReadIntoItsTree) {
-    for (const WellFormed& document : Documents) {
+    for (const WellFormed& document : WellFormedDocuments) {
         SCOPED_TRACE(Printable(document.text));
         EXPECT_EQ(DescribeParsed(std::wstring(document.text)), document.tree);
     }
 }
 
 TEST(XmlWellFormed, StaysSoBetweenOtherContent) {
-    for (const WellFormed& document : Documents) {
+    for (const WellFormed& document : WellFormedDocuments) {
         // A declaration or a DOCTYPE cannot stand inside an element.
         if (document.text.starts_with(L"<?xml ") || document.text.starts_with(L"<?xml\t") ||
             document.text.find(L"<!DOCTYPE") != std::wstring_view::npos) {

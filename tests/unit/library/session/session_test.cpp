@@ -10,6 +10,7 @@
 namespace tavrolib {
 namespace {
 
+using tavrolib_test::EnglishLocale;
 using tavrolib_test::Folder;
 using tavrolib_test::Sample;
 using tavrolib_test::Variable;
@@ -18,7 +19,6 @@ using ::testing::IsEmpty;
 
 constexpr std::uint32_t ReadAdapterState = 70;
 constexpr std::uint32_t AddPortal = 4;
-const std::wstring English = L"en_US.UTF-8";
 
 std::uint32_t Number(Status status) {
     return static_cast<std::uint32_t>(status);
@@ -36,7 +36,7 @@ class SessionTest : public testing::Test {
     std::vector<std::string> Asked() { return std::exchange(sample_.asked, {}); }
 
     void Begin() {
-        ASSERT_EQ(session_.Initialize(0, &English), 0U);
+        ASSERT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
         Asked();
     }
 
@@ -54,7 +54,7 @@ class SessionTest : public testing::Test {
 };
 
 TEST_F(SessionTest, AProviderIsConfiguredOpenedAndServes) {
-    EXPECT_EQ(session_.Initialize(0, &English), 0U);
+    EXPECT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     EXPECT_THAT(Asked(), ElementsAre("configure", "intercept Initialize", "open"));
     sample_.served = Refusal(7);
     EXPECT_EQ(session_.GetHostName(&name_), 7U);
@@ -67,7 +67,7 @@ TEST_F(SessionTest, AProviderIsConfiguredOpenedAndServes) {
 
 TEST_F(SessionTest, EveryInitializeConfiguresANewProvider) {
     Begin();
-    EXPECT_EQ(session_.Initialize(0, &English), 0U);
+    EXPECT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     EXPECT_THAT(Asked(), ElementsAre("configure", "intercept Initialize", "open"));
 }
 
@@ -95,7 +95,7 @@ TEST_F(SessionTest, AnInterceptedCallNeedsNothingAndGoesNoFurther) {
 
 TEST_F(SessionTest, ARefusedConfigurationFailsInitializeUnopened) {
     sample_.configured = Refusal(11);
-    EXPECT_EQ(session_.Initialize(0, &English), 11U);
+    EXPECT_EQ(session_.Initialize(0, &EnglishLocale), 11U);
     EXPECT_THAT(Asked(), ElementsAre("configure", "intercept Initialize"));
     EXPECT_EQ(LastError().code, 11U);
     EXPECT_EQ(session_.GetHostName(&name_), Number(Status::NotInitialized));
@@ -103,9 +103,9 @@ TEST_F(SessionTest, ARefusedConfigurationFailsInitializeUnopened) {
 
 TEST_F(SessionTest, WhatCannotBeOpenedIsNotServed) {
     sample_.opened = Refusal(12);
-    EXPECT_EQ(session_.Initialize(0, &English), 12U);
+    EXPECT_EQ(session_.Initialize(0, &EnglishLocale), 12U);
     sample_.intercepted = Done();
-    EXPECT_EQ(session_.Initialize(0, &English), 0U);
+    EXPECT_EQ(session_.Initialize(0, &EnglishLocale), 0U);
     sample_.intercepted.reset();
     Asked();
     EXPECT_EQ(session_.GetHostName(nullptr), 12U);
@@ -150,7 +150,7 @@ TEST_F(SessionTest, TheTraceIsWhereTheProvidersVariableSays) {
 
 TEST_F(SessionTest, AnUnusableTraceFailsInitializeAndNamesTheVariable) {
     const Variable trace("TAVRO_SAMPLE_TRACE", (folder_ / "no folder").string() + "/trace");
-    EXPECT_EQ(session_.Initialize(0, &English), Number(Status::TraceUnusable));
+    EXPECT_EQ(session_.Initialize(0, &EnglishLocale), Number(Status::TraceUnusable));
     EXPECT_THAT(Asked(), ElementsAre("intercept Initialize"));
     EXPECT_EQ(LastError().action, L"Correct the file name in TAVRO_SAMPLE_TRACE.");
 }

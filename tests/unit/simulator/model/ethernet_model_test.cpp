@@ -17,17 +17,17 @@ using tavrolib::Outcome;
 using tavrolib::Status;
 namespace ethernet_port = tavroapi::ethernet_port;
 
-constexpr const char* Mac = "02-00-5E-10-00-00";
-constexpr const char* IscsiMac = "02-00-5E-10-00-02";
+constexpr const char* EthernetMac = "02-00-5E-10-00-00";
+constexpr const char* OtherMac = "02-00-5E-10-00-02";
 
 class EthernetModel : public testing::Test {
   protected:
     EthernetModel() {
         Function ethernet;
-        ethernet.mac = Mac;
+        ethernet.mac = EthernetMac;
         ethernet.ethernet.emplace().interfaceName = "eth0";
         Function iscsi;
-        iscsi.mac = IscsiMac;
+        iscsi.mac = OtherMac;
         iscsi.iscsi.emplace();
         Port port;
         port.functions = {ethernet, iscsi};
@@ -38,7 +38,7 @@ class EthernetModel : public testing::Test {
 
     // What the library does with an operation: a change that is refused is dropped.
     Outcome Perform(OperationCode code, void* input, void* output,
-                    const std::string& request = Mac) {
+                    const std::string& request = EthernetMac) {
         const OperationModel* const model = FindModel(static_cast<std::uint32_t>(code));
         if (model == nullptr) {
             ADD_FAILURE() << "no model";
@@ -204,11 +204,11 @@ TEST_F(EthernetModel, OneRefusedValueRefusesAll) {
 TEST_F(EthernetModel, AnAssignedAddressIsTheCurrentOneUntilItIsTakenAway) {
     EXPECT_TRUE(Set(0, "06-00-5E-00-00-01").IsDone());
     EXPECT_EQ(ReadPort().NarrowText(ethernet_port::CurrentMac), "06-00-5E-00-00-01");
-    EXPECT_EQ(ReadPort().NarrowText(ethernet_port::PermanentMac), Mac);
+    EXPECT_EQ(ReadPort().NarrowText(ethernet_port::PermanentMac), EthernetMac);
     EXPECT_EQ(ReadPort().NarrowText(ethernet_port::LocallyAdministeredAddress),
               "06-00-5E-00-00-01");
     EXPECT_TRUE(Set(0, "0").IsDone());
-    EXPECT_EQ(ReadPort().NarrowText(ethernet_port::CurrentMac), Mac);
+    EXPECT_EQ(ReadPort().NarrowText(ethernet_port::CurrentMac), EthernetMac);
     EXPECT_EQ(ValueOf(0), "Not Present");
 }
 
@@ -240,7 +240,7 @@ TEST_F(EthernetModel, MissingSettingsLeaveThePortItsOwnValues) {
     settings.speed = settings.jumboPacket = settings.locallyAdministeredAddress = "NA";
     EXPECT_EQ(ReadPort().NarrowText(ethernet_port::LinkSpeed), "10 Gbps");
     EXPECT_EQ(ReadPort().NarrowText(ethernet_port::LargestFrame), "1514");
-    EXPECT_EQ(ReadPort().NarrowText(ethernet_port::CurrentMac), Mac);
+    EXPECT_EQ(ReadPort().NarrowText(ethernet_port::CurrentMac), EthernetMac);
 }
 
 TEST_F(EthernetModel, CountersCountBetweenReadingsAndStartAnew) {
@@ -280,7 +280,7 @@ TEST_F(EthernetModel, OnlyEthernetFunctionsAreKnown) {
     EthernetPortInfo info;
     EthernetPortStatistics statistics;
     tavroapi::StatisticsFlag flag = 1;
-    for (const char* mac : {IscsiMac, "02-00-5E-10-00-77", ""}) {
+    for (const char* mac : {OtherMac, "02-00-5E-10-00-77", ""}) {
         for (const auto& [code, input, output] :
              std::initializer_list<std::tuple<OperationCode, void*, void*>>{
                  {OperationCode::ReadEthernetPort, nullptr, &info},

@@ -21,10 +21,10 @@ using tavroapi::TargetRecord;
 using tavrolib::Outcome;
 using tavrolib::Status;
 
-constexpr const char* Mac = "02-00-5E-10-00-02";
+constexpr const char* IscsiMac = "02-00-5E-10-00-02";
 
 // A host with one iSCSI port, which knows nothing yet, and three targets on its network.
-constexpr const char* HostText = R"({
+constexpr const char* StorageHost = R"({
   "name": "h",
   "initiator": {"name": "iqn.example:host"},
   "adapters": [{"name": "Model X", "number": 0, "type": "CNA", "partitionState": 1, "ports": [
@@ -129,8 +129,8 @@ class IscsiStorageModel : public testing::Test {
         return {"Yes", "No", "No", "Mutual CHAP", "user", "secret-secret", name, secret};
     }
 
-    Host host = HostFromText(HostText);
-    std::string mac = Mac;
+    Host host = HostFromText(StorageHost);
+    std::string mac = IscsiMac;
 };
 
 using Texts = std::vector<std::string>;
@@ -371,7 +371,8 @@ TEST_F(IscsiStorageModel, APortTellsItsTcpIpSettings) {
     settings.subnetMask = "255.255.255.128";
     IscsiPortRecord port;
     ASSERT_TRUE(Perform(OperationCode::ReadIscsiPort, nullptr, &port).IsDone());
-    for (const char* text : {"192.0.2.7", "2001:db8::7", "17", "255.255.255.128", Mac, "Model X"}) {
+    for (const char* text :
+         {"192.0.2.7", "2001:db8::7", "17", "255.255.255.128", IscsiMac, "Model X"}) {
         EXPECT_NE(std::ranges::find(port.texts, text), port.texts.end()) << text;
     }
 }

@@ -18,10 +18,10 @@ using tavrolib::Outcome;
 constexpr std::uint32_t Unknown = 36871;
 constexpr std::uint32_t InvalidValue = 37889;
 
-constexpr const char* Mac = "02-00-5E-10-00-00";
+constexpr const char* PartitionMac = "02-00-5E-10-00-00";
 constexpr const char* SecondPortMac = "02-00-5E-10-00-01";
 
-constexpr const char* HostText = R"({
+constexpr const char* PartitionHost = R"({
   "name": "h",
   "initiator": {"name": "iqn.example:h"},
   "adapters": [
@@ -63,19 +63,19 @@ class PartitionModel : public testing::Test {
         return outcome;
     }
 
-    PartitionConfig ReadPartitions(const char* mac = Mac) {
+    PartitionConfig ReadPartitions(const char* mac = PartitionMac) {
         PartitionConfig config;
         EXPECT_TRUE(Perform(OperationCode::ReadPartitions, mac, &config).IsDone());
         return config;
     }
 
-    std::string ReadPersonality(const char* mac = Mac) {
+    std::string ReadPersonality(const char* mac = PartitionMac) {
         PersonalitySetting setting;
         EXPECT_TRUE(Perform(OperationCode::ReadPersonality, mac, &setting).IsDone());
         return setting.value;
     }
 
-    Host host = HostFromText(HostText);
+    Host host = HostFromText(PartitionHost);
 };
 
 PartitionConfig Sample(const char* mode = "2") {
@@ -112,20 +112,20 @@ TEST_F(PartitionModel, APartitionedAdapterSaysSo) {
 
 TEST_F(PartitionModel, FunctionsTellTheirIdentifiers) {
     const PartitionConfig config = ReadPartitions(SecondPortMac);
-    using Texts = std::array<std::string, 5>;
+    using FunctionTexts = std::array<std::string, 5>;
     EXPECT_EQ(config.functions[0].libraryTexts4To8,
-              (Texts{"02-00-5E-10-00-00", "", "eth0", "", "Yes"}));
+              (FunctionTexts{"02-00-5E-10-00-00", "", "eth0", "", "Yes"}));
     EXPECT_EQ(config.functions[2].libraryTexts4To8,
-              (Texts{"02-00-5E-10-00-02", "", "", "iqn.example:h", "Yes"}));
+              (FunctionTexts{"02-00-5E-10-00-02", "", "", "iqn.example:h", "Yes"}));
     EXPECT_EQ(config.functions[4].libraryTexts4To8,
-              (Texts{"02-00-5E-10-00-04", "10:00:02:00:5E:10:00:04", "", "", "Yes"}));
-    EXPECT_EQ(config.functions[7].libraryTexts4To8, (Texts{"", "", "", "", "No"}));
+              (FunctionTexts{"02-00-5E-10-00-04", "10:00:02:00:5E:10:00:04", "", "", "Yes"}));
+    EXPECT_EQ(config.functions[7].libraryTexts4To8, (FunctionTexts{"", "", "", "", "No"}));
 }
 
 TEST_F(PartitionModel, CodesAreKeptAsNames) {
     PartitionConfig config = Sample();
     config.result = -1;
-    ASSERT_TRUE(Perform(OperationCode::WritePartitions, Mac, &config).IsDone());
+    ASSERT_TRUE(Perform(OperationCode::WritePartitions, PartitionMac, &config).IsDone());
     EXPECT_EQ(config.result, 0);
     const PartitionConfig now = ReadPartitions(SecondPortMac);
     EXPECT_EQ(now.mode, "MF");
@@ -143,10 +143,10 @@ TEST_F(PartitionModel, CodesAreKeptAsNames) {
 
 TEST_F(PartitionModel, TheModeDecidesThePartitionState) {
     PartitionConfig config = Sample();
-    ASSERT_TRUE(Perform(OperationCode::WritePartitions, Mac, &config).IsDone());
+    ASSERT_TRUE(Perform(OperationCode::WritePartitions, PartitionMac, &config).IsDone());
     EXPECT_EQ(host.adapters[0].partitionState, tavroapi::Partitioned);
     config = Sample("0");
-    ASSERT_TRUE(Perform(OperationCode::WritePartitions, Mac, &config).IsDone());
+    ASSERT_TRUE(Perform(OperationCode::WritePartitions, PartitionMac, &config).IsDone());
     EXPECT_EQ(host.adapters[0].partitionState, tavroapi::NotPartitioned);
     EXPECT_EQ(ReadPartitions().mode, "SF");
 }
@@ -177,7 +177,8 @@ TEST_F(PartitionModel, ValuesThatAreNoneAreRefused) {
     const auto refuse = [&](auto spoil) {
         PartitionConfig config = Sample();
         spoil(config);
-        EXPECT_EQ(Perform(OperationCode::WritePartitions, Mac, &config).status, InvalidValue);
+        EXPECT_EQ(Perform(OperationCode::WritePartitions, PartitionMac, &config).status,
+                  InvalidValue);
     };
     refuse([](PartitionConfig& config) { config.mode = "1"; });
     refuse([](PartitionConfig& config) { config.mode = "SF"; });
@@ -206,11 +207,12 @@ TEST_F(PartitionModel, PersonalitiesAreKeptByPort) {
     EXPECT_EQ(ReadPersonality(), "FCoE");
     EXPECT_EQ(ReadPersonality(SecondPortMac), "iSCSI");
     setting.value = "1";
-    ASSERT_TRUE(Perform(OperationCode::WritePersonality, Mac, &setting).IsDone());
+    ASSERT_TRUE(Perform(OperationCode::WritePersonality, PartitionMac, &setting).IsDone());
     EXPECT_EQ(ReadPersonality(), "iSCSI");
     for (const char* value : {"", "0", "3", "iSCSI"}) {
         setting.value = value;
-        EXPECT_EQ(Perform(OperationCode::WritePersonality, Mac, &setting).status, InvalidValue);
+        EXPECT_EQ(Perform(OperationCode::WritePersonality, PartitionMac, &setting).status,
+                  InvalidValue);
     }
 }
 

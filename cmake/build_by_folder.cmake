@@ -1,0 +1,26 @@
+# Some builds compile the sources of a folder as one, which saves reading the same headers again and again: a folder is
+# about one thing, so its sources can do without equal names. The preset "native" compiles each source by itself; one
+# that forgets an include is found there. What the platform's headers define as macros stays with those who include them.
+option(TAVRO_BUILD_BY_FOLDER "Compile the sources of a folder as one" OFF)
+
+function(tavro_build_by_folder target)
+    if(NOT TAVRO_BUILD_BY_FOLDER)
+        return()
+    endif()
+    get_target_property(sources ${target} SOURCES)
+    foreach(source IN LISTS sources)
+        cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
+        cmake_path(GET source PARENT_PATH folder)
+        cmake_path(RELATIVE_PATH folder BASE_DIRECTORY ${CMAKE_SOURCE_DIR})
+        string(MAKE_C_IDENTIFIER ${folder} group)
+        if(folder MATCHES "/platform$")
+            set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+        else()
+            set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
+        endif()
+    endforeach()
+    set_target_properties(${target} PROPERTIES
+        UNITY_BUILD ON
+        UNITY_BUILD_MODE GROUP
+        UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
+endfunction()
