@@ -2,6 +2,7 @@
 
 import collections
 import json
+import pathlib
 import re
 import subprocess
 import sys
@@ -24,8 +25,14 @@ def test_every_unit_test_is_built(platform):
     """What the unit test programs are made of is read from the build's own list of compiled files."""
     commands = json.loads((platform.folder / "compile_commands.json").read_text(encoding="utf-8"))
     compiled = {entry["file"] for entry in commands if "_tests.dir" in entry["command"]}
+    compiled |= {source for file in compiled for source in included_sources(file)}
     standing = {str(path) for path in UNIT.rglob("*.cpp")}
     assert sorted(standing - compiled) == []
+
+
+def included_sources(file):
+    """The sources of a folder that are compiled as one, where the file is such a one."""
+    return re.findall(r'^#include "(.*\.cpp)"$', pathlib.Path(file).read_text(encoding="utf-8"), re.MULTILINE)
 
 
 @pytest.mark.platforms("sanitize", "windows")
