@@ -15,7 +15,7 @@ windowsPackages=(cmake ninja-build nlohmann-json3-dev g++-mingw-w64-x86-64-posix
 formatPackages=(clang-format)
 testPackages=("${nativePackages[@]}" "${unitTestPackages[@]}" "${windowsPackages[@]}"
     "${formatPackages[@]}" clang clang-tidy libclang-rt-14-dev libpugixml-dev
-    libbenchmark-dev hunspell hunspell-en-us locales wine wine64 python3 python3-pytest python3-pytest-rerunfailures python3-pytest-xdist
+    libbenchmark-dev hunspell hunspell-en-us locales wine wine64 python3 python3-pytest python3-pytest-xdist
     python3-pexpect python3-pyte python3-yaml)
 
 say() { printf '%s\n' "$*" >&2; }

@@ -6,6 +6,8 @@ import pytest
 
 from program import PLATFORMS, ROOT, Sandbox
 
+pytest_plugins = ["wine_retry"]
+
 SETUP = f"""
 set -euo pipefail
 source "{ROOT}/scripts/lib/setup.sh"

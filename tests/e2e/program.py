@@ -197,7 +197,7 @@ ENDS_OF_WINE = (
 
 class WineBroke(Exception):
     """Wine ended in a way of its own, so that its exit code is not the program's. The test that meets it is run
-    again and counted (pytest.ini)."""
+    again and counted (wine_retry.py)."""
 
 
 def check_that_wine_works(command, exit_code, errors):

@@ -1,6 +1,8 @@
 """What the tests make of a Wine that ends by itself: another try, and of nothing else."""
 
+import os
 import subprocess
+import sys
 
 import pytest
 
@@ -30,3 +32,32 @@ def test_the_end_of_a_process_is_looked_at():
                                stderr=subprocess.PIPE)
     with pytest.raises(program.WineBroke):
         program.finish(process, LOADER)
+
+
+ROWS_OF_RUNS = """
+import program
+
+runs = {"mended": [], "lost": [], "failing": []}
+
+def test_mended(tmp_path):
+    runs["mended"].append(tmp_path)
+    if len(runs["mended"]) < 3:
+        raise program.WineBroke("gone")
+    assert len(set(runs["mended"])) == 3  # each time a fixture of its own
+
+def test_lost():
+    raise program.WineBroke("gone for good")
+
+def test_failing():
+    runs["failing"].append(0)
+    assert len(runs["failing"]) > 1, "failed at once"
+"""
+
+
+def test_only_a_wine_that_ended_is_worth_another_try(tmp_path):
+    (tmp_path / "test_rows.py").write_text(ROWS_OF_RUNS, encoding="utf-8")
+    command = [sys.executable, "-m", "pytest", "-q", "-n", "1", "-p", "no:cacheprovider", "-p", "wine_retry", "test_rows.py"]
+    result = subprocess.run(command, cwd=tmp_path, env=os.environ | {"PYTHONPATH": str(program.TESTS)}, text=True,
+                            capture_output=True)
+    assert "2 failed, 1 passed, 4 rerun" in result.stdout
+    assert "gone for good" in result.stdout and "failed at once" in result.stdout
