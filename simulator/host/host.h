@@ -66,7 +66,11 @@ struct Adapter {
     }
 };
 
+// The format of host files that this library reads and writes.
+inline constexpr std::uint32_t HostFormat = 1;
+
 struct Host {
+    std::uint32_t format = HostFormat;
     std::string name;
     Initiator initiator;
     std::vector<std::string> isnsServers;
@@ -77,8 +81,9 @@ struct Host {
 
     static constexpr auto Members(auto visit) {
         return visit(
-            Member{"name", &Host::name, Presence::Required}, Member{"initiator", &Host::initiator},
-            Member{"isnsServers", &Host::isnsServers}, Member{"reachable", &Host::reachable},
+            Member{"format", &Host::format}, Member{"name", &Host::name, Presence::Required},
+            Member{"initiator", &Host::initiator}, Member{"isnsServers", &Host::isnsServers},
+            Member{"reachable", &Host::reachable},
             Member{"adapters", &Host::adapters, Presence::Required},
             Member{"iscsiTargets", &Host::iscsiTargets}, Member{"fcoeFabric", &Host::fcoeFabric});
     }

@@ -8,8 +8,8 @@
 namespace tavrosim {
 
 // The host that a host file's text describes. Throws ShapeError that names the place: a syntax
-// error, a missing or unknown member, a value of the wrong kind, or a host that contradicts itself
-// (see `CheckHost`).
+// error, a format newer than HostFormat, a missing or unknown member, a value of the wrong kind, or
+// a host that contradicts itself (see `CheckHost`).
 Host HostFromText(std::string_view text);
 
 // The text of a host file.

@@ -153,6 +153,25 @@ TEST(HostFile, RefusalsNameThePlace) {
     EXPECT_EQ(Refusal("{\n\"name\": }").substr(0, 18), "line 2, column 9: ");
 }
 
+TEST(HostFile, ANewerFormatIsRefusedBeforeAllElse) {
+    EXPECT_EQ(Refusal(R"({"format": 2, "title": "h", "cards": []})"),
+              "the file has format 2; this library reads format 1");
+    EXPECT_EQ(Refusal(R"({"format": 4294967295})"),
+              "the file has format 4294967295; this library reads format 1");
+    EXPECT_EQ(Refusal(R"({"format": 0, "name": "h", "adapters": []})").substr(0, 38),
+              "format: a whole number from 1 to 42949");
+    EXPECT_EQ(Refusal(R"({"format": "1", "name": "h", "adapters": []})"),
+              "format: a number is wanted, not a text");
+}
+
+TEST(HostFile, AFileWithoutAFormatHasTheFirst) {
+    EXPECT_EQ(HostFromText(R"({"name": "h", "adapters": []})").format, 1U);
+    EXPECT_EQ(HostFromText(R"({"format": 1, "name": "h", "adapters": []})").format, 1U);
+    const Json written = Json::parse(TextFromHost(DefaultHost()));
+    EXPECT_EQ(written.begin().key(), "format");
+    EXPECT_EQ(written.front(), 1);
+}
+
 TEST(HostFile, TwoAdaptersOfOneNameAreRefused) {
     Host host = DefaultHost();
     host.adapters[2].name = host.adapters[0].name;
