@@ -175,7 +175,8 @@ def test_every_other_file_is_used():
         if path.name in ("README.md", "pytest.ini", "conftest.py") or re.fullmatch(r"test_\w+\.py", path.name):
             continue
         if path.suffix == ".py":
-            used = any(re.search(rf"^(import|from) {path.stem}\b", text, re.MULTILINE) for text in texts)
+            use = rf'^((import|from) {path.stem}\b|pytest_plugins = .*"{path.stem}")'
+                used = any(re.search(use, text, re.MULTILINE) for text in texts)
         else:
             used = path in referenced or any(str(relative) in text for text in texts)
         if not used:
