@@ -176,7 +176,7 @@ def test_every_other_file_is_used():
             continue
         if path.suffix == ".py":
             use = rf'^((import|from) {path.stem}\b|pytest_plugins = .*"{path.stem}")'
-                used = any(re.search(use, text, re.MULTILINE) for text in texts)
+            used = any(re.search(use, text, re.MULTILINE) for text in texts)
         else:
             used = path in referenced or any(str(relative) in text for text in texts)
         if not used:
