@@ -6,7 +6,9 @@
 #include "library/calls/refusals.h"
 #include "library/platform/environment.h"
 #include "library/platform/file.h"
+#include "library/session/version.h"
 #include "library/text/text.h"
+#include "simulator/messages/error_texts.h"
 #include "simulator/model/inventory.h"
 #include "simulator/model/model.h"
 
@@ -23,27 +25,40 @@ using tavrolib::WideFromUtf8;
 
 Outcome ScriptUnusable(std::wstring details) {
     return Refused(tavrolib::Status::ScriptUnusable, L"The script of answers cannot be used.",
-                   L"Correct the file that TAVROSIM_SCRIPT names.", std::move(details));
+                   L"Correct the script.", std::move(details));
 }
 
 }  // namespace
 
+std::wstring Simulator::Description() const {
+    std::wstring text = L"Simulator ";
+    text += tavrolib::LibraryVersion;
+    if (script_.HasModel()) {
+        text += L", " + store_.Description();
+    }
+    if (scriptFile_) {
+        text += L", script \"" + platform::TextOf(*scriptFile_) + L"\"";
+    }
+    return text;
+}
+
 Outcome Simulator::Configure() {
-    const auto path = platform::PathVariable("TAVROSIM_SCRIPT");
-    if (!path) {
+    scriptFile_ = platform::PathVariable("TAVROSIM_SCRIPT");
+    if (!scriptFile_) {
         return Done();
     }
+    const std::filesystem::path& path = *scriptFile_;
     try {
-        const auto text = platform::ReadWholeFile(*path);
+        const auto text = platform::ReadWholeFile(path);
         if (!text) {
-            return ScriptUnusable(platform::TextOf(*path) + L": there is no such file");
+            return ScriptUnusable(platform::TextOf(path) + L": there is no such file");
         }
         script_ = Script::FromText(*text);
         return Done();
     } catch (const platform::FileError& error) {
         return ScriptUnusable(error.Text());
     } catch (const ShapeError& error) {
-        return ScriptUnusable(platform::TextOf(*path) + L": " + WideFromUtf8(error.what()));
+        return ScriptUnusable(platform::TextOf(path) + L": " + WideFromUtf8(error.what()));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -15,6 +16,7 @@ namespace tavrosim {
 class Simulator : public tavrolib::Provider {
   public:
     std::string EnvironmentPrefix() const override { return "TAVROSIM_"; }
+    std::wstring Description() const override;
     tavrolib::Outcome Configure() override;
     std::optional<tavrolib::Outcome> Intercept(const tavrolib::Call& call) override;
     tavrolib::Outcome Open() override;
@@ -23,6 +25,7 @@ class Simulator : public tavrolib::Provider {
                                             std::uint32_t id) const override;
 
   private:
+    std::optional<std::filesystem::path> scriptFile_;
     Script script_;
     Store store_{HostPlace::FromEnvironment()};
 };

@@ -5,11 +5,12 @@
 namespace tavrolib {
 namespace {
 
-constexpr const wchar_t* CallersError = L"This is an error of the calling program.";
+using Text = decltype(Refused)::Text;
+
+constexpr Text CallersError = L"This is an error of the calling program.";
 
 Outcome MissingArgument(const wchar_t* what) {
-    return Refused(Status::MissingArgument, std::wstring(L"The call has no ") + what + L".",
-                   CallersError);
+    return Refused(Status::MissingArgument, L"The call lacks an argument.", CallersError, what);
 }
 
 Outcome CheckRecords(const Call& call) {
@@ -25,6 +26,26 @@ Outcome CheckRecords(const Call& call) {
     return Done();
 }
 
+// What is told when no function of a kind has an identifier, and what the identifier is.
+struct UnknownFunction {
+    Text message;
+    const wchar_t* identifier;
+};
+
+UnknownFunction UnknownFunctionOf(FunctionKind kind) {
+    switch (kind) {
+        case FunctionKind::Ethernet:
+            return {L"No Ethernet function of this host has this MAC.", L"MAC"};
+        case FunctionKind::Iscsi:
+            return {L"No iSCSI function of this host has this MAC.", L"MAC"};
+        case FunctionKind::Fcoe:
+            return {L"No FCoE function of this host has this port WWN.", L"port WWN"};
+        case FunctionKind::Any:
+            break;
+    }
+    return {L"No function of this host has this identifier.", L"MAC or port WWN"};
+}
+
 }  // namespace
 
 Outcome NotInitialized() {
@@ -33,21 +54,17 @@ Outcome NotInitialized() {
 }
 
 Outcome UnknownOperation(std::uint32_t code) {
-    return Refused(Status::UnknownOperation,
-                   L"Operation " + std::to_wstring(code) + L" is not supported.",
-                   L"Use a management library that supports this operation.");
+    return Refused(Status::UnknownOperation, L"This operation is not available.",
+                   L"Use a management library that has this operation.",
+                   L"operation " + std::to_wstring(code));
 }
 
-Outcome UnknownIdentifier(const std::string& request, const std::wstring& kind) {
-    const std::wstring function = kind.empty() ? L"function" : kind + L" function";
-    const std::wstring identifier = kind == L"FCoE" ? L"port WWN"
-                                    : kind.empty()  ? L"MAC or WWN"
-                                                    : L"MAC";
+Outcome UnknownIdentifier(const std::string& request, FunctionKind kind) {
+    const UnknownFunction unknown = UnknownFunctionOf(kind);
     return Refused(
-        Status::UnknownIdentifier,
-        L"No " + function + L" of this host has the " + identifier + L" \"" +
-            WideFromUtf8(request) + L"\".",
-        L"Run \"tavrocli -showadapter\" to see the identifiers of this host's functions.");
+        Status::UnknownIdentifier, unknown.message,
+        L"Run \"tavrocli -showadapter\" to see the identifiers of this host's functions.",
+        std::wstring(unknown.identifier) + L" \"" + WideFromUtf8(request) + L"\"");
 }
 
 Outcome CheckArguments(const Call& call) {

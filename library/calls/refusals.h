@@ -5,9 +5,13 @@
 
 #include "library/calls/call.h"
 #include "library/calls/outcome.h"
+#include "library/messages/error_texts.h"
 
 // The refusals that every library gives in the same words.
 namespace tavrolib {
+
+// Refuses in words that all libraries have.
+inline constexpr Refuser<CommonErrorTexts> Refused;
 
 // The refusal of a call that wants the library initialized.
 Outcome NotInitialized();
@@ -15,9 +19,11 @@ Outcome NotInitialized();
 // The refusal of an operation that nobody serves.
 Outcome UnknownOperation(std::uint32_t code);
 
-// The refusal of a request that names no function of the wanted kind ("Ethernet", "iSCSI", "FCoE",
-// or empty for any).
-Outcome UnknownIdentifier(const std::string& request, const std::wstring& kind = {});
+// The kinds of functions that requests name.
+enum class FunctionKind { Any, Ethernet, Iscsi, Fcoe };
+
+// The refusal of a request that names no function of the wanted kind.
+Outcome UnknownIdentifier(const std::string& request, FunctionKind kind = FunctionKind::Any);
 
 // Done when the call has everything that it needs to be served: for DoOperation a described
 // operation and its records, else what it fills in. Otherwise the refusal.

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "library/text/text.h"
 
@@ -27,13 +28,17 @@ std::string TimeText() {
 }
 
 // One line whatever the text holds.
-std::string Quoted(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char character : text) {
-        const bool control = static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
-        quoted += control ? '.' : character;
+std::string OneLine(std::string text) {
+    for (char& character : text) {
+        if (static_cast<unsigned char>(character) < 0x20 || character == 0x7F) {
+            character = '.';
+        }
     }
-    return quoted + '"';
+    return text;
+}
+
+std::string Quoted(std::string text) {
+    return '"' + OneLine(std::move(text)) + '"';
 }
 
 std::string Described(const Call& call) {
@@ -62,11 +67,18 @@ std::string Described(const Call& call) {
 
 }  // namespace
 
-void Log::Open(const std::filesystem::path& path) {
+void Log::Open(const std::filesystem::path& path, std::wstring_view library) {
     try {
         file_.emplace(path, platform::Accept::OwnRegularFiles);
     } catch (const platform::FileError&) {
         file_.reset();
+    }
+    WriteLine(OneLine(Utf8FromWide(library)));
+}
+
+void Log::WriteLine(const std::string& text) {
+    if (file_) {
+        file_->Append(TimeText() + "  " + text + '\n');
     }
 }
 
@@ -74,14 +86,14 @@ void Log::Write(const Call& call, std::uint32_t status, const tavroapi::ErrorRec
     if (!file_) {
         return;
     }
-    std::string line = TimeText() + "  " + Described(call) + ": status " + std::to_string(status);
+    std::string line = Described(call) + ": status " + std::to_string(status);
     if (error != nullptr) {
         line += ", " + Quoted(Utf8FromWide(error->message));
         if (!error->details.empty()) {
             line += " [" + Quoted(Utf8FromWide(error->details)) + ']';
         }
     }
-    file_->Append(line + '\n');
+    WriteLine(line);
 }
 
 }  // namespace tavrolib

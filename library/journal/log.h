@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "library/calls/call.h"
 #include "library/platform/file.h"
@@ -14,8 +16,9 @@ namespace tavrolib {
 class Log {
   public:
     // Switches the log on, which is off at first. A file that cannot be opened, is no regular
-    // file, or is a link that somebody else laid (on Windows, any link) leaves it off.
-    void Open(const std::filesystem::path& path);
+    // file, or is a link that somebody else laid (on Windows, any link) leaves it off. The first
+    // line is what the library says of itself.
+    void Open(const std::filesystem::path& path, std::wstring_view library);
 
     // Switches the log off.
     void Close() { file_.reset(); }
@@ -24,6 +27,8 @@ class Log {
     void Write(const Call& call, std::uint32_t status, const tavroapi::ErrorRecord* error);
 
   private:
+    void WriteLine(const std::string& text);
+
     std::optional<platform::AppendFile> file_;
 };
 

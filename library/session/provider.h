@@ -24,6 +24,10 @@ class Provider {
     // What the names of this library's environment variables begin with, such as "TAVROSIM_".
     virtual std::string EnvironmentPrefix() const = 0;
 
+    // What this library is, for the log's first line and the details of a failed Initialize: its
+    // name, its version and what it works on. Asked for once it is configured.
+    virtual std::wstring Description() const = 0;
+
     // Reads the provider's own part of the environment. Called once, before every other call. A
     // refusal makes Initialize fail; calls that do not want the library initialized still come.
     virtual Outcome Configure() { return Done(); }

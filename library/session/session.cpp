@@ -18,7 +18,8 @@ std::optional<std::string> CopyOf(const std::string* text) {
 
 Outcome TraceUnusable(const std::string& variable, const platform::FileError& error) {
     return Refused(Status::TraceUnusable, L"The trace of calls cannot be written.",
-                   L"Correct the file name in " + WideFromUtf8(variable) + L".", error.Text());
+                   L"Name a file for the trace that can be written.",
+                   WideFromUtf8(variable) + L": " + error.Text());
 }
 
 }  // namespace
@@ -57,14 +58,14 @@ std::uint32_t Session::Perform(const Call& call, const Service& service) {
         trace_->Begin(call);
     }
     const Outcome outcome = Answer(call, service);
-    if (outcome.error) {
-        lastError_ = *outcome.error;
+    const auto told = outcome.ErrorIn(language_);
+    if (told) {
+        lastError_ = *told;
     }
-    const tavroapi::ErrorRecord* error = outcome.error ? &*outcome.error : nullptr;
     if (trace_) {
-        trace_->End(call, outcome.status, error);
+        trace_->End(call, outcome.status, told ? &*told : nullptr);
     }
-    log_.Write(call, outcome.status, error);
+    log_.Write(call, outcome.status, outcome.error ? &*outcome.error : nullptr);
     return outcome.status;
 }
 
@@ -92,15 +93,21 @@ std::uint32_t Session::Initialize(std::uint32_t debugFlag, const std::wstring* l
     language_ = localeName == nullptr ? Language::English : LanguageOfLocale(*localeName);
     log_.Close();
     if (debugFlag == 1) {
-        log_.Open(LogFileName);
+        log_.Open(LogFileName, provider_->Description());
     }
     Call call = BeginCall(EntryPoint::Initialize);
     call.debug = debugFlag;
     if (localeName != nullptr) {
         call.locale = *localeName;
     }
-    const std::uint32_t status =
-        Perform(call, [&] { return configured.IsDone() ? provider_->Open() : configured; });
+    const std::uint32_t status = Perform(call, [&] {
+        Outcome outcome = configured.IsDone() ? provider_->Open() : configured;
+        if (outcome.error) {
+            std::wstring& details = outcome.error->details;
+            details += (details.empty() ? L"" : L"; ") + provider_->Description();
+        }
+        return outcome;
+    });
     isInitialized_ = status == 0;
     return status;
 }
@@ -209,7 +216,7 @@ std::uint32_t Session::NoteInternalError(const char* reason) noexcept {
     try {
         lastError_ = *Refused(Status::Internal, L"The management library failed.", L"Try again.",
                               WideFromUtf8(reason))
-                          .error;
+                          .ErrorIn(language_);
     } catch (...) {
         // Not even memory for the text is left; the status alone must do.
         lastError_.code = Code;

@@ -70,16 +70,6 @@ auto& PartOf(AnyFunction& function) {
     }
 }
 
-// The name of the kind for people; empty for any kind.
-template <class Part>
-inline constexpr const wchar_t* KindWith = L"";
-template <>
-inline constexpr const wchar_t* KindWith<EthernetPart> = L"Ethernet";
-template <>
-inline constexpr const wchar_t* KindWith<IscsiPart> = L"iSCSI";
-template <>
-inline constexpr const wchar_t* KindWith<FcoePart> = L"FCoE";
-
 // The function of that kind which the identifier names: an FCoE function by its port WWN, an
 // Ethernet or iSCSI function by its MAC, any function by either.
 template <class Part, class AnyHost>

@@ -85,16 +85,15 @@ bool IsSwitch(const std::string& text) {
 
 Outcome RefuseBootValue(const std::wstring& details) {
     return Refused(Status::InvalidBootValue,
-                   L"The boot configuration holds a value that is not valid.",
+                   L"The boot configuration has a value that is not valid.",
                    L"Correct the value and set the boot configuration again.", details);
 }
 
-Outcome CheckTarget(const IscsiBootConfig& config, std::size_t start, const wchar_t* which) {
+Outcome CheckTarget(const IscsiBootConfig& config, std::size_t start, ErrorText message) {
     const bool isUsed = config.texts[start + iscsi_boot::TargetUsed] == "Enabled";
     const bool needsName = config.texts[iscsi_boot::ParametersByDhcp] == "Disabled";
     if (isUsed && needsName && config.texts[start + iscsi_boot::TargetName].empty()) {
-        return Refused(Status::BootTargetWithoutName,
-                       std::wstring(L"The ") + which + L" boot target has no name.",
+        return Refused(Status::BootTargetWithoutName, message,
                        L"Enter the target's name, or take the iSCSI settings from DHCP.");
     }
     return Done();
@@ -111,8 +110,11 @@ Outcome CheckIscsiBoot(const IscsiBootConfig& config) {
                                    L" is neither \"Enabled\" nor \"Disabled\".");
         }
     }
-    const Outcome first = CheckTarget(config, iscsi_boot::FirstTarget, L"first");
-    return first.IsDone() ? CheckTarget(config, iscsi_boot::SecondTarget, L"second") : first;
+    const Outcome first =
+        CheckTarget(config, iscsi_boot::FirstTarget, L"The first boot target has no name.");
+    return first.IsDone() ? CheckTarget(config, iscsi_boot::SecondTarget,
+                                        L"The second boot target has no name.")
+                          : first;
 }
 
 Outcome ReadIscsiBoot(const Viewed<IscsiPart>& at, IscsiBootConfig& config) {

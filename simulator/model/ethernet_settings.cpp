@@ -128,43 +128,46 @@ bool IsAssignableAddress(const std::string& text) {
            std::string_view("26ae").find(digits[1]) != std::string::npos;
 }
 
-Outcome ValueIsRefused(const SettingRow& row, const std::string& value,
-                       const std::wstring& wanted) {
-    return Refused(Status::SettingValueRefused,
-                   L"A setting cannot have the value \"" + WideFromUtf8(value) + L"\".",
-                   L"Set it to " + wanted + L".", L"setting " + std::to_wstring(row.number));
+std::wstring SettingDetails(const SettingRow& row) {
+    return L"setting " + std::to_wstring(row.number);
+}
+
+Outcome ValueIsRefused(const SettingRow& row, const std::string& value, ErrorText action,
+                       const std::wstring& allowed = {}) {
+    return Refused(Status::SettingValueRefused, L"The setting cannot have this value.", action,
+                   SettingDetails(row) + L", value " + Quoted(value) + allowed);
 }
 
 // Gives the setting a value that it was changed to.
 Outcome Change(const SettingRow& row, const std::string& wanted, std::string& value) {
     if (value == tavroapi::SettingNotAvailable) {
         return Refused(Status::SettingMissing, L"The adapter does not have this setting.",
-                       L"Run \"-getadapinfo\" to see the settings that it has.",
-                       L"setting " + std::to_wstring(row.number));
+                       L"Run the command with \"-getadapinfo\" to see the settings of the adapter.",
+                       SettingDetails(row));
     }
     if (!row.rule.choices.empty()) {
         if (!IsChoice(wanted, row.rule)) {
-            return ValueIsRefused(row, wanted, L"one of its choices");
+            return ValueIsRefused(row, wanted, L"Set it to one of its choices.");
         }
         value = wanted;
     } else if (const SettingRule::Range& range = row.rule.range; range.step != 0) {
         if (!IsInRange(wanted, range)) {
-            return ValueIsRefused(row, wanted,
-                                  L"a multiple of " + std::to_wstring(range.step) + L" from " +
-                                      std::to_wstring(range.minimum) + L" to " +
-                                      std::to_wstring(range.maximum));
+            return ValueIsRefused(
+                row, wanted, L"Set it to a multiple of its step within its range.",
+                L", range " + std::to_wstring(range.minimum) + L" to " +
+                    std::to_wstring(range.maximum) + L", step " + std::to_wstring(range.step));
         }
         value = wanted;
     } else if (row.rule.isAddress) {
         if (wanted != "0" && !IsAssignableAddress(wanted)) {
-            return ValueIsRefused(
-                row, wanted,
-                L"0, or to a locally administered unicast address such as 02-00-5E-00-00-01");
+            return ValueIsRefused(row, wanted,
+                                  L"Set it to 0, or to a locally administered unicast address such "
+                                  L"as 02-00-5E-00-00-01.");
         }
         value = wanted == "0" ? NoAddress : wanted;
     } else {
         return Refused(Status::SettingFixed, L"This setting cannot be changed.",
-                       L"Leave it as it is.", L"setting " + std::to_wstring(row.number));
+                       L"Leave it as it is.", SettingDetails(row));
     }
     return Done();
 }

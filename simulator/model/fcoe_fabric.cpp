@@ -71,9 +71,10 @@ const FabricTarget* FindSeenTarget(const FcoeFabric& fabric, const FcoePart& par
 }
 
 Outcome UnknownFcoeTarget(const std::string& portWwn) {
-    return Refused(Status::UnknownFcoeTarget, L"The port sees no target " + Quoted(portWwn) + L".",
-                   L"Name a target by its port WWN. Run the command with \"-target "
-                   L"-listactive\" to see the targets of the port.");
+    return Refused(Status::UnknownFcoeTarget, L"The port does not see this target.",
+                   L"Give the port WWN of a target. Run the command with \"-target -listactive\" "
+                   L"to see the targets of the port.",
+                   L"target " + Quoted(portWwn));
 }
 
 std::string FabricMac(const FcoeFabric& fabric, const std::string& fcid) {

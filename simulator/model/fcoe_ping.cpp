@@ -38,15 +38,22 @@ std::optional<std::uint32_t> OptionValue(std::string_view text, std::uint32_t fa
     return text.empty() || text == NoValue ? fallback : NumberIn(text, 1, highest);
 }
 
+// The details of a number that was refused.
+std::wstring OutsideRange(const wchar_t* what, const std::string& text, std::uint32_t lowest,
+                          std::uint32_t highest) {
+    return std::wstring(what) + L" " + Quoted(text) + L", range " + std::to_wstring(lowest) +
+           L" to " + std::to_wstring(highest);
+}
+
 Outcome RefusedOption(const wchar_t* what, const std::string& text, std::uint32_t highest) {
-    return Refused(Status::InvalidPingOption,
-                   std::wstring(L"The ") + what + L" " + Quoted(text) + L" is not usable.",
-                   L"Use a number from 1 to " + std::to_wstring(highest) + L".");
+    return Refused(Status::InvalidPingOption, L"The value of a ping option is not usable.",
+                   L"Use a whole number within the range.", OutsideRange(what, text, 1, highest));
 }
 
 Outcome NoReply(const std::string& target) {
-    return Refused(Status::NoReply, L"The target " + Quoted(target) + L" does not reply.",
-                   L"Check the target and its connection to the fabric.");
+    return Refused(Status::NoReply, L"The target does not reply.",
+                   L"Check the target and its connection to the fabric.",
+                   L"target " + Quoted(target));
 }
 
 // Rounded up: where some are lost at all, at least one is.
@@ -92,9 +99,9 @@ Outcome ReadFip(const Viewed<FcoePart>& at, FipConfig& config) {
 Outcome WriteFip(const Edited<FcoePart>& at, const FipConfig& config) {
     const auto vlanId = NumberIn(config.vlanId, 0, HighestVlanId);
     if (!vlanId) {
-        return Refused(Status::InvalidVlanId,
-                       L"The FIP VLAN ID " + Quoted(config.vlanId) + L" is no VLAN ID.",
-                       L"Use a number from 0 to " + std::to_wstring(HighestVlanId) + L".");
+        return Refused(Status::InvalidVlanId, L"The FIP VLAN ID is not valid.",
+                       L"Use a whole number within the range.",
+                       OutsideRange(L"FIP VLAN ID", config.vlanId, 0, HighestVlanId));
     }
     at.part.fipVlanId = std::to_string(*vlanId);
     return Done();

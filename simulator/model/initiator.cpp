@@ -29,7 +29,7 @@ Outcome SetInitiator(Host& host, const InitiatorRecord& initiator) {
     if (initiator.name.find_first_not_of(' ') == std::string::npos ||
         initiator.name.size() > LongestIscsiName) {
         return Refused(Status::InvalidInitiatorName, L"The initiator name is not usable.",
-                       L"Give a name of 1 to 223 characters, such as iqn.2015-01.com.example:host.",
+                       L"Give a name of 1 to 223 characters, such as iqn.2015-01.com.example:a1.",
                        L"name \"" + WideFromUtf8(initiator.name) + L"\"");
     }
     host.initiator = {initiator.name, LoginOf(initiator.login)};
@@ -56,7 +56,7 @@ Outcome PingFromIscsiPort(const Viewed<IscsiPart>& at, const IscsiPingRequest& p
     result.libraryText = ping.count;
     result.received = std::to_string(replies);
     if (replies < count) {
-        return Refused(tavroapi::IscsiPingRepliesMissing, L"Not every packet was answered.",
+        return Refused(tavroapi::IscsiPingRepliesMissing, L"Some packets got no reply.",
                        L"Check the address, the cabling and the port's TCP/IP settings.",
                        WideFromUtf8(ping.address) + L": " + std::to_wstring(replies) + L" of " +
                            std::to_wstring(count) + L" replies");
@@ -71,9 +71,9 @@ Outcome ListIsnsServers(const Viewed<IscsiPart>& at, std::list<std::string>& ser
 
 Outcome AddIsnsServer(const Edited<IscsiPart>& at, const std::string& address) {
     if (std::ranges::find(at.host.isnsServers, address) != at.host.isnsServers.end()) {
-        return Refused(Status::ServerAlreadyListed,
-                       L"The iSNS server " + WideFromUtf8(address) + L" is listed already.",
-                       L"Run \"tavrocli -iscsi -isns -listall\" to see the servers.");
+        return Refused(Status::ServerAlreadyListed, L"The iSNS server is listed already.",
+                       L"Run \"tavrocli -iscsi -isns -listall\" to see the servers.",
+                       WideFromUtf8(address));
     }
     at.host.isnsServers.push_back(address);
     return Done();
@@ -81,9 +81,9 @@ Outcome AddIsnsServer(const Edited<IscsiPart>& at, const std::string& address) {
 
 Outcome RemoveIsnsServer(const Edited<IscsiPart>& at, const std::string& address) {
     if (std::erase(at.host.isnsServers, address) == 0) {
-        return Refused(Status::ServerNotListed,
-                       L"There is no iSNS server " + WideFromUtf8(address) + L".",
-                       L"Run \"tavrocli -iscsi -isns -listall\" to see the servers.");
+        return Refused(Status::ServerNotListed, L"The iSNS server is not listed.",
+                       L"Run \"tavrocli -iscsi -isns -listall\" to see the servers.",
+                       WideFromUtf8(address));
     }
     return Done();
 }

@@ -37,10 +37,10 @@ auto FindNamed(const Elements& elements, const std::string& name) {
     return found == elements.end() ? nullptr : &*found;
 }
 
-Outcome UnknownName(const wchar_t* what, const std::string& name) {
-    return Refused(Status::UnknownIdentifier,
-                   std::wstring(L"There is no ") + what + L" \"" + WideFromUtf8(name) + L"\".",
-                   L"Run \"tavrocli -showadapter\" to see this host's adapters and ports.");
+Outcome UnknownName(ErrorText message, std::wstring details) {
+    return Refused(Status::UnknownIdentifier, message,
+                   L"Run \"tavrocli -showadapter\" to see this host's adapters and ports.",
+                   std::move(details));
 }
 
 Outcome ListAdapters(const Host& host, std::list<tavroapi::AdapterRecord>& adapters) {
@@ -61,11 +61,12 @@ Outcome ListFunctions(const Host& host, const std::string& adapterName, const st
                       PortFunctions& functions) {
     const Adapter* adapter = FindNamed(host.adapters, adapterName);
     if (adapter == nullptr) {
-        return UnknownName(L"adapter", adapterName);
+        return UnknownName(L"There is no adapter of this name.", L"adapter " + Quoted(adapterName));
     }
     const Port* port = FindNamed(adapter->ports, portName);
     if (port == nullptr) {
-        return UnknownName(L"port", portName);
+        return UnknownName(L"The adapter has no port of this name.",
+                           L"adapter " + Quoted(adapterName) + L", port " + Quoted(portName));
     }
     std::vector<const Function*> ordered;
     for (const Function& function : port->functions) {

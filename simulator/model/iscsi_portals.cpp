@@ -47,18 +47,15 @@ Outcome RemovePortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& 
     IscsiStorage& storage = at.part.storage;
     const IscsiPortal portal{record.address, record.port};
     if (std::ranges::find(storage.portals, portal) == storage.portals.end()) {
-        return Refused(Status::UnknownPortal,
-                       L"The initiator knows no portal " + Quoted(record.address) +
-                           L" with the port number " + Quoted(record.port) + L".",
-                       L"Run the command with \"-portal -listall\" to see the portals.");
+        return Refused(Status::UnknownPortal, L"The initiator does not know this portal.",
+                       L"Run the command with \"-portal -listall\" to see the portals.",
+                       PortalDetails(portal));
     }
     const IscsiSession* const session = FindWhere(
         storage.sessions, [&](const IscsiSession& open) { return open.portal == portal; });
     if (session != nullptr) {
-        return Refused(
-            Status::InUse,
-            L"A session with the target " + Quoted(session->target) + L" uses the portal.",
-            L"Log out of the target first.");
+        return Refused(Status::InUse, L"The portal is in use by a session.",
+                       L"Log out of the target first.", L"target " + Quoted(session->target));
     }
     std::erase(storage.portals, portal);
     std::set<std::string> connected;

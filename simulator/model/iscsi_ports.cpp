@@ -87,9 +87,8 @@ void LetTrafficHappen(IscsiStatistics& statistics, std::uint64_t sessions) {
 Outcome ReadIscsiStatistics(const Edited<IscsiPart>& at, IscsiParameterRecord& record) {
     const IscsiHardware& hardware = at.part.hardware;
     if (hardware.driver == DriverWithoutStatistics) {
-        return Refused(Status::NoStatistics,
-                       L"The driver " + Quoted(hardware.driver) + L" keeps no statistics.",
-                       L"Use a port with another driver.");
+        return Refused(Status::NoStatistics, L"The driver has no statistics.",
+                       L"Use a port with another driver.", L"driver " + Quoted(hardware.driver));
     }
     IscsiStatistics& statistics = at.part.storage.statistics;
     LetTrafficHappen(statistics, at.part.storage.sessions.size());

@@ -36,11 +36,16 @@ const IscsiSession* FindSession(const IscsiStorage& storage, const std::string& 
 
 Outcome UnknownSession(const std::string& target, const std::string& idText) {
     const bool isAny = SessionIdFrom(idText) == 0U;
+    std::wstring details = L"target " + Quoted(target);
+    if (!isAny) {
+        details += L", session " + Quoted(idText);
+    }
     return Refused(
         Status::UnknownSession,
-        isAny ? L"There is no session with the target " + Quoted(target) + L"."
-              : L"The target " + Quoted(target) + L" has no session " + Quoted(idText) + L".",
-        L"Run the command with \"-target -listactive\" to see the targets that have sessions.");
+        isAny ? ErrorText(L"There is no session with the target.")
+              : ErrorText(L"The target has no session of this number."),
+        L"Run the command with \"-target -listactive\" to see the targets that have sessions.",
+        std::move(details));
 }
 
 Outcome ReadSession(const Viewed<IscsiPart>& at, const SessionRecord& wanted,

@@ -33,11 +33,16 @@ inline const IscsiSession* FindSessionWith(const IscsiStorage& storage, const st
                      [&](const IscsiSession& session) { return session.target == target; });
 }
 
+// A portal as details of an error name it.
+inline std::wstring PortalDetails(const IscsiPortal& portal) {
+    return L"address " + Quoted(portal.address) + L", port number " + Quoted(portal.port);
+}
+
 inline Outcome UnknownTarget(const std::string& name) {
-    return Refused(Status::UnknownIscsiTarget,
-                   L"The initiator knows no target " + Quoted(name) + L".",
-                   L"Run the command with \"-target -listall\" to see the targets. Add the "
-                   L"portal at which the target answers if it is missing.");
+    return Refused(Status::UnknownIscsiTarget, L"The initiator does not know this target.",
+                   L"Run the command with \"-target -listall\" to see the targets, or add the "
+                   L"portal of this target.",
+                   L"target " + Quoted(name));
 }
 
 }  // namespace tavrosim

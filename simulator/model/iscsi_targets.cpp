@@ -73,15 +73,15 @@ Outcome RemoveTarget(const Edited<IscsiPart>& at, const std::string& name) {
         return UnknownTarget(name);
     }
     if (FindSessionWith(storage, name) != nullptr) {
-        return Refused(Status::InUse, L"There is a session with the target " + Quoted(name) + L".",
-                       L"Log out of the target first.");
+        return Refused(Status::InUse, L"There is a session with the target.",
+                       L"Log out of the target first.", L"target " + Quoted(name));
     }
     std::erase_if(storage.targets, [&](const KnownTarget& target) { return target.name == name; });
     return Done();
 }
 
-Outcome LoginRefused(std::wstring message, std::wstring action) {
-    return Refused(Status::LoginRefused, std::move(message), std::move(action));
+Outcome LoginRefused(ErrorText message, ErrorText action, std::wstring details = {}) {
+    return Refused(Status::LoginRefused, message, action, std::move(details));
 }
 
 // Whether the names and secrets are those that the target wants.
@@ -96,12 +96,12 @@ Outcome Authenticate(const NetworkTarget& target, const LoginOptions& login) {
                             L"Log in with the option \"-onewaychap\" or \"-mutualchap\".");
     }
     if (login.targetChapName != chap.targetName) {
-        return LoginRefused(
-            L"The target does not know the target CHAP name " + Quoted(login.targetChapName) + L".",
-            L"Enter the name that is set up at the target.");
+        return LoginRefused(L"The target does not know this target CHAP name.",
+                            L"Enter the name that is set up at the target.",
+                            L"target CHAP name " + Quoted(login.targetChapName));
     }
     if (login.targetSecret != chap.targetSecret) {
-        return LoginRefused(L"The target CHAP secret is wrong.",
+        return LoginRefused(L"The target CHAP secret does not match.",
                             L"Enter the secret that is set up at the target.");
     }
     if (!isMutual) {
@@ -114,12 +114,12 @@ Outcome Authenticate(const NetworkTarget& target, const LoginOptions& login) {
                             L"Log in with the option \"-onewaychap\".");
     }
     if (login.initiatorChapName != *chap.initiatorName) {
-        return LoginRefused(L"The target does not know the initiator CHAP name " +
-                                Quoted(login.initiatorChapName) + L".",
-                            L"Enter the name that is set up at the target.");
+        return LoginRefused(L"The target does not know this initiator CHAP name.",
+                            L"Enter the name that is set up at the target.",
+                            L"initiator CHAP name " + Quoted(login.initiatorChapName));
     }
     if (login.initiatorSecret != chap.initiatorSecret) {
-        return LoginRefused(L"The initiator CHAP secret is wrong.",
+        return LoginRefused(L"The initiator CHAP secret does not match.",
                             L"Enter the secret that is set up at the target.");
     }
     return Done();
@@ -159,10 +159,9 @@ Outcome LogInToTarget(const Edited<IscsiPart>& at, const tavroapi::TargetLoginRe
     const NetworkTarget* const target = FindNetworkTarget(at.host, name);
     const IscsiPortal portal{record.portalAddress, record.portalPort};
     if (target == nullptr || std::ranges::find(target->portals, portal) == target->portals.end()) {
-        return Refused(Status::TargetUnreachable,
-                       L"No target " + Quoted(name) + L" answers at " + Quoted(portal.address) +
-                           L", port " + Quoted(portal.port) + L".",
-                       L"Check the target name, the address and the port number.");
+        return Refused(Status::TargetUnreachable, L"The target does not reply at this portal.",
+                       L"Check the target name, the address and the port number.",
+                       L"target " + Quoted(name) + L", " + PortalDetails(portal));
     }
     Outcome authenticated = Authenticate(*target, record.login);
     if (!authenticated.IsDone()) {
@@ -171,7 +170,8 @@ Outcome LogInToTarget(const Edited<IscsiPart>& at, const tavroapi::TargetLoginRe
     if (record.login.multipath == "No" && FindSessionWith(storage, name) != nullptr) {
         return LoginRefused(
             L"There is a session with the target already, and the login is not for multipath.",
-            L"Log out of the target first, or log in without the option \"-mp\".");
+            L"Log out of the target first, or log in without the option \"-mp\".",
+            L"target " + Quoted(name));
     }
     if (!isKnown) {
         storage.targets.push_back({name, portal, "Static"});

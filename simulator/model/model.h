@@ -11,6 +11,7 @@
 #include "library/text/text.h"
 #include "simulator/host/host.h"
 #include "simulator/host/lookup.h"
+#include "simulator/messages/error_texts.h"
 #include "tavroapi/operations.h"
 
 // How the model serves operations. A family of commands writes its model functions in one source
@@ -36,8 +37,8 @@
 namespace tavrosim {
 
 using tavrolib::Done;
+using tavrolib::FunctionKind;
 using tavrolib::Outcome;
-using tavrolib::Refused;
 using tavrolib::Status;
 using tavrolib::Utf8FromBytes;
 using tavrolib::WideFromUtf8;
@@ -76,6 +77,15 @@ struct OperationModel {
 std::wstring Quoted(std::string_view text);
 
 namespace detail {
+
+template <class Part>
+inline constexpr FunctionKind KindWith = FunctionKind::Any;
+template <>
+inline constexpr FunctionKind KindWith<EthernetPart> = FunctionKind::Ethernet;
+template <>
+inline constexpr FunctionKind KindWith<IscsiPart> = FunctionKind::Iscsi;
+template <>
+inline constexpr FunctionKind KindWith<FcoePart> = FunctionKind::Fcoe;
 
 // Calls `Function` with what the row wants of the host, or refuses the request.
 template <class Wanted, auto Function, class AnyHost, class... Records>

@@ -53,7 +53,7 @@ bool IsPercentage(const std::string& text) {
 }
 
 Outcome RefusePartitionValue(const std::wstring& details) {
-    return Refused(Status::InvalidPartitionValue, L"The settings hold a value that is not valid.",
+    return Refused(Status::InvalidPartitionValue, L"The settings have a value that is not valid.",
                    L"Correct the value and set them again.", details);
 }
 
@@ -164,7 +164,7 @@ Outcome WritePartitions(const Edited<Function>& at, PartitionConfig& config) {
 Outcome CheckHasPersonality(const Adapter& adapter) {
     if (adapter.type == "Ethernet" || adapter.partitionState != tavroapi::NotPartitioned) {
         return Refused(Status::PersonalityFixed, L"This port has no personality of its own.",
-                       L"Name a port of a converged adapter that is not partitioned.");
+                       L"Choose a port of a converged adapter that is not partitioned.");
     }
     return Done();
 }

@@ -49,10 +49,9 @@ bool IsUnset(const std::string& address) {
 }
 
 Outcome RefuseUsedAddress(const std::string& address, const Function& owner) {
-    return Refused(Status::AddressInUse,
-                   L"The address " + WideFromUtf8(address) + L" is in use on this host.",
-                   L"Choose another address.",
-                   L"It belongs to the function " + WideFromUtf8(KeyOf(owner)) + L".");
+    return Refused(
+        Status::AddressInUse, L"The address is in use on this host.", L"Choose another address.",
+        WideFromUtf8(address) + L" belongs to the function " + WideFromUtf8(KeyOf(owner)) + L".");
 }
 
 // An address from the pool: `pattern` and a number.

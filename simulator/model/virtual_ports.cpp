@@ -70,9 +70,9 @@ std::string FreeFcid(const FcoePart& part) {
 }
 
 Outcome UnknownVirtualPort(const std::string& portWwn) {
-    return Refused(Status::UnknownVirtualPort,
-                   L"The port has no virtual port " + Quoted(portWwn) + L".",
-                   L"Run the command with \"-getvirtualportinfo\" to see the virtual ports.");
+    return Refused(Status::UnknownVirtualPort, L"The port does not have this virtual port.",
+                   L"Run the command with \"-getvirtualportinfo\" to see the virtual ports.",
+                   L"port WWN " + Quoted(portWwn));
 }
 
 Outcome ListVirtualPorts(const Viewed<FcoePart>& at,
@@ -104,20 +104,19 @@ Outcome CreateVirtualPorts(const Edited<FcoePart>& at,
     FcoePart& part = at.part;
     for (const VirtualPortRequest& each : wanted) {
         if (NormalIdentifier(each.portWwn).size() != WwnDigits) {
-            return Refused(Status::InvalidWwn, Quoted(each.portWwn) + L" is no WWN.",
-                           L"Give 16 hexadecimal digits, such as 20:01:02:00:5E:10:00:04.");
+            return Refused(Status::InvalidWwn, L"The WWN is not valid.",
+                           L"Give 16 hexadecimal digits, such as 20:01:02:00:5E:10:00:04.",
+                           L"port WWN " + Quoted(each.portWwn));
         }
         if (IsInUse(at.host, each.portWwn)) {
-            return Refused(
-                Status::WwnInUse,
-                L"A port of this host already has the WWN " + Quoted(each.portWwn) + L".",
-                L"Choose another WWN.");
+            return Refused(Status::WwnInUse, L"The WWN is in use on this host.",
+                           L"Choose another WWN.", L"port WWN " + Quoted(each.portWwn));
         }
         const std::string fcid = FreeFcid(part);
         if (fcid.empty()) {
             return Refused(Status::NoFcidLeft,
                            L"The fabric has no address left for another virtual port.",
-                           L"Delete virtual ports that are not needed.");
+                           L"Remove superfluous virtual ports.");
         }
         part.virtualPorts.push_back({each.portWwn, part.nodeWwn, fcid});
     }

@@ -1,6 +1,7 @@
 #include "simulator/store/store.h"
 
 #include <chrono>
+#include <system_error>
 #include <utility>
 
 #include "library/json/place.h"
@@ -8,6 +9,7 @@
 #include "library/platform/file.h"
 #include "library/text/text.h"
 #include "simulator/host/host_file.h"
+#include "simulator/messages/error_texts.h"
 
 namespace tavrosim {
 namespace {
@@ -15,7 +17,6 @@ namespace {
 namespace platform = tavrolib::platform;
 using std::filesystem::path;
 using tavrolib::Done;
-using tavrolib::Refused;
 using tavrolib::ShapeError;
 using tavrolib::Status;
 using tavrolib::WideFromUtf8;
@@ -65,6 +66,15 @@ HostPlace HostPlace::FromEnvironment() {
 }
 
 Store::Store(HostPlace place) : place_(std::move(place)) {}
+
+std::wstring Store::Description() const {
+    std::error_code error;
+    if (!place_.path ||
+        status(*place_.path, error).type() == std::filesystem::file_type::not_found) {
+        return L"built-in host";
+    }
+    return L"host file \"" + platform::TextOf(*place_.path) + L"\"";
+}
 
 Outcome Store::Load() {
     host_.reset();

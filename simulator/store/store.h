@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "library/calls/outcome.h"
 #include "simulator/host/host.h"
@@ -25,6 +26,9 @@ struct HostPlace {
 class Store {
   public:
     explicit Store(HostPlace place);
+
+    // The host file in use, for the log and error details.
+    std::wstring Description() const;
 
     // Reads the host. A file that is there and cannot be read, is malformed or of the wrong shape
     // is refused with the file and the place in it named; it is never written to then.

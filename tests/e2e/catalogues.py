@@ -8,6 +8,12 @@ from program import ROOT, TESTS
 LANGUAGES = ("english", "japanese", "chinese")
 OTHERS = LANGUAGES[1:]
 ENTRY = re.compile(r'^    \{(\d+), L"((?:[^"\\]|\\.)*)"\},$', re.MULTILINE)
+# The tables of error texts; their rows hold the languages in the order above.
+LIBRARIES = ("library", "simulator")
+ERROR_TEXT_TABLES = [ROOT / library / "messages" / "error_texts.h" for library in LIBRARIES]
+TEXT = r'L"((?:[^"\\\n]|\\.)*)"'
+ERROR_ROW = re.compile(rf"^    \{{{TEXT},\n     {TEXT},\n     {TEXT}\}},$", re.MULTILINE)
+WIDE_LITERAL = re.compile(r'L"((?:[^"\\\n]|\\.|"\s+L")*)"')
 ENUMERATOR = re.compile(r"^    (\w+) = (\d+),$", re.MULTILINE)
 CHARACTERS = {
     "english": "[ -~]",
@@ -28,6 +34,19 @@ def read_texts(language):
     """The texts by their ids."""
     source = (ROOT / "library" / "messages" / f"{language}.cpp").read_text(encoding="utf-8")
     return {int(number): json.loads(f'"{text}"') for number, text in ENTRY.findall(source)}
+
+
+def read_error_texts():
+    """The rows of the error texts of all libraries, each in the order of LANGUAGES."""
+    sources = [path.read_text(encoding="utf-8") for path in ERROR_TEXT_TABLES]
+    return [[json.loads(f'"{text}"') for text in row] for source in sources for row in ERROR_ROW.findall(source)]
+
+
+def read_literals():
+    """Every wide text of the libraries' sources beside those tables, adjacent ones joined as the compiler does."""
+    paths = [path for library in LIBRARIES for path in (ROOT / library).rglob("*.[ch]*") if path not in ERROR_TEXT_TABLES]
+    return {json.loads('"' + re.sub(r'"\s+L"', "", literal) + '"')
+            for path in paths for literal in WIDE_LITERAL.findall(path.read_text(encoding="utf-8"))}
 
 
 def read_names():

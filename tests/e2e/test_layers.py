@@ -18,11 +18,12 @@ FAMILY = ADAPTERS | {"adapters"}
 # The ground floor of every library, and on it the simulator.
 TEXT = {"library/text"}
 RECORDS = TEXT | {"library/json", CONTRACT}
-CALLS = RECORDS | {"library/records"}
+CALLS = RECORDS | {"library/records", "library/messages"}
 JOURNAL = CALLS | {"library/calls", "library/platform"}
-LIBRARY = JOURNAL | {"library/journal", "library/messages", "library/session"}
+LIBRARY = JOURNAL | {"library/journal", "library/session"}
 HOST = TEXT | {"library/json", CONTRACT}
-MODEL = CALLS | {"library/calls", "simulator/host"}
+WORDS = CALLS | {"library/calls"}
+MODEL = WORDS | {"simulator/host", "simulator/messages"}
 ROOMS = {
     CONTRACT: set(),
     "library/text": set(),
@@ -34,10 +35,11 @@ ROOMS = {
     "library/journal": JOURNAL,
     "library/session": LIBRARY,
     "simulator/host": HOST,
-    "simulator/script": CALLS | {"library/calls"},
+    "simulator/messages": WORDS,
+    "simulator/script": WORDS,
     "simulator/store": MODEL | {"library/platform"},
     "simulator/model": MODEL,
-    "simulator": LIBRARY | {f"simulator/{room}" for room in ("host", "script", "store", "model")},
+    "simulator": LIBRARY | {f"simulator/{room}" for room in ("host", "messages", "script", "store", "model")},
     "platform": set(),
     "console": CONSOLE,
     "mgmt": MGMT,

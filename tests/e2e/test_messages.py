@@ -1,4 +1,4 @@
-"""The wording of the simulator's messages: no text is written down here a second time; what is tested holds for
+"""The wording of the libraries' messages and error texts: no text is written down here a second time; what is tested holds for
 every text in every language."""
 
 import itertools
@@ -13,6 +13,10 @@ from catalogues import LANGUAGES, OTHERS
 TEXTS = {language: catalogues.read_texts(language) for language in LANGUAGES}
 ENGLISH = TEXTS["english"]
 NAMES = catalogues.read_names()
+ERROR_ROWS = catalogues.read_error_texts()
+ERROR_TEXTS = dict(zip(LANGUAGES, zip(*ERROR_ROWS)))
+# All that is said in a language.
+SAID = {language: [*TEXTS[language].values(), *ERROR_TEXTS[language]] for language in LANGUAGES}
 # Words that have no capital in a label, and one that has it everywhere.
 OF_EITHER_KIND = {"with", "from", "since", "Ethernet"}
 # Messages whose names tell their place and not what they say.
@@ -53,6 +57,53 @@ def test_a_translation_has_the_terms_keys_numbers_and_punctuation_of_the_english
                  for fault in catalogues.pair_faults(ENGLISH[number], text, language)])
 
 
+@pytest.mark.parametrize("path", catalogues.ERROR_TEXT_TABLES, ids=lambda path: path.parent.parent.name)
+def test_every_error_text_is_read(path):
+    assert path.read_text(encoding="utf-8").count('L"') == 3 * len(
+        catalogues.ERROR_ROW.findall(path.read_text(encoding="utf-8"))) > 0
+
+
+def test_every_error_text_is_used():
+    """That none is missing is the compiler's to see."""
+    assert [row[0] for row in ERROR_ROWS if row[0] not in catalogues.read_literals()] == []
+
+
+@pytest.mark.parametrize("language", LANGUAGES)
+def test_characters_blanks_and_punctuation_of_error_texts(language):
+    assert_none([f"{language} {text!r}: {fault}" for text in ERROR_TEXTS[language]
+                 for fault in catalogues.form_faults(text, language)])
+
+
+@pytest.mark.parametrize("language", OTHERS)
+def test_translated_error_texts_have_the_terms_keys_numbers_and_punctuation_of_the_english_ones(language):
+    assert_none([f"{language} {text!r}: {fault}" for english, text in zip(ERROR_TEXTS["english"], ERROR_TEXTS[language])
+                 for fault in catalogues.pair_faults(english, text, language)])
+
+
+@pytest.mark.parametrize("language", OTHERS)
+def test_different_error_texts_are_translated_differently(language):
+    """And one that several libraries say is translated once."""
+    translations = dict(zip(ERROR_TEXTS["english"], ERROR_TEXTS[language]))
+    assert_none([f"{english!r} is {text!r}, and {translations[english]!r}"
+                 for english, text in zip(ERROR_TEXTS["english"], ERROR_TEXTS[language]) if translations[english] != text])
+    assert len(set(translations.values())) == len(translations)
+
+
+def test_english_error_texts_are_sentences():
+    assert_none([f"{text!r} is no sentence" for text in ERROR_TEXTS["english"]
+                 if not re.match("[A-Z]", text) or not text.endswith(".") or english_kind(text) not in ("sentence", "either")])
+
+
+@pytest.mark.parametrize("language", OTHERS)
+def test_exchanged_error_texts_are_noticed(language):
+    """The tests above would notice it, in nearly every case, if two neighbours of one language changed places."""
+    unnoticed = [one for (one_english, one), (other_english, other) in itertools.pairwise(
+                     zip(ERROR_TEXTS["english"], ERROR_TEXTS[language]))
+                 if not list(catalogues.pair_faults(one_english, other, language))
+                 and not list(catalogues.pair_faults(other_english, one, language))]
+    assert len(unnoticed) <= len(ERROR_ROWS) // 20, unnoticed
+
+
 @pytest.mark.parametrize("language", OTHERS)
 def test_what_is_the_same_in_english_is_the_same_in_a_translation_and_the_other_way_round(language):
     """Apart from capitals, the plural, and a genitive: "Target CHAP name", "CHAP name of the target"."""
@@ -73,7 +124,7 @@ def test_what_is_the_same_in_english_is_the_same_in_a_translation_and_the_other_
 def test_english_words_stand_in_a_dictionary():
     """Debian's, or the list of our own."""
     known = catalogues.COMMON_TERMS | catalogues.ENGLISH_WORDS
-    words = {word for text in ENGLISH.values() for word in catalogues.latin_words(text)}
+    words = {word for text in SAID["english"] for word in catalogues.latin_words(text)}
     checked = {part for word in words - known - {word.lower() for word in known}
                for part in word.split("-") if part.lower() not in {each.lower() for each in known}}
     assert len(checked) > 400, "the words are not found in the texts"
@@ -83,14 +134,14 @@ def test_english_words_stand_in_a_dictionary():
 
 
 def test_every_word_of_our_own_list_is_used():
-    used = {word.lower() for text in ENGLISH.values() for word in catalogues.latin_words(text)}
+    used = {word.lower() for text in SAID["english"] for word in catalogues.latin_words(text)}
     assert sorted(word for word in catalogues.COMMON_TERMS | catalogues.ENGLISH_WORDS if word.lower() not in used) == []
 
 
 @pytest.mark.parametrize("language", LANGUAGES)
 def test_every_line_of_the_glossary_is_used(language):
     column = LANGUAGES.index(language)
-    used = {word for text in TEXTS[language].values() for word, _ in catalogues.GLOSSARY.find(text, column)}
+    used = {word for text in SAID[language] for word, _ in catalogues.GLOSSARY.find(text, column)}
     terms = catalogues.GLOSSARY.terms[column]
     assert sorted(set(terms) - used) == []
 

@@ -1,4 +1,4 @@
-"""The version that the program tells, and that Windows tells of it, is the same everywhere."""
+"""The version that the program tells, and that Windows and the simulator tell, is the same everywhere."""
 
 import re
 import struct
@@ -33,6 +33,28 @@ def test_the_sources_agree():
     numbers = re.findall(r"(?:FILE|PRODUCT)VERSION ([\d, ]*\d)", script)
     found += [re.sub(", ?", ".", number) for number in numbers]
     assert found == [VERSION] * 7
+
+
+def test_the_log_begins_with_the_simulator_its_version_and_the_host_file(sandbox):
+    log = sandbox.work / "tavrocli.log"
+    sandbox.write_script(None)
+    sandbox.run(["-about", "-debug"])
+    first = log.read_text(encoding="utf-8").splitlines()
+    assert re.fullmatch(rf"\S+ \S+ UTC  Simulator {VERSION}, built-in host", first[0])
+    sandbox.host.write_text('{"name": "small", "adapters": []}', encoding="utf-8")
+    sandbox.run(["-about", "-debug"])
+    second = log.read_text(encoding="utf-8").splitlines()[len(first):]
+    assert second[0].endswith(f'  Simulator {VERSION}, host file "{sandbox.platform.path(sandbox.host)}"')
+    assert " Initialize debug 1 " in second[1]
+
+
+def test_the_details_of_a_failed_initialization_name_the_simulator_its_version_and_the_host_file(sandbox):
+    sandbox.write_script(None)
+    host = sandbox.platform.path(sandbox.host)
+    sandbox.host.write_text('{"name": 5, "adapters": []}', encoding="utf-8")
+    result = sandbox.run(["-showadapter"])
+    details = f'Details: [{host}: name: a text is wanted, not a number; Simulator {VERSION}, host file "{host}"]'
+    assert result.output.decode().splitlines().count(details) == 2, result.output.decode()
 
 
 @pytest.mark.platforms("windows")

@@ -12,6 +12,8 @@ class SampleProvider : public tavrolib::Provider {
   public:
     std::string EnvironmentPrefix() const override { return SamplePrefix; }
 
+    std::wstring Description() const override { return SampleDescription; }
+
     Outcome Configure() override {
         sample_.asked.emplace_back("configure");
         return sample_.configured;

@@ -22,6 +22,16 @@ struct Sample {
     static Sample& Instance();
 };
 
+// The words of the sample's refusals.
+inline constexpr tavrolib::ErrorTextRow SampleErrorTexts[] = {
+    {L"Message.", L"理由。", L"原因。"},
+    {L"Action.", L"対処。", L"措施。"},
+};
+inline constexpr tavrolib::Refuser<SampleErrorTexts> RefusedBySample;
+
+// What the sample says of itself; the line end has no place in a log.
+inline constexpr const wchar_t* SampleDescription = L"Sample 1.0,\nhost 日本";
+
 // What the names of the sample's environment variables begin with.
 inline constexpr const char* SamplePrefix = "TAVRO_SAMPLE_";
 

@@ -10,6 +10,8 @@
 #include <map>
 
 #include "library/session/session.h"
+#include "library/session/version.h"
+#include "library/text/text.h"
 #include "tavroapi/described_operations.h"
 #include "unit/library/support.h"
 
@@ -37,11 +39,19 @@ std::string UtcNow() {
 }
 
 // The lines of the log without their times.
-std::vector<std::string> LinesWithoutTime() {
+std::vector<std::string> AllLinesWithoutTime() {
     std::vector<std::string> lines = tavrolib_test::Lines(LogFile);
     for (std::string& line : lines) {
         line.erase(0, TimeLength);
     }
+    return lines;
+}
+
+// The lines of the calls: all but the first.
+std::vector<std::string> LinesWithoutTime() {
+    std::vector<std::string> lines = AllLinesWithoutTime();
+    EXPECT_FALSE(lines.empty());
+    lines.erase(lines.begin());
     return lines;
 }
 
@@ -154,6 +164,24 @@ TEST_F(LogTest, AFailureHasItsMessageAndDetails) {
                     "GetPartitionState: status 5"));
 }
 
+TEST_F(LogTest, TheFirstLineTellsWhatIsSimulated) {
+    const std::string simulator = "Simulator " + tavrolib::Utf8FromWide(tavrolib::LibraryVersion);
+    session_.Initialize(1, &EnglishLocale);
+    const Variable noScript("TAVROSIM_SCRIPT", "");
+    session_.Initialize(1, &EnglishLocale);
+    tavrolib_test::Write("host.json", R"({"name": "small", "adapters": []})");
+    session_.Initialize(1, &EnglishLocale);
+    const Variable script("TAVROSIM_SCRIPT", "answers");
+    tavrolib_test::Write("answers", R"({"answers": []})");
+    session_.Initialize(1, &EnglishLocale);
+    const std::string initialized = R"(Initialize debug 1 locale "en_US.UTF-8": status 0)";
+    EXPECT_THAT(
+        AllLinesWithoutTime(),
+        ElementsAre(simulator + R"(, script "script")", initialized, simulator + ", built-in host",
+                    initialized, simulator + R"(, host file "host.json")", initialized,
+                    simulator + R"(, host file "host.json", script "answers")", initialized));
+}
+
 TEST_F(LogTest, ALineBeginsWithItsTimeInUtc) {
     const std::string before = UtcNow();
     session_.Initialize(1, &EnglishLocale);
@@ -163,7 +191,7 @@ TEST_F(LogTest, ALineBeginsWithItsTimeInUtc) {
     EXPECT_LE(line.substr(0, SecondsLength), after);
     EXPECT_EQ(line.substr(SecondsLength, 1), ".");
     EXPECT_EQ(line.substr(SecondsLength + 1, 3).find_first_not_of("0123456789"), std::string::npos);
-    EXPECT_EQ(line.substr(SecondsLength + 4), " UTC  " + LinesWithoutTime().at(0));
+    EXPECT_EQ(line.substr(SecondsLength + 4), " UTC  " + AllLinesWithoutTime().at(0));
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ TEST_F(OpenFilesTest, UninitializeClosesTheLogAndTheTrace) {
     EXPECT_FALSE(IsOpen("trace"));
     EXPECT_FALSE(IsOpen("tavrocli.log"));
     EXPECT_EQ(tavrolib_test::Lines("trace").size(), 2U);
-    EXPECT_EQ(tavrolib_test::Lines("tavrocli.log").size(), 2U);
+    EXPECT_EQ(tavrolib_test::Lines("tavrocli.log").size(), 3U);
 }
 
 TEST_F(OpenFilesTest, ACallAfterTheEndIsTracedAllTheSame) {

@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "library/session/version.h"
 #include "unit/library/support.h"
 
 namespace tavrosim {
@@ -115,16 +116,18 @@ TEST_F(SessionTest, UnknownThingsAreRefusedWithAReason) {
     const std::string unknown = "02-00-5E-99-99-99";
     std::wstring state;
     EXPECT_NE(session_.DoOperation(ReadAdapterState, &unknown, nullptr, &state), 0U);
-    EXPECT_NE(LastError().message.find(L"02-00-5E-99-99-99"), std::wstring::npos);
+    EXPECT_EQ(LastError().message, L"No function of this host has this identifier.");
+    EXPECT_EQ(LastError().details, L"MAC or port WWN \"02-00-5E-99-99-99\"");
     EXPECT_FALSE(LastError().action.empty());
     EXPECT_NE(session_.DoOperation(12345, &unknown, nullptr, nullptr), 0U);
-    EXPECT_NE(LastError().message.find(L"12345"), std::wstring::npos);
+    EXPECT_EQ(LastError().details, L"operation 12345");
     const std::string adapter = "Tavro CNA 4610K";
     const std::string port = "Port 9";
     std::list<tavroapi::FunctionAddress> addresses;
     std::list<tavroapi::FunctionIdentity> identities;
     EXPECT_NE(session_.GetPortWWNs(&adapter, &port, &addresses, &identities), 0U);
-    EXPECT_NE(LastError().message.find(L"Port 9"), std::wstring::npos);
+    EXPECT_EQ(LastError().message, L"The adapter has no port of this name.");
+    EXPECT_EQ(LastError().details, L"adapter \"Tavro CNA 4610K\", port \"Port 9\"");
 }
 
 TEST_F(SessionTest, WithoutInitializeTheModelRefuses) {
@@ -221,7 +224,9 @@ TEST_F(SessionTest, UnusableFilesFailInitializeWithTheirPlace) {
         const Variable script("TAVROSIM_SCRIPT", "script");
         EXPECT_NE(session_.Initialize(0, &EnglishLocale), 0U);
         EXPECT_EQ(LastError().details,
-                  L"script: answers[0].output: a text is wanted, not a number");
+                  L"script: answers[0].output: a text is wanted, not a number; Simulator " +
+                      std::wstring(tavrolib::LibraryVersion) +
+                      L", built-in host, script \"script\"");
     }
     {
         const Variable script("TAVROSIM_SCRIPT", "missing");
@@ -235,7 +240,9 @@ TEST_F(SessionTest, UnusableFilesFailInitializeWithTheirPlace) {
     }
     tavrolib_test::Write("host.json", "{\n \"name\": \"h\",\n}");
     EXPECT_NE(session_.Initialize(0, &EnglishLocale), 0U);
-    EXPECT_NE(LastError().details.find(L"host.json: line 3, column 1: "), std::wstring::npos);
+    EXPECT_TRUE(LastError().details.starts_with(L"host.json: line 3, column 1: "));
+    EXPECT_TRUE(LastError().details.ends_with(
+        L"; Simulator " + std::wstring(tavrolib::LibraryVersion) + L", host file \"host.json\""));
     std::string name;
     EXPECT_NE(session_.GetHostName(&name), 0U);
 }
@@ -299,15 +306,16 @@ TEST_F(SessionTest, LogIsWrittenOnlyWhenDebuggingAndAppended) {
     session_.DoOperation(ReadAdapterState, &key, nullptr, &state);
     session_.Uninitialize();
     const auto lines = tavrolib_test::Lines("tavrocli.log");
-    ASSERT_EQ(lines.size(), 4U);
+    ASSERT_EQ(lines.size(), 5U);
     EXPECT_EQ(lines[0], "before");
-    EXPECT_NE(lines[1].find("Initialize debug 1 locale \"en_US.UTF-8\": status 0"),
+    EXPECT_NE(lines[1].find("Simulator"), std::string::npos);
+    EXPECT_NE(lines[2].find("Initialize debug 1 locale \"en_US.UTF-8\": status 0"),
               std::string::npos);
     EXPECT_NE(
-        lines[2].find("DoOperation ReadAdapterState 70 request \"02-00-5E-99-99-99.\": status "),
+        lines[3].find("DoOperation ReadAdapterState 70 request \"02-00-5E-99-99-99.\": status "),
         std::string::npos)
-        << lines[2];
-    EXPECT_NE(lines[2].find("No function of this host"), std::string::npos) << lines[2];
+        << lines[3];
+    EXPECT_NE(lines[3].find("No function of this host"), std::string::npos) << lines[3];
 }
 
 TEST_F(SessionTest, ALogThatCannotBeOpenedIsIgnored) {

@@ -4,6 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <tuple>
+
 #include "unit/library/sample_provider.h"
 #include "unit/library/support.h"
 
@@ -25,7 +28,7 @@ std::uint32_t Number(Status status) {
 }
 
 Outcome Refusal(std::uint32_t status) {
-    return Refused(status, L"message", L"action", L"details");
+    return tavrolib_test::RefusedBySample(status, L"Message.", L"Action.", L"details");
 }
 
 class SessionTest : public testing::Test {
@@ -117,7 +120,8 @@ TEST_F(SessionTest, ACallThatLacksAnArgumentIsNotServed) {
     std::list<tavroapi::FunctionAddress> addresses;
     const auto lacks = [this](std::uint32_t status, const std::wstring& what) {
         EXPECT_EQ(status, Number(Status::MissingArgument));
-        EXPECT_EQ(LastError().message, L"The call has no " + what + L".");
+        EXPECT_EQ(LastError().message, L"The call lacks an argument.");
+        EXPECT_EQ(LastError().details, what);
     };
     lacks(session_.GetHostName(nullptr), L"host name");
     lacks(session_.GetDiscoveredAdapters(nullptr), L"adapter list");
@@ -129,7 +133,7 @@ TEST_F(SessionTest, ACallThatLacksAnArgumentIsNotServed) {
     lacks(session_.DoOperation(AddPortal, &name_, nullptr, nullptr), L"input record");
     EXPECT_EQ(session_.DoOperation(12345, nullptr, nullptr, nullptr),
               Number(Status::UnknownOperation));
-    EXPECT_NE(LastError().message.find(L"12345"), std::wstring::npos);
+    EXPECT_EQ(LastError().details, L"operation 12345");
     for (const std::string& asked : Asked()) {
         EXPECT_FALSE(asked.starts_with("serve")) << asked;
     }
@@ -152,7 +156,73 @@ TEST_F(SessionTest, AnUnusableTraceFailsInitializeAndNamesTheVariable) {
     const Variable trace("TAVRO_SAMPLE_TRACE", (folder_ / "no folder").string() + "/trace");
     EXPECT_EQ(session_.Initialize(0, &EnglishLocale), Number(Status::TraceUnusable));
     EXPECT_THAT(Asked(), ElementsAre("intercept Initialize"));
-    EXPECT_EQ(LastError().action, L"Correct the file name in TAVRO_SAMPLE_TRACE.");
+    EXPECT_TRUE(LastError().details.starts_with(L"TAVRO_SAMPLE_TRACE: "))
+        << LastError().details.size();
+}
+
+TEST_F(SessionTest, AnErrorIsToldInTheLanguageOfTheSession) {
+    sample_.served = Refusal(5);
+    for (const auto& [locale, message, action] :
+         {std::tuple{EnglishLocale, L"Message.", L"Action."},
+          std::tuple{std::wstring(L"ja_JP.UTF-8"), L"理由。", L"対処。"},
+          std::tuple{std::wstring(L"zh_CN.UTF-8"), L"原因。", L"措施。"}}) {
+        ASSERT_EQ(session_.Initialize(0, &locale), 0U);
+        session_.GetHostName(&name_);
+        EXPECT_EQ(LastError().message, message);
+        EXPECT_EQ(LastError().action, action);
+        EXPECT_EQ(LastError().details, L"details");
+    }
+}
+
+TEST_F(SessionTest, AnErrorBeforeInitializeIsInEnglish) {
+    session_.GetHostName(&name_);
+    EXPECT_EQ(LastError().message, L"The management library is not initialized.");
+}
+
+TEST_F(SessionTest, AFailedInitializeTellsItsErrorInTheLanguageThatItWasGiven) {
+    sample_.opened = Refusal(12);
+    const std::wstring japanese = L"Japanese_Japan.932";
+    EXPECT_EQ(session_.Initialize(0, &japanese), 12U);
+    EXPECT_EQ(LastError().message, L"理由。");
+}
+
+TEST_F(SessionTest, AnErrorInItsOwnWordsStaysAsItIs) {
+    sample_.intercepted = Done();
+    const std::wstring chinese = L"zh-CN";
+    ASSERT_EQ(session_.Initialize(0, &chinese), 0U);
+    sample_.intercepted->status = 3;
+    sample_.intercepted->error = tavroapi::ErrorRecord{3, L"Broken.", L"Wait.", L"More.", L"state"};
+    EXPECT_EQ(session_.GetHostName(&name_), 3U);
+    sample_.intercepted.reset();
+    EXPECT_EQ(LastError().message, L"Broken.");
+    EXPECT_EQ(LastError().action, L"Wait.");
+    EXPECT_EQ(LastError().additional, L"More.");
+    EXPECT_EQ(LastError().details, L"state");
+}
+
+TEST_F(SessionTest, AFailedInitializeSaysWhatTheLibraryIs) {
+    sample_.opened = Refusal(12);
+    EXPECT_EQ(session_.Initialize(0, &EnglishLocale), 12U);
+    EXPECT_EQ(LastError().details, L"details; " + std::wstring(tavrolib_test::SampleDescription));
+    sample_.opened = tavrolib_test::RefusedBySample(12, L"Message.", L"Action.");
+    EXPECT_EQ(session_.Initialize(0, &EnglishLocale), 12U);
+    EXPECT_EQ(LastError().details, tavrolib_test::SampleDescription);
+}
+
+TEST_F(SessionTest, TheLogBeginsWithWhatTheLibraryIs) {
+    const std::filesystem::path former = std::filesystem::current_path();
+    std::filesystem::current_path(folder_ / "");
+    sample_.served = Refusal(5);
+    const std::wstring japanese = L"ja_JP.UTF-8";
+    EXPECT_EQ(session_.Initialize(1, &japanese), 0U);
+    session_.GetHostName(&name_);
+    session_.Uninitialize();
+    const std::vector<std::string> lines = tavrolib_test::Lines("tavrocli.log");
+    std::filesystem::current_path(former);
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_TRUE(lines[0].ends_with(" UTC  Sample 1.0,.host \xE6\x97\xA5\xE6\x9C\xAC")) << lines[0];
+    EXPECT_TRUE(lines[2].ends_with("  GetHostName: status 5, \"Message.\" [\"details\"]"))
+        << "the log is in English: " << lines[2];
 }
 
 TEST_F(SessionTest, MessagesAreThoseOfTheLanguageAndKeepTheLastError) {

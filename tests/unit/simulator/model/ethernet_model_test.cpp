@@ -146,22 +146,24 @@ TEST_F(EthernetModel, ValuesThatDoNotFitAreRefusedWithAReason) {
         std::size_t number;
         const char* value;
         const wchar_t* action;
+        const wchar_t* allowed = L"";
     };
     constexpr const wchar_t* Choice = L"Set it to one of its choices.";
-    constexpr const wchar_t* Buffers = L"Set it to a multiple of 8 from 64 to 4096.";
+    constexpr const wchar_t* Buffers = L"Set it to a multiple of its step within its range.";
+    constexpr const wchar_t* BufferRange = L", range 64 to 4096, step 8";
     constexpr const wchar_t* Address =
         L"Set it to 0, or to a locally administered unicast address such as 02-00-5E-00-00-01.";
-    for (const auto& [number, value, action] : {
+    for (const auto& [number, value, action, allowed] : {
              Refusal{14, "disabled", Choice},
              Refusal{14, "", Choice},
-             Refusal{10, "56", Buffers},
-             Refusal{10, "4104", Buffers},
-             Refusal{10, "65", Buffers},
-             Refusal{10, "512 buffers", Buffers},
-             Refusal{10, " 512", Buffers},
-             Refusal{10, "", Buffers},
-             Refusal{10, "-64", Buffers},
-             Refusal{10, "99999999999", Buffers},
+             Refusal{10, "56", Buffers, BufferRange},
+             Refusal{10, "4104", Buffers, BufferRange},
+             Refusal{10, "65", Buffers, BufferRange},
+             Refusal{10, "512 buffers", Buffers, BufferRange},
+             Refusal{10, " 512", Buffers, BufferRange},
+             Refusal{10, "", Buffers, BufferRange},
+             Refusal{10, "-64", Buffers, BufferRange},
+             Refusal{10, "99999999999", Buffers, BufferRange},
              Refusal{0, "", Address},
              Refusal{0, "Not Present", Address},
              Refusal{0, "01-00-5E-00-00-01", Address},
@@ -175,11 +177,11 @@ TEST_F(EthernetModel, ValuesThatDoNotFitAreRefusedWithAReason) {
         EXPECT_EQ(outcome.status, 37440U) << value;
         ASSERT_TRUE(outcome.error.has_value());
         EXPECT_EQ(outcome.error->code, 37440U);
-        EXPECT_EQ(outcome.error->message,
-                  L"A setting cannot have the value \"" +
-                      std::wstring(value, value + std::string(value).size()) + L"\".");
+        EXPECT_EQ(outcome.error->message, L"The setting cannot have this value.");
         EXPECT_EQ(outcome.error->action, action);
-        EXPECT_EQ(outcome.error->details, L"setting " + std::to_wstring(number));
+        EXPECT_EQ(outcome.error->details,
+                  L"setting " + std::to_wstring(number) + L", value \"" +
+                      std::wstring(value, value + std::string(value).size()) + L"\"" + allowed);
         EXPECT_EQ(ValueOf(number), before);
     }
 }

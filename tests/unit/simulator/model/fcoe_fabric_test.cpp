@@ -114,11 +114,12 @@ TEST_F(VirtualPorts, AreRefusedWithReasons) {
     const Outcome invalid = Create("02-00-5E-10-00-04");
     EXPECT_EQ(invalid.status, static_cast<std::uint32_t>(Status::InvalidWwn));
     ASSERT_TRUE(invalid.error.has_value());
-    EXPECT_EQ(invalid.error->message, L"\"02-00-5E-10-00-04\" is no WWN.");
+    EXPECT_EQ(invalid.error->message, L"The WWN is not valid.");
+    EXPECT_EQ(invalid.error->details, L"port WWN \"02-00-5E-10-00-04\"");
     const Outcome taken = Create("10-00-02-00-5e-10-00-04");
     EXPECT_EQ(taken.status, static_cast<std::uint32_t>(Status::WwnInUse));
-    EXPECT_EQ(taken.error->message,
-              L"A port of this host already has the WWN \"10-00-02-00-5e-10-00-04\".");
+    EXPECT_EQ(taken.error->message, L"The WWN is in use on this host.");
+    EXPECT_EQ(taken.error->details, L"port WWN \"10-00-02-00-5e-10-00-04\"");
     EXPECT_EQ(taken.error->action, L"Choose another WWN.");
 }
 

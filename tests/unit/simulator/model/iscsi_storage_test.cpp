@@ -240,9 +240,9 @@ TEST_F(IscsiStorageModel, AGuardedTargetWantsTheNameAndTheSecret) {
     AddPortal("192.0.2.20");
     EXPECT_EQ(MessageOf(LogIn("guarded", "192.0.2.20")), L"The target wants CHAP authentication.");
     EXPECT_EQ(MessageOf(LogIn("guarded", "192.0.2.20", OneWay("other", "secret-secret"))),
-              L"The target does not know the target CHAP name \"other\".");
+              L"The target does not know this target CHAP name.");
     EXPECT_EQ(MessageOf(LogIn("guarded", "192.0.2.20", OneWay("user", "wrong-secret"))),
-              L"The target CHAP secret is wrong.");
+              L"The target CHAP secret does not match.");
     EXPECT_EQ(MessageOf(LogIn("guarded", "192.0.2.20", Mutual("host", "another-secret"))),
               L"The target does not offer mutual CHAP authentication.");
     EXPECT_EQ(Session("guarded", "0"), "");
@@ -255,9 +255,9 @@ TEST_F(IscsiStorageModel, AMutualTargetWantsBothNamesAndSecrets) {
     EXPECT_EQ(MessageOf(LogIn("mutual", "2001:db8::20", OneWay("user", "secret-secret"))),
               L"The target wants mutual CHAP authentication.");
     EXPECT_EQ(MessageOf(LogIn("mutual", "2001:db8::20", Mutual("other", "another-secret"))),
-              L"The target does not know the initiator CHAP name \"other\".");
+              L"The target does not know this initiator CHAP name.");
     EXPECT_EQ(MessageOf(LogIn("mutual", "2001:db8::20", Mutual("host", "wrong-secret"))),
-              L"The initiator CHAP secret is wrong.");
+              L"The initiator CHAP secret does not match.");
     EXPECT_TRUE(LogIn("mutual", "2001:db8::20", Mutual("host", "another-secret")).IsDone());
 }
 

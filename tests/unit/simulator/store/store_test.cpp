@@ -9,6 +9,7 @@
 
 #include "library/platform/file.h"
 #include "simulator/host/host_file.h"
+#include "simulator/messages/error_texts.h"
 #include "unit/library/support.h"
 
 namespace tavrosim {
@@ -17,7 +18,6 @@ namespace {
 namespace platform = tavrolib::platform;
 using tavrolib::Done;
 using tavrolib::Outcome;
-using tavrolib::Refused;
 using tavrolib::Status;
 using tavrolib_test::Folder;
 using tavrolib_test::Variable;
@@ -74,7 +74,7 @@ TEST_F(StoreTest, ARefusedChangeWritesNothing) {
     ASSERT_TRUE(store.Load().IsDone());
     const Outcome outcome = store.Change([](Host& host) {
         host.name = "changed";
-        return Refused(77, L"no", L"");
+        return Refused(77, L"This setting cannot be changed.", L"Leave it as it is.");
     });
     EXPECT_EQ(outcome.status, 77U);
     EXPECT_EQ(store.Current().name, DefaultHost().name);

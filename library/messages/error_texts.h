@@ -1,0 +1,60 @@
+#pragma once
+
+#include "library/messages/error_text.h"
+
+namespace tavrolib {
+
+// What the errors that every library gives in the same words say.
+// clang-format off
+inline constexpr ErrorTextRow CommonErrorTexts[] = {
+    // The library and its callers.
+    {L"The management library is not initialized.",
+     L"管理ライブラリーが初期化されていません。",
+     L"管理库尚未初始化。"},
+    {L"The call lacks an argument.",
+     L"呼び出しの引数が足りません。",
+     L"调用缺少参数。"},
+    {L"This is an error of the calling program.",
+     L"呼び出し元のプログラムのエラーです。",
+     L"这是调用程序的错误。"},
+    {L"This operation is not available.",
+     L"この操作は使用できません。",
+     L"此操作不可用。"},
+    {L"Use a management library that has this operation.",
+     L"この操作を備えた管理ライブラリーを使用してください。",
+     L"请使用具有此操作的管理库。"},
+    {L"The management library failed.",
+     L"管理ライブラリーの処理が失敗しました。",
+     L"管理库处理失败。"},
+    {L"Try again.",
+     L"もう一度実行してください。",
+     L"请重试。"},
+    {L"The trace of calls cannot be written.",
+     L"呼び出しのトレースを書き込めません。",
+     L"无法写入调用跟踪。"},
+    {L"Name a file for the trace that can be written.",
+     L"トレースに、書き込めるファイルの名前を指定してください。",
+     L"请为跟踪指定可写入的文件的名称。"},
+
+    // The functions of the host.
+    {L"No function of this host has this identifier.",
+     L"この識別子を持つファンクションは、このホストにありません。",
+     L"本主机没有具有此标识符的功能。"},
+    {L"No Ethernet function of this host has this MAC.",
+     L"この MAC を持つ Ethernet ファンクションは、このホストにありません。",
+     L"本主机没有具有此 MAC 的 Ethernet 功能。"},
+    {L"No iSCSI function of this host has this MAC.",
+     L"この MAC を持つ iSCSI ファンクションは、このホストにありません。",
+     L"本主机没有具有此 MAC 的 iSCSI 功能。"},
+    {L"No FCoE function of this host has this port WWN.",
+     L"このポート WWN を持つ FCoE ファンクションは、このホストにありません。",
+     L"本主机没有具有此端口 WWN 的 FCoE 功能。"},
+    {L"Run \"tavrocli -showadapter\" to see the identifiers of this host's functions.",
+     L"このホストのファンクションの識別子は「tavrocli -showadapter」で表示できます。",
+     L"运行“tavrocli -showadapter”可查看本主机各功能的标识符。"},
+};
+// clang-format on
+
+static_assert(AreCompleteAndUnique(CommonErrorTexts));
+
+}  // namespace tavrolib
