@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "simulator/host/member.h"
@@ -78,7 +79,7 @@ struct FcoeBootEntry {
 struct FcoeBoot {
     std::string state = "Disabled";
     std::string fabricDiscovery = "Disabled";
-    std::string codeVersion = "5.2.3";
+    std::optional<std::string> codeVersion;  // stands with the hardware now
     std::uint32_t busyRetries = 30;
     std::uint32_t linkUpDelay = 15;
     std::uint32_t loginRetries = 3;
@@ -87,7 +88,7 @@ struct FcoeBoot {
     static constexpr auto Members(auto visit) {
         return visit(Member{"state", &FcoeBoot::state},
                      Member{"fabricDiscovery", &FcoeBoot::fabricDiscovery},
-                     Member{"codeVersion", &FcoeBoot::codeVersion},
+                     Member{"codeVersion", &FcoeBoot::codeVersion, Presence::Former},
                      Member{"busyRetries", &FcoeBoot::busyRetries},
                      Member{"linkUpDelay", &FcoeBoot::linkUpDelay},
                      Member{"loginRetries", &FcoeBoot::loginRetries},

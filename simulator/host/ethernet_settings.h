@@ -6,10 +6,13 @@
 
 namespace tavrosim {
 
+// The speed setting of a function that leaves the choice to its port.
+inline constexpr const char* FastestSpeed = "Auto Negotiation";
+
 // The values of the adapter settings of an Ethernet function. "NA" is a setting that the adapter
 // does not have.
 struct EthernetSettings {
-    std::string speed = "Auto Negotiation";
+    std::string speed = FastestSpeed;
     std::string flowControl = "Rx & Tx Enabled";
     std::string priorityAndVlan = "Priority & VLAN Enabled";
     std::string interruptModeration = "Enabled";

@@ -8,34 +8,10 @@
 #include "simulator/host/boot.h"
 #include "simulator/host/dcb.h"
 #include "simulator/host/fcoe_statistics.h"
+#include "simulator/host/hardware.h"
 #include "simulator/host/member.h"
 
 namespace tavrosim {
-
-// The driver and the hardware of an FCoE function.
-struct FcoeHardware {
-    std::string driver = "tavrof";
-    std::string driverVersion = "5.2.3.1";
-    std::string firmwareVersion = "5.2.3.0";
-    std::string optionRomVersion = "5.2.1.0";
-    std::string hardwareVersion = "B0";
-    std::string serialNumber;
-    std::string linkState = "Up";
-    std::string linkSpeed = "10 Gbit/s";
-    std::string deviceName;
-
-    static constexpr auto Members(auto visit) {
-        return visit(Member{"driver", &FcoeHardware::driver},
-                     Member{"driverVersion", &FcoeHardware::driverVersion},
-                     Member{"firmwareVersion", &FcoeHardware::firmwareVersion},
-                     Member{"optionRomVersion", &FcoeHardware::optionRomVersion},
-                     Member{"hardwareVersion", &FcoeHardware::hardwareVersion},
-                     Member{"serialNumber", &FcoeHardware::serialNumber},
-                     Member{"linkState", &FcoeHardware::linkState},
-                     Member{"linkSpeed", &FcoeHardware::linkSpeed},
-                     Member{"deviceName", &FcoeHardware::deviceName});
-    }
-};
 
 // A target that keeps its place on the operating system's SCSI bus.
 struct FcoeBinding {
@@ -72,7 +48,7 @@ struct FcoePart {
     std::string nodeWwn;
     std::string fcid = "010000";
     std::string fipVlanId = "1002";
-    FcoeHardware hardware;
+    std::optional<FunctionHardware> hardware;
     DcbSettings dcb;
     std::vector<FcoeBinding> bindings;
     std::vector<VirtualPort> virtualPorts;

@@ -13,8 +13,8 @@ namespace tavrosim {
 using tavrolib::Place;
 using tavrolib::ShapeError;
 
-// `identifiers` are those of the host's functions so far, in normal form; the function's own are
-// added. Virtual ports share this set: no two ports of a host have one WWN.
+// `identifiers` are those of the host's FCoE functions so far, in normal form; the function's own
+// are added. Virtual ports share this set: no two ports of a host have one WWN.
 void CheckFcoePart(const FcoePart& part, std::set<std::string>& identifiers, const Place& place);
 
 void CheckFabric(const FcoeFabric& fabric, const Place& place);

@@ -8,6 +8,7 @@
 #include "simulator/host/ethernet.h"
 #include "simulator/host/fcoe.h"
 #include "simulator/host/fcoe_fabric.h"
+#include "simulator/host/hardware.h"
 #include "simulator/host/initiator.h"
 #include "simulator/host/iscsi.h"
 #include "simulator/host/iscsi_network.h"
@@ -37,11 +38,12 @@ struct Function {
 
 struct Port {
     std::string name;
+    std::optional<PortLink> link;
     std::optional<Resources> resources;
     std::vector<Function> functions;
 
     static constexpr auto Members(auto visit) {
-        return visit(Member{"name", &Port::name, Presence::Required},
+        return visit(Member{"name", &Port::name, Presence::Required}, Member{"link", &Port::link},
                      Member{"resources", &Port::resources},
                      Member{"functions", &Port::functions, Presence::Required});
     }
@@ -53,6 +55,7 @@ struct Adapter {
     std::string type;
     std::uint32_t partitionState = tavroapi::NotPartitioned;
     std::string state;  // what operation 70 tells
+    std::optional<Card> card;
     std::optional<Partitions> partitions;
     std::vector<Port> ports;
 
@@ -61,7 +64,8 @@ struct Adapter {
                      Member{"number", &Adapter::number, Presence::Required},
                      Member{"type", &Adapter::type, Presence::Required},
                      Member{"partitionState", &Adapter::partitionState, Presence::Required},
-                     Member{"state", &Adapter::state}, Member{"partitions", &Adapter::partitions},
+                     Member{"state", &Adapter::state}, Member{"card", &Adapter::card},
+                     Member{"partitions", &Adapter::partitions},
                      Member{"ports", &Adapter::ports, Presence::Required});
     }
 };

@@ -9,19 +9,36 @@
 namespace tavrosim {
 namespace {
 
-void CheckFunction(const Function& function, std::set<std::string>& identifiers,
-                   const Place& place) {
-    const int kinds = int{function.ethernet.has_value()} + int{function.iscsi.has_value()} +
+// The identifiers of the functions of one kind so far, in normal form.
+struct Kind {
+    const char* name = nullptr;
+    std::set<std::string> identifiers;
+};
+
+struct Kinds {
+    Kind ethernet{"Ethernet", {}};
+    Kind iscsi{"iSCSI", {}};
+    Kind fcoe{"FCoE", {}};
+
+    Kind& Of(const Function& function) {
+        return function.ethernet ? ethernet : function.iscsi ? iscsi : fcoe;
+    }
+};
+
+void CheckFunction(const Function& function, Kinds& kinds, const Place& place) {
+    const int count = int{function.ethernet.has_value()} + int{function.iscsi.has_value()} +
                       int{function.fcoe.has_value()};
-    if (kinds != 1) {
+    if (count != 1) {
         throw ShapeError(place, "exactly one of \"ethernet\", \"iscsi\" and \"fcoe\" is wanted");
     }
     CheckMac(function.mac, Place(place, "mac"));
-    if (!identifiers.insert(NormalIdentifier(function.mac)).second) {
-        throw ShapeError(Place(place, "mac"), "another function has this MAC");
+    Kind& kind = kinds.Of(function);
+    if (!kind.identifiers.insert(NormalIdentifier(function.mac)).second) {
+        throw ShapeError(Place(place, "mac"),
+                         "another " + std::string(kind.name) + " function has this MAC");
     }
     if (function.fcoe) {
-        CheckFcoePart(*function.fcoe, identifiers, Place(place, "fcoe"));
+        CheckFcoePart(*function.fcoe, kind.identifiers, Place(place, "fcoe"));
     }
 }
 
@@ -31,7 +48,7 @@ void CheckHost(const Host& host) {
     const Place root;
     const Place adapters(root, "adapters");
     std::set<std::string> names;
-    std::set<std::string> identifiers;
+    Kinds kinds;
     for (std::size_t a = 0; a < host.adapters.size(); ++a) {
         const Adapter& adapter = host.adapters[a];
         const Place adapterPlace(adapters, a);
@@ -43,7 +60,7 @@ void CheckHost(const Host& host) {
             const Place port(ports, p);
             const Place functions(port, "functions");
             for (std::size_t f = 0; f < adapter.ports[p].functions.size(); ++f) {
-                CheckFunction(adapter.ports[p].functions[f], identifiers, Place(functions, f));
+                CheckFunction(adapter.ports[p].functions[f], kinds, Place(functions, f));
             }
         }
     }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "simulator/host/default_host.h"
+#include "simulator/host/former_hardware.h"
 #include "simulator/host/host_json.h"
 
 namespace tavrosim {
@@ -39,6 +40,7 @@ Host HostFromText(std::string_view text) {
     Host host;
     HostValueFromJson(HostTypeOf<Host>(), json, &host, Place());
     CheckHost(host);
+    StateHardwareOnce(host);
     return host;
 }
 

@@ -1,8 +1,10 @@
 #include "simulator/host/host_json.h"
 
 #include <algorithm>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
 #include "library/text/text.h"
 
@@ -19,7 +21,8 @@ using Shape = HostType::Shape;
 Json StructToJson(const HostType& type, const void* owner) {
     Json object = Json::object();
     for (const HostMember& member : type.members) {
-        if (const void* value = member.find(owner)) {
+        const void* const value = member.find(owner);
+        if (value != nullptr && member.presence != Presence::Former) {
             object[std::string(member.key)] = HostValueToJson(*member.type, value);
         }
     }
@@ -34,6 +37,22 @@ Json ListToJson(const HostType& type, const void* list) {
         element += type.elementSize;
     }
     return array;
+}
+
+// A value may stand under its key or a former one, not under both.
+void CheckIsStatedOnce(const HostType& type, const Json& json, const void* owner,
+                       const Place& place) {
+    std::map<const void*, std::string_view> keys;
+    for (const HostMember& member : type.members) {
+        if (!json.contains(std::string(member.key))) {
+            continue;
+        }
+        const auto [other, isNew] = keys.try_emplace(member.find(owner), member.key);
+        if (!isNew) {
+            throw ShapeError(Place(place, member.key),
+                             "this is \"" + std::string(other->second) + "\", which is here too");
+        }
+    }
 }
 
 void StructFromJson(const HostType& type, const Json& json, void* owner, const Place& place) {
@@ -52,6 +71,7 @@ void StructFromJson(const HostType& type, const Json& json, void* owner, const P
             throw ShapeError(Place(place, item.key()), "unknown here");
         }
     }
+    CheckIsStatedOnce(type, json, owner, place);
 }
 
 void ListFromJson(const HostType& type, const Json& json, void* list, const Place& place) {

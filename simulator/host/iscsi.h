@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "simulator/host/boot.h"
+#include "simulator/host/hardware.h"
 #include "simulator/host/iscsi_storage.h"
 #include "simulator/host/member.h"
 #include "simulator/host/tcpip.h"
@@ -12,7 +13,7 @@ namespace tavrosim {
 // What makes a function an iSCSI function.
 struct IscsiPart {
     TcpIp tcpIp;
-    IscsiHardware hardware;
+    std::optional<FunctionHardware> hardware;
     IscsiStorage storage;
     std::optional<IscsiBoot> boot;
 

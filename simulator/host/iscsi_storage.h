@@ -7,27 +7,8 @@
 #include "simulator/host/iscsi_network.h"
 #include "simulator/host/member.h"
 
-// What an iSCSI function is and what its initiator knows and does.
+// What the initiator of an iSCSI function knows and does.
 namespace tavrosim {
-
-// The driver and the hardware of an iSCSI function.
-struct IscsiHardware {
-    std::string driver = "tavroi";
-    std::string driverVersion = "5.2.3.1";
-    std::string firmwareVersion = "5.2.3.0";
-    std::string serialNumber;
-    std::string linkState = "Up";
-    std::string linkSpeed = "10 Gbit/s";
-
-    static constexpr auto Members(auto visit) {
-        return visit(Member{"driver", &IscsiHardware::driver},
-                     Member{"driverVersion", &IscsiHardware::driverVersion},
-                     Member{"firmwareVersion", &IscsiHardware::firmwareVersion},
-                     Member{"serialNumber", &IscsiHardware::serialNumber},
-                     Member{"linkState", &IscsiHardware::linkState},
-                     Member{"linkSpeed", &IscsiHardware::linkSpeed});
-    }
-};
 
 // A target that the initiator has discovered, and where.
 struct KnownTarget {

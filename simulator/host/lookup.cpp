@@ -1,7 +1,6 @@
 #include "simulator/host/lookup.h"
 
 namespace tavrosim {
-namespace {}  // namespace
 
 std::string NormalIdentifier(std::string_view text) {
     std::string digits;

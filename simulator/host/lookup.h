@@ -34,26 +34,6 @@ struct Located {
     explicit operator bool() const { return function != nullptr; }
 };
 
-// The function with that MAC or, an FCoE function, that port WWN.
-template <class AnyHost>
-Located<AnyHost> FindFunction(AnyHost& host, std::string_view identifier) {
-    const std::string wanted = NormalIdentifier(identifier);
-    if (wanted.empty()) {
-        return {};
-    }
-    for (auto& adapter : host.adapters) {
-        for (auto& port : adapter.ports) {
-            for (auto& function : port.functions) {
-                if (NormalIdentifier(function.mac) == wanted ||
-                    (function.fcoe && NormalIdentifier(function.fcoe->portWwn) == wanted)) {
-                    return {&adapter, &port, &function};
-                }
-            }
-        }
-    }
-    return {};
-}
-
 // What makes a function one of its kind; the function itself where any kind will do. The function
 // must be of that kind.
 template <class Part, class AnyFunction>
@@ -70,25 +50,50 @@ auto& PartOf(AnyFunction& function) {
     }
 }
 
-// The function of that kind which the identifier names: an FCoE function by its port WWN, an
-// Ethernet or iSCSI function by its MAC, any function by either.
+// Whether the identifier, in normal form, names the function as one of that kind: an FCoE function
+// by its port WWN, an Ethernet or iSCSI function by its MAC, any function by either.
+template <class Part>
+bool IsNamed(const Function& function, const std::string& normal) {
+    const auto hasMac = [&] { return NormalIdentifier(function.mac) == normal; };
+    const auto hasWwn = [&] {
+        return function.fcoe && NormalIdentifier(function.fcoe->portWwn) == normal;
+    };
+    if constexpr (std::same_as<Part, EthernetPart>) {
+        return function.ethernet && hasMac();
+    } else if constexpr (std::same_as<Part, IscsiPart>) {
+        return function.iscsi && hasMac();
+    } else if constexpr (std::same_as<Part, FcoePart>) {
+        return hasWwn();
+    } else {
+        static_assert(std::same_as<Part, Function>);
+        return hasMac() || hasWwn();
+    }
+}
+
+// The function of that kind which the identifier names. Functions of different kinds may share an
+// identifier; where any kind will do, the first of them counts.
 template <class Part, class AnyHost>
 Located<AnyHost> FindFunctionWith(AnyHost& host, std::string_view identifier) {
-    const Located<AnyHost> found = FindFunction(host, identifier);
-    if (!found) {
+    const std::string wanted = NormalIdentifier(identifier);
+    if (wanted.empty()) {
         return {};
     }
-    const Function& function = *found.function;
-    bool isWanted = true;
-    if constexpr (std::same_as<Part, EthernetPart>) {
-        isWanted = function.ethernet.has_value();
-    } else if constexpr (std::same_as<Part, IscsiPart>) {
-        isWanted = function.iscsi.has_value();
-    } else if constexpr (std::same_as<Part, FcoePart>) {
-        isWanted = function.fcoe &&
-                   NormalIdentifier(function.fcoe->portWwn) == NormalIdentifier(identifier);
+    for (auto& adapter : host.adapters) {
+        for (auto& port : adapter.ports) {
+            for (auto& function : port.functions) {
+                if (IsNamed<Part>(function, wanted)) {
+                    return {&adapter, &port, &function};
+                }
+            }
+        }
     }
-    return isWanted ? found : Located<AnyHost>{};
+    return {};
+}
+
+// The first function, of any kind, that the identifier names.
+template <class AnyHost>
+Located<AnyHost> FindFunction(AnyHost& host, std::string_view identifier) {
+    return FindFunctionWith<Function>(host, identifier);
 }
 
 }  // namespace tavrosim

@@ -7,8 +7,9 @@
 namespace tavrosim {
 
 // Whether a member must be there in the host file. A missing one keeps the value that its struct
-// gives it.
-enum class Presence { Optional, Required };
+// gives it. A former one is the key by which earlier files name a value that has another key now:
+// it is read and never written.
+enum class Presence { Optional, Required, Former };
 
 // One member of a struct of the host file: its key, where it is, and whether it must be there. A
 // struct describes itself with `static constexpr auto Members(auto visit)`, which calls `visit`

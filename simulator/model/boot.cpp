@@ -7,6 +7,7 @@
 
 #include "library/text/text.h"
 #include "simulator/host/lookup.h"
+#include "simulator/host/told_hardware.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
 #include "tavroapi/boot_records.h"
@@ -141,7 +142,7 @@ Outcome ReadFcoeBoot(const Viewed<FcoePart>& at, FcoeBootConfig& config) {
     const FcoeBoot boot = at.part.boot.value_or(FcoeBoot{});
     config.bootState = boot.state;
     config.secondSwitch = boot.fabricDiscovery;
-    config.bootCodeVersion = boot.codeVersion;
+    config.bootCodeVersion = HardwareOf(at.adapter, at.port, at.function).bootCodeVersion;
     config.numberA = boot.busyRetries;
     config.numberB = boot.linkUpDelay;
     config.numberC = boot.loginRetries;

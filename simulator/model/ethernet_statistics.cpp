@@ -2,6 +2,7 @@
 #include "simulator/host/ethernet_statistics.h"
 
 #include "simulator/host/lookup.h"
+#include "simulator/host/told_hardware.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
 #include "tavroapi/ethernet_records.h"
@@ -65,7 +66,7 @@ Outcome ReadStatistics(const Edited<EthernetPart>& at, tavroapi::StatisticsFlag 
     EthernetPart& part = at.part;
     EthernetStatistics statistics = part.statistics.value_or(EthernetStatistics{});
     Fill(statistics.counters, record);
-    if (part.port.value_or(EthernetPort{}).linkStatus == LinkUp) {
+    if (HardwareOf(at.adapter, at.port, at.function).linkStatus == LinkUp) {
         for (const CounterRow& row : Counters) {
             statistics.counters.*row.counter += statistics.traffic.*row.counter;
         }

@@ -1,4 +1,5 @@
 // What an FCoE function tells of itself: information and statistics.
+#include "simulator/host/told_hardware.h"
 #include "simulator/model/families.h"
 #include "simulator/model/fcoe_fabric.h"
 #include "tavroapi/fcoe_records.h"
@@ -19,7 +20,7 @@ constexpr const char* SupportedTypes =
 
 Outcome ReadFcoePort(const Viewed<FcoePart>& at, FcoePortRecord& record) {
     const FcoePart& part = at.part;
-    const FcoeHardware& hardware = part.hardware;
+    const ToldHardware hardware = HardwareOf(at.adapter, at.port, at.function);
     const FcoeFabric& fabric = at.host.fcoeFabric;
     record.texts[fcoe_port::Title] = part.portWwn;
     record.texts[fcoe_port::NodeWwn] = part.nodeWwn;
@@ -29,10 +30,10 @@ Outcome ReadFcoePort(const Viewed<FcoePart>& at, FcoePortRecord& record) {
     record.texts[fcoe_port::SerialNumber] = hardware.serialNumber;
     record.texts[fcoe_port::DriverVersion] = hardware.driverVersion;
     record.texts[fcoe_port::Driver] = hardware.driver;
-    record.texts[fcoe_port::HardwareVersion] = hardware.hardwareVersion;
+    record.texts[fcoe_port::HardwareVersion] = hardware.hardwareRevision;
     record.texts[fcoe_port::OptionRomVersion] = hardware.optionRomVersion;
     record.texts[fcoe_port::FirmwareVersion] = hardware.firmwareVersion;
-    record.texts[fcoe_port::LinkState] = hardware.linkState;
+    record.texts[fcoe_port::LinkState] = hardware.linkStatus;
     record.texts[fcoe_port::PortType] = PortType;
     record.texts[fcoe_port::Fcid] = part.fcid;
     record.texts[fcoe_port::LinkSpeed] = hardware.linkSpeed;
@@ -41,7 +42,7 @@ Outcome ReadFcoePort(const Viewed<FcoePart>& at, FcoePortRecord& record) {
     record.texts[fcoe_port::DiscoveredPorts] =
         std::to_string(TargetsSeenBy(fabric, part.portWwn, part.bindings).size());
     record.texts[fcoe_port::MaximumFrameSize] = MaximumFrameSize;
-    record.texts[fcoe_port::SupportedSpeeds] = hardware.linkSpeed;
+    record.texts[fcoe_port::SupportedSpeeds] = hardware.maximumSpeed;
     record.texts[fcoe_port::DeviceName] = hardware.deviceName;
     record.texts[fcoe_port::HostName] = at.host.name;
     record.texts[fcoe_port::FpmaMac] = FabricMac(fabric, part.fcid);

@@ -1,4 +1,5 @@
 // What an iSCSI function tells of itself: information, default parameters, statistics.
+#include "simulator/host/told_hardware.h"
 #include "simulator/model/families.h"
 #include "simulator/model/iscsi_parameters.h"
 #include "simulator/model/iscsi_storage.h"
@@ -16,7 +17,7 @@ namespace iscsi_defaults = tavroapi::iscsi_defaults;
 constexpr std::string_view DriverWithoutStatistics = "bnx2i";
 
 Outcome ReadIscsiPort(const Viewed<IscsiPart>& at, IscsiPortRecord& record) {
-    const IscsiHardware& hardware = at.part.hardware;
+    const ToldHardware hardware = HardwareOf(at.adapter, at.port, at.function);
     const TcpIp& tcpIp = at.part.tcpIp;
     record.texts[iscsi_port::FunctionNumber] = std::to_string(at.function.number);
     record.texts[iscsi_port::Driver] = hardware.driver;
@@ -24,7 +25,7 @@ Outcome ReadIscsiPort(const Viewed<IscsiPart>& at, IscsiPortRecord& record) {
     record.texts[iscsi_port::Mac] = at.function.mac;
     record.texts[iscsi_port::ModelName] = at.adapter.name;
     record.texts[iscsi_port::SerialNumber] = hardware.serialNumber;
-    record.texts[iscsi_port::LinkStatus] = hardware.linkState;
+    record.texts[iscsi_port::LinkStatus] = hardware.linkStatus;
     record.texts[iscsi_port::LinkSpeed] = hardware.linkSpeed;
     record.texts[iscsi_port::Dhcp] = tcpIp.dhcp;
     record.texts[iscsi_port::Address] = tcpIp.address;
@@ -85,10 +86,10 @@ void LetTrafficHappen(IscsiStatistics& statistics, std::uint64_t sessions) {
 }
 
 Outcome ReadIscsiStatistics(const Edited<IscsiPart>& at, IscsiParameterRecord& record) {
-    const IscsiHardware& hardware = at.part.hardware;
-    if (hardware.driver == DriverWithoutStatistics) {
+    const std::string driver = HardwareOf(at.adapter, at.port, at.function).driver;
+    if (driver == DriverWithoutStatistics) {
         return Refused(Status::NoStatistics, L"The driver has no statistics.",
-                       L"Use a port with another driver.", L"driver " + Quoted(hardware.driver));
+                       L"Use a port with another driver.", L"driver " + Quoted(driver));
     }
     IscsiStatistics& statistics = at.part.storage.statistics;
     LetTrafficHappen(statistics, at.part.storage.sessions.size());

@@ -149,7 +149,7 @@ TEST(HostFile, RefusalsNameThePlace) {
         "adapters[0].ports[0].functions[0].mac: a MAC of 12 hexadecimal digits is wanted, not "
         "\"02-00-5E\"");
     EXPECT_EQ(Refusal(HostWith(function + "," + function)),
-              "adapters[0].ports[0].functions[1].mac: another function has this MAC");
+              "adapters[0].ports[0].functions[1].mac: another Ethernet function has this MAC");
     EXPECT_EQ(Refusal("{\n\"name\": }").substr(0, 18), "line 2, column 9: ");
 }
 
@@ -170,6 +170,29 @@ TEST(HostFile, AFileWithoutAFormatHasTheFirst) {
     const Json written = Json::parse(TextFromHost(DefaultHost()));
     EXPECT_EQ(written.begin().key(), "format");
     EXPECT_EQ(written.front(), 1);
+}
+
+// Functions with these parts, all with one MAC and with that port WWN.
+std::string FunctionsOfOneMac(const std::vector<std::string>& parts) {
+    std::string text;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        text += (i == 0 ? "" : ",") + std::string(R"({"number": )") + std::to_string(i) +
+                R"(, "mac": "02-00-5E-00-00-01", )" + parts[i] + "}";
+    }
+    return HostWith(text);
+}
+
+constexpr const char* AnEthernetPart = R"("ethernet": {"interface": "e"})";
+constexpr const char* AnIscsiPart = R"("iscsi": {})";
+constexpr const char* AnFcoePart =
+    R"("fcoe": {"portWwn": "10:00:02:00:5E:00:00:01", "nodeWwn": "20:00:02:00:5E:00:00:01"})";
+
+TEST(HostFile, FunctionsOfDifferentKindsMayShareAMac) {
+    EXPECT_EQ(Refusal(FunctionsOfOneMac({AnEthernetPart, AnIscsiPart, AnFcoePart})), "accepted");
+    EXPECT_EQ(Refusal(FunctionsOfOneMac({AnEthernetPart, AnIscsiPart, AnIscsiPart})),
+              "adapters[0].ports[0].functions[2].mac: another iSCSI function has this MAC");
+    EXPECT_EQ(Refusal(FunctionsOfOneMac({AnFcoePart, AnEthernetPart, AnFcoePart})),
+              "adapters[0].ports[0].functions[2].mac: another FCoE function has this MAC");
 }
 
 TEST(HostFile, TwoAdaptersOfOneNameAreRefused) {
@@ -197,6 +220,16 @@ TEST(Lookup, KindsAreToldApart) {
     EXPECT_FALSE(FindFunctionWith<EthernetPart>(host, "02-00-5E-10-00-02"));
     EXPECT_FALSE(FindFunctionWith<FcoePart>(host, "02-00-5E-10-00-04"));
     EXPECT_TRUE(FindFunction(host, "02-00-5E-10-00-04"));
+}
+
+TEST(Lookup, OfFunctionsThatShareAMacTheWantedKindIsFound) {
+    const Host host = HostFromText(FunctionsOfOneMac({AnIscsiPart, AnEthernetPart, AnFcoePart}));
+    const char* const mac = "02-00-5e-00-00-01";
+    EXPECT_EQ(FindFunctionWith<IscsiPart>(host, mac).function->number, 0U);
+    EXPECT_EQ(FindFunctionWith<EthernetPart>(host, mac).function->number, 1U);
+    EXPECT_EQ(FindFunctionWith<FcoePart>(host, "10000200:5E000001").function->number, 2U);
+    EXPECT_FALSE(FindFunctionWith<FcoePart>(host, mac));
+    EXPECT_EQ(FindFunction(host, mac).function->number, 0U) << "the first in the file";
 }
 
 TEST(Lookup, WhatIsNoIdentifierFindsNothing) {

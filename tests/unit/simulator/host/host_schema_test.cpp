@@ -77,6 +77,9 @@ class Comparison {
             const std::string memberPlace = place + '.' + name;
             if (properties.contains(name)) {
                 EXPECT_NE(properties.at(name).value("description", ""), "") << memberPlace;
+                EXPECT_EQ(properties.at(name).value("deprecated", false),
+                          member.presence == Presence::Former)
+                    << memberPlace;
                 Compare(*member.type, properties.at(name), memberPlace);
             }
         }
@@ -147,7 +150,8 @@ class Comparison {
 
     static void ExpectKeywords(const Json& schema, const Names& known, const std::string& place) {
         for (const std::string& keyword : KeysOf(schema)) {
-            EXPECT_TRUE(keyword == "description" || known.contains(keyword))
+            EXPECT_TRUE(keyword == "description" || keyword == "deprecated" ||
+                        known.contains(keyword))
                 << place << ": " << keyword;
         }
     }

@@ -230,9 +230,9 @@ TEST_F(EthernetModel, SerialNumberAndPlaceAreMadeUpUnlessTheHostFileTellsThem) {
     host.adapters[0].ports[0].functions[0].number = 3;
     EXPECT_EQ(ReadPort().NarrowText(ethernet_port::SerialNumber), "TV10000003");
     EXPECT_EQ(ReadPort().NarrowText(ethernet_port::PciLocation), "bus 6, device 0, function 3");
-    EthernetPort& port = Part().port.emplace();
-    port.serialNumber = "S";
-    port.pciLocation = "P";
+    FunctionHardware& own = Part().hardware.emplace();
+    own.serialNumber = "S";
+    own.pciLocation = "P";
     EXPECT_EQ(ReadPort().NarrowText(ethernet_port::SerialNumber), "S");
     EXPECT_EQ(ReadPort().NarrowText(ethernet_port::PciLocation), "P");
 }
@@ -257,7 +257,7 @@ TEST_F(EthernetModel, CountersCountBetweenReadingsAndStartAnew) {
 }
 
 TEST_F(EthernetModel, WithoutALinkNothingIsCounted) {
-    Part().port.emplace().linkStatus = "Down";
+    Part().hardware.emplace().linkStatus = "Down";
     Statistics();
     EXPECT_EQ(Statistics().texts[tavroapi::ethernet_statistics::FramesReceived], "0");
     EXPECT_EQ(ReadPort().NarrowText(ethernet_port::LinkSpeed), "None");
