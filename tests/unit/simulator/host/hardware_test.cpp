@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <nlohmann/json.hpp>
 
 #include "library/json/json.h"
@@ -18,11 +19,11 @@ using tavrolib::ShapeError;
 // What a host file states of its one adapter: members of the adapter and its port, then those of
 // its Ethernet, iSCSI and FCoE function.
 struct Stated {
-    std::string adapter;
-    std::string port;
-    std::string ethernet;
-    std::string iscsi;
-    std::string fcoe;
+    std::string adapter{};
+    std::string port{};
+    std::string ethernet{};
+    std::string iscsi{};
+    std::string fcoe{};
 };
 
 std::string HostTextWith(const Stated& stated) {
@@ -114,13 +115,13 @@ TEST_F(Hardware, ACardThatIsNotStatedIsWhatItsFunctionsState) {
     EXPECT_EQ(Told(&ToldHardware::firmwareVersion), (Texts{"F", "F", "G"}));
     EXPECT_EQ(Told(&ToldHardware::linkStatus), All("Down"));
     EXPECT_FALSE(At(1).iscsi->hardware);
-    EXPECT_EQ(At(2).fcoe->hardware, FunctionHardware{.firmwareVersion = "G"});
+    FunctionHardware own;
+    own.firmwareVersion = "G";
+    EXPECT_EQ(At(2).fcoe->hardware, own);
 }
 
 // As earlier versions wrote it, with the defaults that they had for each kind of function.
 const Stated FormerFile{
-    .adapter = {},
-    .port = {},
     .ethernet =
         R"(, "port": {"linkStatus": "Up", "maximumSpeed": "10 Gbps", "serialNumber": "",)"
         R"("partNumber": "TV-10G", "hardwareRevision": "1", "driverName": "tavronet",)"
@@ -144,7 +145,10 @@ TEST_F(Hardware, WhatEarlierVersionsWroteUnaskedIsNotStated) {
     EXPECT_EQ(Told(&ToldHardware::driver), (Texts{"tavronet", "tavroi", "lpfc"}));
     EXPECT_EQ(Told(&ToldHardware::linkSpeed), All("10 Gbps"));
     EXPECT_FALSE(At(0).ethernet->hardware);
-    EXPECT_EQ(At(2).fcoe->hardware, (FunctionHardware{.driver = "lpfc", .deviceName = "f0"}));
+    FunctionHardware own;
+    own.driver = "lpfc";
+    own.deviceName = "f0";
+    EXPECT_EQ(At(2).fcoe->hardware, own);
 }
 
 TEST_F(Hardware, AFileOfAnEarlierVersionIsWrittenAnewInTheNewWay) {
