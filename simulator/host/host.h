@@ -57,6 +57,7 @@ struct Adapter {
     std::string state;  // what operation 70 tells
     std::optional<Card> card;
     std::optional<Partitions> partitions;
+    std::optional<Partitions> pendingPartitions;  // what the restart will make of them
     std::vector<Port> ports;
 
     static constexpr auto Members(auto visit) {
@@ -66,6 +67,7 @@ struct Adapter {
                      Member{"partitionState", &Adapter::partitionState, Presence::Required},
                      Member{"state", &Adapter::state}, Member{"card", &Adapter::card},
                      Member{"partitions", &Adapter::partitions},
+                     Member{"pendingPartitions", &Adapter::pendingPartitions},
                      Member{"ports", &Adapter::ports, Presence::Required});
     }
 };

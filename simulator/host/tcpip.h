@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "simulator/host/member.h"
@@ -13,6 +14,7 @@ struct TcpIp {
     std::string subnetMask = "0.0.0.0";
     std::string gateway = "0.0.0.0";
     std::string vlanId = "0";
+    std::optional<std::string> pendingVlanId;  // applied at the restart; Ethernet only
     std::string vlanPriority = "0";
     std::string maxFrameSize = "1500";
     std::string dhcpIPv6 = "No";
@@ -21,14 +23,15 @@ struct TcpIp {
     std::string gatewayIPv6 = "::";
 
     static constexpr auto Members(auto visit) {
-        return visit(Member{"dhcp", &TcpIp::dhcp}, Member{"address", &TcpIp::address},
-                     Member{"subnetMask", &TcpIp::subnetMask}, Member{"gateway", &TcpIp::gateway},
-                     Member{"vlanId", &TcpIp::vlanId}, Member{"vlanPriority", &TcpIp::vlanPriority},
-                     Member{"maxFrameSize", &TcpIp::maxFrameSize},
-                     Member{"dhcpIPv6", &TcpIp::dhcpIPv6},
-                     Member{"addressIPv6", &TcpIp::addressIPv6},
-                     Member{"prefixLengthIPv6", &TcpIp::prefixLengthIPv6},
-                     Member{"gatewayIPv6", &TcpIp::gatewayIPv6});
+        return visit(
+            Member{"dhcp", &TcpIp::dhcp}, Member{"address", &TcpIp::address},
+            Member{"subnetMask", &TcpIp::subnetMask}, Member{"gateway", &TcpIp::gateway},
+            Member{"vlanId", &TcpIp::vlanId}, Member{"pendingVlanId", &TcpIp::pendingVlanId},
+            Member{"vlanPriority", &TcpIp::vlanPriority},
+            Member{"maxFrameSize", &TcpIp::maxFrameSize}, Member{"dhcpIPv6", &TcpIp::dhcpIPv6},
+            Member{"addressIPv6", &TcpIp::addressIPv6},
+            Member{"prefixLengthIPv6", &TcpIp::prefixLengthIPv6},
+            Member{"gatewayIPv6", &TcpIp::gatewayIPv6});
     }
 
     bool operator==(const TcpIp&) const = default;

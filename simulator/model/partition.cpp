@@ -7,6 +7,8 @@
 
 #include "library/text/text.h"
 #include "simulator/host/lookup.h"
+#include "simulator/host/personalities.h"
+#include "simulator/host/restart.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
 #include "tavroapi/codes.h"
@@ -20,21 +22,20 @@ using tavroapi::PartitionConfig;
 using tavroapi::PartitionFunction;
 using tavroapi::PersonalitySetting;
 
-// The completion code of a change that is not taken over.
-
 // A value as requests send it, and as the library keeps and tells it.
 struct CodedName {
     std::string_view code;
     std::string_view name;
 };
 
-constexpr CodedName Modes[] = {{"0", "SF"}, {"2", "MF"}};
+constexpr CodedName Modes[] = {{"0", SingleFunctionMode}, {"2", PartitionedMode}};
 constexpr CodedName FlowControls[] = {
     {"0", "Auto"},          {"1", "Tx Enabled"}, {"2", "Rx Enabled"},
     {"3", "Tx/Rx Enabled"}, {"4", "Disabled"},
 };
-constexpr CodedName Personalities[] = {{"3", "Ethernet"}, {"5", "iSCSI"}, {"9", "FCoE"}};
-constexpr CodedName PortPersonalities[] = {{"1", "iSCSI"}, {"2", "FCoE"}};
+constexpr CodedName Personalities[] = {
+    {"3", EthernetPersonality}, {"5", IscsiPersonality}, {"9", FcoePersonality}};
+constexpr CodedName PortPersonalities[] = {{"1", IscsiPersonality}, {"2", FcoePersonality}};
 
 template <std::size_t Count>
 std::optional<std::string> NameOf(const CodedName (&table)[Count], const std::string& code) {
@@ -92,7 +93,8 @@ Partitions PartitionsOf(const Adapter& adapter) {
         return *adapter.partitions;
     }
     Partitions partitions;
-    partitions.mode = adapter.partitionState == tavroapi::NotPartitioned ? "SF" : "MF";
+    partitions.mode =
+        adapter.partitionState == tavroapi::NotPartitioned ? SingleFunctionMode : PartitionedMode;
     return partitions;
 }
 
@@ -106,11 +108,36 @@ Outcome ReadPartitions(const Viewed<Function>& at, PartitionConfig& config) {
         record.personality = function.personality;
         record.lowerLimit = function.lowerLimit;
         record.upperLimit = function.upperLimit;
-        record.companion = function.personality == "Ethernet" ? "16" : "0";
+        record.companion = function.personality == EthernetPersonality ? "16" : "0";
         DescribeFunction(at.host, FindNumber(at.adapter, i), record);
     }
     config.portCount = static_cast<std::int32_t>(at.adapter.ports.size());
     return Done();
+}
+
+// Whether the adapter works alike with both. The functions count only where there are partitions.
+bool AreAlike(const Partitions& one, const Partitions& other) {
+    return one.mode == other.mode && one.flowControl == other.flowControl &&
+           (one.mode == SingleFunctionMode || one.functions == other.functions);
+}
+
+// What becomes of a change, and the completion code that tells so.
+enum class When { AsItIs, Now, AtRestart, Never };
+struct Change {
+    When when = When::AsItIs;
+    std::int32_t result = 0;
+};
+
+// `code` is what the adapter answers to changes; `isInForce`: there is nothing to change. What was
+// pending is then pending no more.
+Change JudgeChange(std::int32_t code, bool isInForce) {
+    if (code == tavroapi::ValueRefused) {
+        return {When::Never, code};
+    }
+    if (isInForce) {
+        return {When::AsItIs, 0};
+    }
+    return {code == tavroapi::AppliedAtRestart ? When::AtRestart : When::Now, code};
 }
 
 // Takes the settings over into `partitions`, of which a part may be changed when it refuses.
@@ -146,23 +173,28 @@ Outcome WritePartitions(const Edited<Function>& at, PartitionConfig& config) {
         return Refused(Status::PartitionsFixed, L"The partitions of this adapter are fixed.",
                        L"Change them with the tool that made them.");
     }
-    Partitions wanted = PartitionsOf(adapter);
+    const Partitions inForce = PartitionsOf(adapter);
+    Partitions wanted = adapter.pendingPartitions.value_or(inForce);
     Outcome applied = Apply(config, adapter.ports.size(), wanted);
     if (!applied.IsDone()) {
         return applied;
     }
-    config.result = wanted.completionCode;
-    if (config.result != tavroapi::ValueRefused) {
-        adapter.partitionState =
-            wanted.mode == "SF" ? tavroapi::NotPartitioned : tavroapi::Partitioned;
-        adapter.partitions = std::move(wanted);
+    const Change change = JudgeChange(wanted.completionCode, AreAlike(wanted, inForce));
+    config.result = change.result;
+    if (change.when == When::Now) {
+        adapter.pendingPartitions.reset();
+        ApplyPartitions(at.host, adapter, std::move(wanted));
+    } else if (change.when == When::AtRestart) {
+        adapter.pendingPartitions = std::move(wanted);
+    } else if (change.when == When::AsItIs) {
+        adapter.pendingPartitions.reset();
     }
     return Done();
 }
 
 // Refuses to speak of the personality of a port that has none of its own.
 Outcome CheckHasPersonality(const Adapter& adapter) {
-    if (adapter.type == "Ethernet" || adapter.partitionState != tavroapi::NotPartitioned) {
+    if (adapter.type == EthernetPersonality || adapter.partitionState != tavroapi::NotPartitioned) {
         return Refused(Status::PersonalityFixed, L"This port has no personality of its own.",
                        L"Choose a port of a converged adapter that is not partitioned.");
     }
@@ -172,7 +204,7 @@ Outcome CheckHasPersonality(const Adapter& adapter) {
 Outcome ReadPersonality(const Viewed<Function>& at, PersonalitySetting& setting) {
     Outcome outcome = CheckHasPersonality(at.adapter);
     if (outcome.IsDone()) {
-        setting.value = at.port.resources.value_or(Resources{}).personality;
+        setting.value = PersonalityOf(at.port);
     }
     return outcome;
 }
@@ -188,9 +220,17 @@ Outcome WritePersonality(const Edited<Function>& at, PersonalitySetting& setting
     }
     std::optional<Resources>& kept = at.port.resources;
     Resources& resources = kept ? *kept : kept.emplace();
-    setting.result = resources.completionCode;
-    if (setting.result != tavroapi::ValueRefused) {
-        resources.personality = *personality;
+    const Change change =
+        JudgeChange(resources.completionCode, *personality == resources.personality);
+    setting.result = change.result;
+    if (change.when == When::Now) {
+        resources.pendingPersonality.reset();
+        const auto index = static_cast<std::size_t>(&at.port - at.adapter.ports.data());
+        ApplyPersonality(at.host, at.adapter, index, *personality);
+    } else if (change.when == When::AtRestart) {
+        resources.pendingPersonality = *personality;
+    } else if (change.when == When::AsItIs) {
+        resources.pendingPersonality.reset();
     }
     return Done();
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "library/text/text.h"
 #include "simulator/host/lookup.h"
@@ -123,9 +124,13 @@ Outcome SetIscsiTcpIp(const Edited<IscsiPart>& at, const TcpIpSettings& wanted) 
 // A driver takes another VLAN over when the host restarts; everything else takes effect at once.
 Outcome SetEthernetTcpIp(const Edited<EthernetPart>& at, TcpIpSettings& wanted) {
     TcpIp& settings = at.part.tcpIp;
-    const std::string formerVlan = settings.vlanId;
+    const std::string vlanInForce = settings.vlanId;
     ApplyVlan(wanted, settings);
-    wanted.result = settings.vlanId == formerVlan ? 0 : tavroapi::AppliedAtRestart;
+    settings.pendingVlanId.reset();
+    if (settings.vlanId != vlanInForce) {
+        settings.pendingVlanId = std::exchange(settings.vlanId, vlanInForce);
+    }
+    wanted.result = settings.pendingVlanId ? tavroapi::AppliedAtRestart : 0;
     return wanted.ipVersion == "1" ? ApplyIPv4(at.host, at.function, wanted, settings)
                                    : ApplyIPv6(at.host, at.function, wanted, settings);
 }

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <list>
 
+#include "simulator/host/numerals.h"
 #include "simulator/model/families.h"
 #include "simulator/model/fcoe_fabric.h"
 #include "tavroapi/fcoe_records.h"
@@ -39,16 +40,6 @@ bool IsInUse(const Host& host, const std::string& portWwn) {
         }
     }
     return false;
-}
-
-std::string HexOf(std::uint32_t number, std::size_t digits) {
-    constexpr std::string_view Digits = "0123456789ABCDEF";
-    std::string text(digits, '0');
-    for (std::size_t i = digits; i > 0; --i) {
-        text[i - 1] = Digits[number % 16];
-        number /= 16;
-    }
-    return text;
 }
 
 // The fabric gives a virtual port the first address after the function's that none of the

@@ -9,6 +9,7 @@
 #include "library/platform/file.h"
 #include "library/text/text.h"
 #include "simulator/host/host_file.h"
+#include "simulator/host/restart.h"
 #include "simulator/messages/error_texts.h"
 
 namespace tavrosim {
@@ -116,6 +117,13 @@ Outcome Store::Change(const std::function<Outcome(Host&)>& change) {
     } catch (const ShapeError& error) {
         return NotWritten(WideFromUtf8(error.what()));
     }
+}
+
+Outcome Store::RestartHost() {
+    return Change([](Host& host) {
+        Restart(host);
+        return Done();
+    });
 }
 
 }  // namespace tavrosim

@@ -44,6 +44,9 @@ class Store {
     // written, the file stays as it is.
     Outcome Change(const std::function<Outcome(Host&)>& change);
 
+    // Restarts the host: what is pending is in force afterwards.
+    Outcome RestartHost();
+
   private:
     HostPlace place_;
     std::optional<Host> host_;
