@@ -1,4 +1,9 @@
+#include <algorithm>
+#include <initializer_list>
+#include <optional>
 #include <set>
+#include <string>
+#include <string_view>
 
 #include "library/json/place.h"
 #include "simulator/host/fcoe_check.h"
@@ -42,6 +47,41 @@ void CheckFunction(const Function& function, Kinds& kinds, const Place& place) {
     }
 }
 
+void CheckName(const std::string& name, std::initializer_list<std::string_view> names,
+               const Place& place) {
+    if (std::find(names.begin(), names.end(), name) != names.end()) {
+        return;
+    }
+    std::string list;
+    for (const std::string_view each : names) {
+        list += (list.empty() ? "\"" : ", \"") + std::string(each) + '"';
+    }
+    throw ShapeError(place, "one of " + list + " is wanted");
+}
+
+void CheckPartitions(const std::optional<Partitions>& partitions, const Place& place) {
+    if (!partitions) {
+        return;
+    }
+    CheckName(partitions->mode, {SingleFunctionMode, PartitionedMode}, Place(place, "mode"));
+    const Place functions(place, "functions");
+    for (std::size_t f = 0; f < partitions->functions.size(); ++f) {
+        const Place function(functions, f);
+        CheckName(partitions->functions[f].personality,
+                  {EthernetPersonality, IscsiPersonality, FcoePersonality},
+                  Place(function, "personality"));
+    }
+}
+
+void CheckResources(const Resources& resources, const Place& place) {
+    CheckName(resources.personality, {IscsiPersonality, FcoePersonality},
+              Place(place, "personality"));
+    if (resources.pendingPersonality) {
+        CheckName(*resources.pendingPersonality, {IscsiPersonality, FcoePersonality},
+                  Place(place, "pendingPersonality"));
+    }
+}
+
 }  // namespace
 
 void CheckHost(const Host& host) {
@@ -55,9 +95,14 @@ void CheckHost(const Host& host) {
         if (!names.insert(adapter.name).second) {
             throw ShapeError(Place(adapterPlace, "name"), "another adapter has this name");
         }
+        CheckPartitions(adapter.partitions, Place(adapterPlace, "partitions"));
+        CheckPartitions(adapter.pendingPartitions, Place(adapterPlace, "pendingPartitions"));
         const Place ports(adapterPlace, "ports");
         for (std::size_t p = 0; p < adapter.ports.size(); ++p) {
             const Place port(ports, p);
+            if (adapter.ports[p].resources) {
+                CheckResources(*adapter.ports[p].resources, Place(port, "resources"));
+            }
             const Place functions(port, "functions");
             for (std::size_t f = 0; f < adapter.ports[p].functions.size(); ++f) {
                 CheckFunction(adapter.ports[p].functions[f], kinds, Place(functions, f));

@@ -5,8 +5,6 @@
 namespace tavrosim {
 namespace {
 
-constexpr std::size_t FcidDigits = 6;
-
 void Want(bool isRight, const char* kind, std::size_t digits, const std::string& text,
           const Place& place) {
     if (!isRight) {

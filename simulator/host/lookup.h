@@ -12,9 +12,10 @@
 // case and the separators "-" and ":" do not matter.
 namespace tavrosim {
 
-// What a MAC and a WWN are made of.
+// How many hexadecimal digits identifiers have.
 inline constexpr std::size_t MacDigits = 12;
 inline constexpr std::size_t WwnDigits = 16;
+inline constexpr std::size_t FcidDigits = 6;
 
 // The identifier in lower case without separators; empty when it is neither a MAC nor a WWN.
 std::string NormalIdentifier(std::string_view text);

@@ -124,7 +124,6 @@ std::string InterfaceNameFor(const Host& host) {
 }
 
 std::string FcidFor(const Host& host) {
-    constexpr std::size_t FcidDigits = 6;
     constexpr std::uint64_t First = 0x010000;
     constexpr std::uint64_t Step = 0x100;  // leaves room for a function's virtual ports
     std::set<std::string> taken;

@@ -123,14 +123,14 @@ bool AreAlike(const Partitions& one, const Partitions& other) {
 
 // What becomes of a change, and the completion code that tells so.
 enum class When { AsItIs, Now, AtRestart, Never };
-struct Change {
+struct Verdict {
     When when = When::AsItIs;
     std::int32_t result = 0;
 };
 
 // `code` is what the adapter answers to changes; `isInForce`: there is nothing to change. What was
 // pending is then pending no more.
-Change JudgeChange(std::int32_t code, bool isInForce) {
+Verdict JudgeChange(std::int32_t code, bool isInForce) {
     if (code == tavroapi::ValueRefused) {
         return {When::Never, code};
     }
@@ -179,14 +179,14 @@ Outcome WritePartitions(const Edited<Function>& at, PartitionConfig& config) {
     if (!applied.IsDone()) {
         return applied;
     }
-    const Change change = JudgeChange(wanted.completionCode, AreAlike(wanted, inForce));
-    config.result = change.result;
-    if (change.when == When::Now) {
+    const Verdict verdict = JudgeChange(inForce.completionCode, AreAlike(wanted, inForce));
+    config.result = verdict.result;
+    if (verdict.when == When::Now) {
         adapter.pendingPartitions.reset();
         ApplyPartitions(at.host, adapter, std::move(wanted));
-    } else if (change.when == When::AtRestart) {
+    } else if (verdict.when == When::AtRestart) {
         adapter.pendingPartitions = std::move(wanted);
-    } else if (change.when == When::AsItIs) {
+    } else if (verdict.when == When::AsItIs) {
         adapter.pendingPartitions.reset();
     }
     return Done();
@@ -220,16 +220,16 @@ Outcome WritePersonality(const Edited<Function>& at, PersonalitySetting& setting
     }
     std::optional<Resources>& kept = at.port.resources;
     Resources& resources = kept ? *kept : kept.emplace();
-    const Change change =
+    const Verdict verdict =
         JudgeChange(resources.completionCode, *personality == resources.personality);
-    setting.result = change.result;
-    if (change.when == When::Now) {
+    setting.result = verdict.result;
+    if (verdict.when == When::Now) {
         resources.pendingPersonality.reset();
         const auto index = static_cast<std::size_t>(&at.port - at.adapter.ports.data());
         ApplyPersonality(at.host, at.adapter, index, *personality);
-    } else if (change.when == When::AtRestart) {
+    } else if (verdict.when == When::AtRestart) {
         resources.pendingPersonality = *personality;
-    } else if (change.when == When::AsItIs) {
+    } else if (verdict.when == When::AsItIs) {
         resources.pendingPersonality.reset();
     }
     return Done();

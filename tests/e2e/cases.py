@@ -12,14 +12,14 @@ DEFAULT_SCRIPT = {"messages": "numbers", "model": False, "answers": []}
 
 SCREEN_KEYS = {"screen", "screenStart", "outputText"}
 STEP_KEYS = SCREEN_KEYS | {
-    "args", "typed", "stdinText", "script", "env", "locale", "stderr", "calls", "allCalls", "exitCode",
+    "args", "typed", "stdinText", "script", "env", "locale", "stderr", "calls", "allCalls", "exitCode", "restarted",
 }
 CASE_KEYS = STEP_KEYS | {"name", "about", "files", "host", "hostFile", "without", "library", "platforms", "then"}
 SCRIPT_KEYS = {"messages", "model", "answers"}
 KINDS = {  # what stands under a key, where it is one thing only
     "args": (str, list), "screen": str, "screenStart": str, "outputText": str, "typed": list, "stdinText": str,
     "env": dict, "stderr": str, "calls": list, "allCalls": list, "exitCode": int, "files": dict, "hostFile": str,
-    "without": str, "platforms": list, "then": list,
+    "without": str, "platforms": list, "then": list, "restarted": bool,
 }
 
 
@@ -37,6 +37,7 @@ class Step:
     calls: list  # None: not compared
     all_calls: list
     exit_code: int
+    restarted: bool  # whether the simulated host restarts before
 
 
 @dataclasses.dataclass
@@ -175,6 +176,7 @@ def read_step(step, case, taken_over, blocks):
         calls=read_calls(step.get("calls")),
         all_calls=read_calls(step.get("allCalls")),
         exit_code=step.get("exitCode", 0),
+        restarted=step.get("restarted", False),
     )
 
 

@@ -177,6 +177,16 @@ class Sandbox:
         watch.cancel()
         return Result(start, errors, process.returncode)
 
+    def restart_host(self):
+        """Restarts the simulated host: what is pending in its file is in force afterwards."""
+        program = str(self.platform.folder / "programs" / ("restart_host.exe" if self.platform.is_windows else "restart_host"))
+        start = [str(WINE), program] if self.platform.is_windows else [program]
+        process = subprocess.Popen(
+            [*start, self.platform.path(self.host)], cwd=self.work, env=self.environment(), stderr=subprocess.PIPE
+        )
+        _, errors = finish(process, None)
+        assert (process.returncode, errors) == (0, b"")
+
     def calls(self):
         """The calls that the library traced, in order, as decoded JSON; and forgets them."""
         if not self.trace.exists():

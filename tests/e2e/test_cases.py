@@ -35,6 +35,8 @@ def test_case(case, platform, tmp_path):
 
 def run_step(sandbox, step, place):
     platform = sandbox.platform
+    if step.restarted:
+        sandbox.restart_host()
     sandbox.write_script(step.script)
     if step.typed_as_is:
         typed = step.typed.encode(platform.encoding(step.locale))

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "simulator/host/host_file.h"
+#include "simulator/host/restart.h"
 #include "simulator/model/model.h"
 #include "tavroapi/partition_records.h"
 
@@ -163,7 +164,9 @@ TEST_F(PartitionModel, TheHostFileTellsTheCompletionCode) {
     PartitionConfig config = Sample();
     ASSERT_TRUE(Perform(OperationCode::WritePartitions, mac, &config).IsDone());
     EXPECT_EQ(config.result, tavroapi::AppliedAtRestart);
-    EXPECT_EQ(ReadPartitions(mac).functions[7].upperLimit, "100");
+    EXPECT_EQ(ReadPartitions(mac).functions[1].upperLimit, "100");
+    Restart(host);
+    EXPECT_EQ(ReadPartitions(mac).functions[1].upperLimit, "94");
 
     host.adapters[3].partitions->completionCode = 5;
     config = Sample("0");
@@ -223,6 +226,8 @@ TEST_F(PartitionModel, ThePersonalitysCompletionCodeComesFromTheHostFile) {
     PersonalitySetting setting{.value = "1", .result = 0};
     ASSERT_TRUE(Perform(OperationCode::WritePersonality, mac, &setting).IsDone());
     EXPECT_EQ(setting.result, tavroapi::AppliedAtRestart);
+    EXPECT_EQ(ReadPersonality(mac), "FCoE");
+    Restart(host);
     EXPECT_EQ(ReadPersonality(mac), "iSCSI");
 
     host.adapters[3].ports[0].resources->completionCode = 5;
@@ -230,6 +235,48 @@ TEST_F(PartitionModel, ThePersonalitysCompletionCodeComesFromTheHostFile) {
     ASSERT_TRUE(Perform(OperationCode::WritePersonality, mac, &setting).IsDone());
     EXPECT_EQ(setting.result, tavroapi::ValueRefused);
     EXPECT_EQ(ReadPersonality(mac), "iSCSI");
+}
+
+TEST_F(PartitionModel, ASecondChangeBuildsOnThePendingOne) {
+    host.adapters[0].partitions.emplace().completionCode = tavroapi::AppliedAtRestart;
+    PartitionConfig config = Sample();
+    ASSERT_TRUE(Perform(OperationCode::WritePartitions, PartitionMac, &config).IsDone());
+    EXPECT_EQ(config.result, tavroapi::AppliedAtRestart);
+    config.functions[2].personality = "9";
+    ASSERT_TRUE(Perform(OperationCode::WritePartitions, PartitionMac, &config).IsDone());
+    EXPECT_EQ(config.result, tavroapi::AppliedAtRestart);
+    EXPECT_EQ(ReadPartitions().mode, "SF");
+    Restart(host);
+    const PartitionConfig now = ReadPartitions();
+    EXPECT_EQ(now.mode, "MF");
+    EXPECT_EQ(now.flowControl[0], "Disabled");
+    EXPECT_EQ(now.functions[2].personality, "FCoE");
+    EXPECT_EQ(now.functions[7].personality, "iSCSI");
+}
+
+TEST_F(PartitionModel, AChangeBackToWhatIsInForceTakesThePendingOneAway) {
+    Partitions& inForce = host.adapters[0].partitions.emplace();
+    inForce.completionCode = tavroapi::AppliedAtRestart;
+    inForce.flowControl = {"Disabled", "Tx Enabled", "Auto", "Auto"};
+    host.adapters[0].ports[0].resources =
+        Resources{.completionCode = tavroapi::AppliedAtRestart, .pendingPersonality = {}};
+    PartitionConfig config = Sample();
+    ASSERT_TRUE(Perform(OperationCode::WritePartitions, PartitionMac, &config).IsDone());
+    EXPECT_TRUE(host.adapters[0].pendingPartitions);
+    config = Sample("0");
+    ASSERT_TRUE(Perform(OperationCode::WritePartitions, PartitionMac, &config).IsDone());
+    EXPECT_EQ(config.result, 0);
+    EXPECT_FALSE(host.adapters[0].pendingPartitions);
+
+    PersonalitySetting setting{.value = "2", .result = -1};
+    ASSERT_TRUE(Perform(OperationCode::WritePersonality, PartitionMac, &setting).IsDone());
+    EXPECT_EQ(setting.result, tavroapi::AppliedAtRestart);
+    setting.value = "1";
+    ASSERT_TRUE(Perform(OperationCode::WritePersonality, PartitionMac, &setting).IsDone());
+    EXPECT_EQ(setting.result, 0);
+    Restart(host);
+    EXPECT_EQ(ReadPartitions().mode, "SF");
+    EXPECT_EQ(ReadPersonality(), "iSCSI");
 }
 
 TEST_F(PartitionModel, PartitionedAndEthernetPortsHaveNoPersonality) {
