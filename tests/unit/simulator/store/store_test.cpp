@@ -50,6 +50,21 @@ TEST_F(StoreTest, DefaultHostStandsInForAMissingFile) {
     EXPECT_FALSE(std::filesystem::exists(File()));
 }
 
+TEST_F(StoreTest, TheRestartPutsInForceWhatIsPendingInTheFile) {
+    Store store = NewStore();
+    ASSERT_TRUE(store.Load().IsDone());
+    const auto pend = [](Host& host) {
+        host.adapters[0].ports[0].functions[0].ethernet->tcpIp.pendingVlanId = "12";
+        return Done();
+    };
+    ASSERT_TRUE(store.Change(pend).IsDone());
+    ASSERT_TRUE(NewStore().RestartHost().IsDone());
+    ASSERT_TRUE(store.Load().IsDone());
+    const TcpIp& settings = store.Current().adapters[0].ports[0].functions[0].ethernet->tcpIp;
+    EXPECT_EQ(settings.vlanId, "12");
+    EXPECT_FALSE(settings.pendingVlanId);
+}
+
 TEST_F(StoreTest, FirstChangeMakesTheFileForTheOwnerOnly) {
     Store store = NewStore();
     ASSERT_TRUE(store.Load().IsDone());
