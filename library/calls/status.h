@@ -45,6 +45,7 @@ enum class Status : std::uint32_t {
     InvalidInitiatorName = 37121,
     ServerAlreadyListed = 37122,
     ServerNotListed = 37123,
+    InvalidPingAddress = 37124,
 
     // TCP/IP settings.
     AddressInUse = 37377,

@@ -5,6 +5,7 @@
 #include "library/text/text.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
+#include "simulator/model/ip_address.h"
 #include "simulator/model/model.h"
 #include "tavroapi/codes.h"
 #include "tavroapi/iscsi_records.h"
@@ -39,8 +40,9 @@ Outcome SetInitiator(Host& host, const InitiatorRecord& initiator) {
 // How many of `count` packets come back from the address; nothing when nobody has it.
 std::optional<std::uint32_t> RepliesFrom(const Host& host, const std::string& address,
                                          std::uint32_t count) {
+    const AddressMatch isPinged(address);
     for (const ReachableAddress& reachable : host.reachable) {
-        if (reachable.address == address) {
+        if (isPinged(reachable.address)) {
             const std::uint32_t loss = std::min(reachable.lossPercent, 100U);
             return count - static_cast<std::uint32_t>(std::uint64_t{count} * loss / 100U);
         }
@@ -50,6 +52,10 @@ std::optional<std::uint32_t> RepliesFrom(const Host& host, const std::string& ad
 
 Outcome PingFromIscsiPort(const Viewed<IscsiPart>& at, const IscsiPingRequest& ping,
                           IscsiPingResult& result) {
+    if (!IpAddressFrom(ping.address)) {
+        return Refused(Status::InvalidPingAddress, L"The text is not an IP address.",
+                       L"Give an IPv4 or IPv6 address.", L"address " + Quoted(ping.address));
+    }
     std::uint32_t count = 0;
     std::from_chars(ping.count.data(), ping.count.data() + ping.count.size(), count);
     const std::uint32_t replies = RepliesFrom(at.host, ping.address, count).value_or(0);

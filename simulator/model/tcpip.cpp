@@ -8,6 +8,7 @@
 #include "library/text/text.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
+#include "simulator/model/ip_address.h"
 #include "simulator/model/model.h"
 #include "tavroapi/codes.h"
 #include "tavroapi/tcpip_records.h"
@@ -23,6 +24,10 @@ using tavroapi::TcpIpSettings;
 constexpr int FirstLease = 100;
 constexpr int LastLease = 199;
 
+// The address that the program's iSCSI DHCP command sends with every port. It is an example, which
+// several functions may have.
+constexpr std::string_view ExampleIPv6 = "2001:DB8:85A3:42:1000:8A2E:370:7334";
+
 const TcpIp* SettingsOf(const Function& function) {
     return function.ethernet ? &function.ethernet->tcpIp
            : function.iscsi  ? &function.iscsi->tcpIp
@@ -31,12 +36,13 @@ const TcpIp* SettingsOf(const Function& function) {
 
 // The function other than `except` that has the address, IPv4 or IPv6.
 const Function* OwnerOf(const Host& host, const std::string& address, const Function& except) {
+    const AddressMatch isTheSame(address);
     for (const Adapter& adapter : host.adapters) {
         for (const Port& port : adapter.ports) {
             for (const Function& function : port.functions) {
                 const TcpIp* settings = SettingsOf(function);
                 if (&function != &except && settings != nullptr &&
-                    (settings->address == address || settings->addressIPv6 == address)) {
+                    (isTheSame(settings->address) || isTheSame(settings->addressIPv6))) {
                     return &function;
                 }
             }
@@ -49,10 +55,27 @@ bool IsUnset(const std::string& address) {
     return address.find_first_not_of("0.:") == std::string::npos;
 }
 
-Outcome RefuseUsedAddress(const std::string& address, const Function& owner) {
-    return Refused(
-        Status::AddressInUse, L"The address is in use on this host.", L"Choose another address.",
-        WideFromUtf8(address) + L" belongs to the function " + WideFromUtf8(KeyOf(owner)) + L".");
+// Done unless another function has the address, and only one may have it.
+Outcome CheckUnused(const Host& host, const std::string& address, const Function& function) {
+    static const AddressMatch isExample(ExampleIPv6);
+    if (IsUnset(address) || isExample(address)) {
+        return Done();
+    }
+    const Function* const owner = OwnerOf(host, address, function);
+    return owner == nullptr
+               ? Done()
+               : Refused(Status::AddressInUse,
+                         L"The address is in use on this host.",
+                         L"Choose another address.",
+                         WideFromUtf8(address) + L" belongs to the function " +
+                             WideFromUtf8(KeyOf(*owner)) + L".");
+}
+
+// A field of the record that is empty leaves the setting as it is.
+void TakeOver(const std::string& field, std::string& setting) {
+    if (!field.empty()) {
+        setting = field;
+    }
 }
 
 // An address from the pool: `pattern` and a number.
@@ -73,52 +96,44 @@ Outcome RefuseLease() {
 
 Outcome ApplyIPv4(const Host& host, const Function& function, const TcpIpSettings& wanted,
                   TcpIp& settings) {
-    settings.dhcp = wanted.dhcpEnabled;
+    TakeOver(wanted.dhcpEnabled, settings.dhcp);
     if (wanted.dhcpEnabled == "Yes") {
         settings.address = LeaseAddress(host, function, "192.0.2.");
         settings.subnetMask = "255.255.255.0";
         settings.gateway = "192.0.2.1";
         return settings.address.empty() ? RefuseLease() : Done();
     }
-    if (const Function* owner = OwnerOf(host, wanted.ipAddress, function);
-        owner != nullptr && !IsUnset(wanted.ipAddress)) {
-        return RefuseUsedAddress(wanted.ipAddress, *owner);
-    }
-    settings.address = wanted.ipAddress;
-    settings.subnetMask = wanted.subnetMask;
-    settings.gateway = wanted.defaultGateway;
-    return Done();
+    TakeOver(wanted.ipAddress, settings.address);
+    TakeOver(wanted.subnetMask, settings.subnetMask);
+    TakeOver(wanted.defaultGateway, settings.gateway);
+    return CheckUnused(host, wanted.ipAddress, function);
 }
 
 Outcome ApplyIPv6(const Host& host, const Function& function, const TcpIpSettings& wanted,
                   TcpIp& settings) {
-    settings.dhcpIPv6 = wanted.dhcpEnabledIPv6;
-    settings.prefixLengthIPv6 = wanted.staticPrefixLength;
+    TakeOver(wanted.dhcpEnabledIPv6, settings.dhcpIPv6);
+    TakeOver(wanted.staticPrefixLength, settings.prefixLengthIPv6);
     if (wanted.dhcpEnabledIPv6 == "Yes") {
         settings.addressIPv6 = LeaseAddress(host, function, "2001:db8::");
         settings.gatewayIPv6 = "2001:db8::1";
         return settings.addressIPv6.empty() ? RefuseLease() : Done();
     }
-    if (const Function* owner = OwnerOf(host, wanted.staticIPv6, function);
-        owner != nullptr && !IsUnset(wanted.staticIPv6)) {
-        return RefuseUsedAddress(wanted.staticIPv6, *owner);
-    }
-    settings.addressIPv6 = wanted.staticIPv6;
-    settings.gatewayIPv6 = wanted.gatewayIPv6;
-    return Done();
+    TakeOver(wanted.staticIPv6, settings.addressIPv6);
+    TakeOver(wanted.gatewayIPv6, settings.gatewayIPv6);
+    return CheckUnused(host, wanted.staticIPv6, function);
 }
 
 void ApplyVlan(const TcpIpSettings& wanted, TcpIp& settings) {
-    settings.vlanId = wanted.vlanEnabled == "No" ? "0" : wanted.vlanId;
-    settings.vlanPriority = wanted.vlanPriority;
-    settings.maxFrameSize = wanted.maxFrameSize;
+    TakeOver(wanted.vlanEnabled == "No" ? "0" : wanted.vlanId, settings.vlanId);
+    TakeOver(wanted.vlanPriority, settings.vlanPriority);
+    TakeOver(wanted.maxFrameSize, settings.maxFrameSize);
 }
 
-// The IPv6 part of the iSCSI commands' record is a placeholder: they set IPv4 only.
 Outcome SetIscsiTcpIp(const Edited<IscsiPart>& at, const TcpIpSettings& wanted) {
     TcpIp& settings = at.part.tcpIp;
     ApplyVlan(wanted, settings);
-    return ApplyIPv4(at.host, at.function, wanted, settings);
+    Outcome outcome = ApplyIPv4(at.host, at.function, wanted, settings);
+    return outcome.IsDone() ? ApplyIPv6(at.host, at.function, wanted, settings) : outcome;
 }
 
 // A driver takes another VLAN over when the host restarts; everything else takes effect at once.
