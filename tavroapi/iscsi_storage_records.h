@@ -57,7 +57,8 @@ struct TargetRecord {
 };
 
 // A target to log in to. `confirmedNew` is 1 when the target is in no list and the user wants it
-// nevertheless. `text2` is always "No", `text4` always empty; they are the library's own.
+// nevertheless. `text2` and `text4` are the library's own: "No" and empty, or what a configuration
+// that is imported says of immediate data and of the target's alias.
 //
 // The members follow one another without gaps. So that the texts are aligned all the same, a record
 // has to stand one byte in front of a text's boundary: see `PlacedTargetLogin`.

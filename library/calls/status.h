@@ -30,6 +30,7 @@ enum class Status : std::uint32_t {
     UnknownSession = 36901,
     InUse = 36902,
     NoStatistics = 36903,
+    SessionExists = 36904,
 
     // FCoE ports.
     UnknownFcoeTarget = 36913,

@@ -27,23 +27,27 @@ struct IscsiSession {
     std::uint32_t id = 0;
     std::string target;
     IscsiPortal portal;
+    std::string initiatorName;  // empty: the one that the host's initiator has
     std::string authentication = "None";
     std::string targetChapName;
     std::string initiatorChapName;
     std::string headerDigest = "No";
     std::string dataDigest = "No";
     std::string multipath = "Yes";
+    std::string immediateData;  // empty: what the port proposes
 
     static constexpr auto Members(auto visit) {
         return visit(Member{"id", &IscsiSession::id, Presence::Required},
                      Member{"target", &IscsiSession::target, Presence::Required},
                      Member{"portal", &IscsiSession::portal, Presence::Required},
+                     Member{"initiatorName", &IscsiSession::initiatorName},
                      Member{"authentication", &IscsiSession::authentication},
                      Member{"targetChapName", &IscsiSession::targetChapName},
                      Member{"initiatorChapName", &IscsiSession::initiatorChapName},
                      Member{"headerDigest", &IscsiSession::headerDigest},
                      Member{"dataDigest", &IscsiSession::dataDigest},
-                     Member{"multipath", &IscsiSession::multipath});
+                     Member{"multipath", &IscsiSession::multipath},
+                     Member{"immediateData", &IscsiSession::immediateData});
     }
 };
 

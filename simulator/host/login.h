@@ -30,18 +30,39 @@ struct Login {
     }
 };
 
+// The text, or what an empty one stands for.
+inline std::string TextOr(const std::string& text, const std::string& usual) {
+    return text.empty() ? usual : text;
+}
+
+// The options, here or of the contract, with the usual values in place of texts that say nothing.
+template <class Options>
+Options Completed(Options options) {
+    const Login usual;
+    options.multipath = TextOr(options.multipath, usual.multipath);
+    options.headerDigest = TextOr(options.headerDigest, usual.headerDigest);
+    options.dataDigest = TextOr(options.dataDigest, usual.dataDigest);
+    options.authentication = TextOr(options.authentication, usual.authentication);
+    return options;
+}
+
+// The options as the host keeps them.
 inline Login LoginOf(const tavroapi::LoginOptions& options) {
-    return {options.multipath,         options.headerDigest,   options.dataDigest,
-            options.authentication,    options.targetChapName, options.targetSecret,
-            options.initiatorChapName, options.initiatorSecret};
+    return Completed(Login{options.multipath, options.headerDigest, options.dataDigest,
+                           options.authentication, options.targetChapName, options.targetSecret,
+                           options.initiatorChapName, options.initiatorSecret});
 }
 
 // The options as the library tells them: without the secrets, which never leave the host.
 inline tavroapi::LoginOptions OptionsOf(const Login& login) {
-    return {login.multipath,         login.headerDigest,
-            login.dataDigest,        login.authentication,
-            login.targetChapName,    {},
-            login.initiatorChapName, {}};
+    return Completed(tavroapi::LoginOptions{login.multipath,
+                                            login.headerDigest,
+                                            login.dataDigest,
+                                            login.authentication,
+                                            login.targetChapName,
+                                            {},
+                                            login.initiatorChapName,
+                                            {}});
 }
 
 }  // namespace tavrosim

@@ -1,6 +1,8 @@
 // The portals that an iSCSI function's initiator knows. Adding one discovers the targets behind it.
 #include <list>
+#include <map>
 #include <set>
+#include <string_view>
 
 #include "simulator/model/families.h"
 #include "simulator/model/iscsi_storage.h"
@@ -37,10 +39,46 @@ Outcome AddPortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& rec
     }
     for (const NetworkTarget& target : at.host.iscsiTargets) {
         if (Answers(target, portal) && known.insert(target.name).second) {
-            storage.targets.push_back({target.name, portal, "SendTargets"});
+            storage.targets.push_back({target.name, portal, SendTargetsDiscovery});
         }
     }
     return Done();
+}
+
+// Where else the initiator reaches targets: the first of its other portals or, without one, the
+// first session that there is. By the targets' names.
+std::map<std::string_view, IscsiPortal> OtherWays(const Host& host, const IscsiStorage& storage) {
+    const auto isKnown = [&](const IscsiPortal& portal) {
+        return std::ranges::find(storage.portals, portal) != storage.portals.end();
+    };
+    std::map<std::string_view, IscsiPortal> ways;
+    for (const NetworkTarget& target : host.iscsiTargets) {
+        const auto way = std::ranges::find_if(target.portals, isKnown);
+        if (way != target.portals.end()) {
+            ways.try_emplace(target.name, *way);
+        }
+    }
+    for (const IscsiSession& session : storage.sessions) {
+        ways.try_emplace(session.target, session.portal);
+    }
+    return ways;
+}
+
+// A target that was discovered at the portal, which is not known any more, is forgotten unless it
+// is reached in another way. One that a user named is kept.
+void ForgetTargetsOf(const IscsiPortal& portal, const Host& host, IscsiStorage& storage) {
+    const auto ways = OtherWays(host, storage);
+    std::erase_if(storage.targets, [&](KnownTarget& target) {
+        if (target.portal != portal || target.discovery == StaticDiscovery) {
+            return false;
+        }
+        const auto way = ways.find(target.name);
+        if (way == ways.end()) {
+            return true;
+        }
+        target.portal = way->second;
+        return false;
+    });
 }
 
 Outcome RemovePortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& record) {
@@ -58,13 +96,7 @@ Outcome RemovePortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& 
                        L"Log out of the target first.", L"target " + Quoted(session->target));
     }
     std::erase(storage.portals, portal);
-    std::set<std::string> connected;
-    for (const IscsiSession& open : storage.sessions) {
-        connected.insert(open.target);
-    }
-    std::erase_if(storage.targets, [&](const KnownTarget& target) {
-        return target.portal == portal && !connected.contains(target.name);
-    });
+    ForgetTargetsOf(portal, at.host, storage);
     return Done();
 }
 

@@ -76,22 +76,25 @@ Outcome ReadSession(const Viewed<IscsiPart>& at, const SessionRecord& wanted,
         target == nullptr ? std::string() : target->portalGroup;
     record.texts[iscsi_session::TargetAddress] = session->portal.address;
     record.texts[iscsi_session::TargetPort] = session->portal.port;
-    record.texts[iscsi_session::InitiatorName] = at.host.initiator.name;
+    record.texts[iscsi_session::InitiatorName] = InitiatorNameOf(*session, at.host);
     record.texts[iscsi_session::InitiatorAddress] =
         session->portal.address.find(':') == std::string::npos ? tcpIp.address : tcpIp.addressIPv6;
     record.texts[iscsi_session::InitiatorPort] = std::to_string(49151 + session->id);
     record.texts[iscsi_session::ConnectionCount] = "1";
     record.texts[iscsi_session::ConnectionId] = "0";
     record.texts[iscsi_session::ConnectionStatus] = "Connected";
-    record.texts[iscsi_session::Authentication] = session->authentication;
+    record.texts[iscsi_session::Authentication] =
+        TextOr(session->authentication, Login().authentication);
     record.texts[iscsi_session::TargetChapName] = session->targetChapName;
     record.texts[iscsi_session::InitiatorChapName] = session->initiatorChapName;
-    record.texts[iscsi_session::HeaderDigest] = session->headerDigest;
-    record.texts[iscsi_session::DataDigest] = session->dataDigest;
-    record.texts[iscsi_session::Multipath] = session->multipath;
+    record.texts[iscsi_session::HeaderDigest] =
+        TextOr(session->headerDigest, parameters.headerDigest);
+    record.texts[iscsi_session::DataDigest] = TextOr(session->dataDigest, parameters.dataDigest);
+    record.texts[iscsi_session::Multipath] = TextOr(session->multipath, Login().multipath);
     record.texts[iscsi_session::MaxConnections] = parameters.maxConnections;
     record.texts[iscsi_session::InitialR2T] = parameters.initialR2T;
-    record.texts[iscsi_session::ImmediateData] = parameters.immediateData;
+    record.texts[iscsi_session::ImmediateData] =
+        TextOr(session->immediateData, parameters.immediateData);
     record.texts[iscsi_session::MaxBurstLength] = parameters.maxBurstLength;
     record.texts[iscsi_session::FirstBurstLength] = parameters.firstBurstLength;
     record.texts[iscsi_session::TimeToWait] = parameters.timeToWait;

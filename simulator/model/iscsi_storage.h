@@ -10,6 +10,10 @@
 // What the model functions of iSCSI portals, targets and sessions share.
 namespace tavrosim {
 
+// How a target came to be known: through a portal, or by its name.
+inline constexpr const char* SendTargetsDiscovery = "SendTargets";
+inline constexpr const char* StaticDiscovery = "Static";
+
 // The first element for which `isWanted` is true; null when there is none.
 template <class Elements, class Predicate>
 auto FindWhere(Elements& elements, Predicate isWanted) {
@@ -36,6 +40,11 @@ inline const IscsiSession* FindSessionWith(const IscsiStorage& storage, const st
 // A portal as details of an error name it.
 inline std::wstring PortalDetails(const IscsiPortal& portal) {
     return L"address " + Quoted(portal.address) + L", port number " + Quoted(portal.port);
+}
+
+// The name that the initiator had when it opened the session.
+inline std::string InitiatorNameOf(const IscsiSession& session, const Host& host) {
+    return TextOr(session.initiatorName, host.initiator.name);
 }
 
 inline Outcome UnknownTarget(const std::string& name) {

@@ -125,21 +125,34 @@ Outcome Authenticate(const NetworkTarget& target, const LoginOptions& login) {
     return Done();
 }
 
-void OpenSession(IscsiStorage& storage, const std::string& target, const IscsiPortal& portal,
-                 const LoginOptions& login) {
-    const bool withChap = login.authentication != "None";
-    IscsiSession session;
-    session.id = ++storage.lastSessionId;
-    session.target = target;
-    session.portal = portal;
-    session.authentication = login.authentication;
-    session.targetChapName = withChap ? login.targetChapName : std::string();
-    session.initiatorChapName = withChap ? login.initiatorChapName : std::string();
-    session.headerDigest = login.headerDigest;
-    session.dataDigest = login.dataDigest;
-    session.multipath = login.multipath;
-    storage.sessions.push_back(session);
-    ++storage.statistics.logins;
+// An initiator may have several sessions with a target when all of their logins say so.
+Outcome CheckFurtherSession(const Host& host, const IscsiStorage& storage,
+                            const IscsiSession& wanted) {
+    const IscsiSession* other = nullptr;
+    for (const IscsiSession& open : storage.sessions) {
+        if (open.target == wanted.target &&
+            InitiatorNameOf(open, host) == InitiatorNameOf(wanted, host) &&
+            (open.multipath == "No" || wanted.multipath == "No")) {
+            other = &open;
+            if (open.portal == wanted.portal) {
+                break;
+            }
+        }
+    }
+    if (other == nullptr) {
+        return Done();
+    }
+    std::wstring details = L"target " + Quoted(other->target) + L", " +
+                           PortalDetails(other->portal) + L", session " +
+                           std::to_wstring(other->id);
+    constexpr ErrorText Action =
+        L"Log out of the target first. For several sessions, log in without the option \"-mp\".";
+    return other->portal == wanted.portal
+               ? Refused(Status::SessionExists,
+                         L"There is a session with the target through this portal already.", Action,
+                         std::move(details))
+               : LoginRefused(L"There is a session with the target through another portal already.",
+                              Action, std::move(details));
 }
 
 // Blanks around a name do not count, neither here nor where the program looks a name up.
@@ -149,15 +162,35 @@ std::string WithoutOuterBlanks(const std::string& text) {
                                       : text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
+// The session that a login asks for, still without a number.
+IscsiSession SessionFor(const tavroapi::TargetLoginRecord& record, const Host& host) {
+    const LoginOptions& login = record.login;
+    IscsiSession session;
+    session.target = WithoutOuterBlanks(record.targetName);
+    session.portal = {record.portalAddress, record.portalPort};
+    session.initiatorName = host.initiator.name;
+    session.authentication = TextOr(login.authentication, session.authentication);
+    if (session.authentication != "None") {
+        session.targetChapName = login.targetChapName;
+        session.initiatorChapName = login.initiatorChapName;
+    }
+    session.headerDigest = TextOr(login.headerDigest, session.headerDigest);
+    session.dataDigest = TextOr(login.dataDigest, session.dataDigest);
+    session.multipath = TextOr(login.multipath, session.multipath);
+    session.immediateData = record.text2;
+    return session;
+}
+
 Outcome LogInToTarget(const Edited<IscsiPart>& at, const tavroapi::TargetLoginRecord& record) {
     IscsiStorage& storage = at.part.storage;
-    const std::string name = WithoutOuterBlanks(record.targetName);
+    IscsiSession wanted = SessionFor(record, at.host);
+    const std::string& name = wanted.target;
+    const IscsiPortal& portal = wanted.portal;
     const bool isKnown = FindKnownTarget(storage, name) != nullptr;
     if (!isKnown && record.confirmedNew == 0) {
         return UnknownTarget(name);
     }
     const NetworkTarget* const target = FindNetworkTarget(at.host, name);
-    const IscsiPortal portal{record.portalAddress, record.portalPort};
     if (target == nullptr || std::ranges::find(target->portals, portal) == target->portals.end()) {
         return Refused(Status::TargetUnreachable, L"The target does not reply at this portal.",
                        L"Check the target name, the address and the port number.",
@@ -167,16 +200,16 @@ Outcome LogInToTarget(const Edited<IscsiPart>& at, const tavroapi::TargetLoginRe
     if (!authenticated.IsDone()) {
         return authenticated;
     }
-    if (record.login.multipath == "No" && FindSessionWith(storage, name) != nullptr) {
-        return LoginRefused(
-            L"There is a session with the target already, and the login is not for multipath.",
-            L"Log out of the target first, or log in without the option \"-mp\".",
-            L"target " + Quoted(name));
+    Outcome further = CheckFurtherSession(at.host, storage, wanted);
+    if (!further.IsDone()) {
+        return further;
     }
     if (!isKnown) {
-        storage.targets.push_back({name, portal, "Static"});
+        storage.targets.push_back({name, portal, StaticDiscovery});
     }
-    OpenSession(storage, name, portal, record.login);
+    wanted.id = ++storage.lastSessionId;
+    storage.sessions.push_back(std::move(wanted));
+    ++storage.statistics.logins;
     return Done();
 }
 

@@ -62,13 +62,11 @@ Outcome CheckUnused(const Host& host, const std::string& address, const Function
         return Done();
     }
     const Function* const owner = OwnerOf(host, address, function);
-    return owner == nullptr
-               ? Done()
-               : Refused(Status::AddressInUse,
-                         L"The address is in use on this host.",
-                         L"Choose another address.",
-                         WideFromUtf8(address) + L" belongs to the function " +
-                             WideFromUtf8(KeyOf(*owner)) + L".");
+    return owner == nullptr ? Done()
+                            : Refused(Status::AddressInUse, L"The address is in use on this host.",
+                                      L"Choose another address.",
+                                      WideFromUtf8(address) + L" belongs to the function " +
+                                          WideFromUtf8(KeyOf(*owner)) + L".");
 }
 
 // A field of the record that is empty leaves the setting as it is.

@@ -91,10 +91,10 @@ class IscsiStorageModel : public testing::Test {
 
     Outcome LogIn(const std::string& name, const std::string& address,
                   const LoginOptions& options = Plain(), std::uint8_t confirmedNew = 0,
-                  const std::string& port = "3260") {
+                  const std::string& port = "3260", const std::string& immediateData = "No") {
         tavroapi::PlacedTargetLogin place;
         place.record.confirmedNew = confirmedNew;
-        place.record.text2 = "No";
+        place.record.text2 = immediateData;
         place.record.targetName = name;
         place.record.portalAddress = address;
         place.record.portalPort = port;
@@ -111,15 +111,26 @@ class IscsiStorageModel : public testing::Test {
         return Perform(OperationCode::RemoveTarget, name.data(), nullptr);
     }
 
-    // The number of the session that is read, empty when there is none.
-    std::string Session(const std::string& name, const std::string& id) {
+    // A text of the session that is read, its number unless another is asked for; empty when there
+    // is no such session.
+    std::string Session(const std::string& name, const std::string& id,
+                        std::size_t position = tavroapi::iscsi_session::Id) {
         SessionRecord record;
         record.texts[tavroapi::iscsi_session::TargetName] = name;
         record.texts[tavroapi::iscsi_session::Id] = id;
         return Perform(OperationCode::ReadSession, &record, &record).IsDone()
-                   ? record.texts[tavroapi::iscsi_session::Id]
+                   ? record.texts[position]
                    : std::string();
     }
+
+    // "address port" of the portal that the target tells of itself.
+    std::string PortalOf(std::string name) {
+        TargetRecord record;
+        EXPECT_TRUE(Perform(OperationCode::ReadTarget, name.data(), &record).IsDone());
+        return record.portalAddress + " " + record.portalPort;
+    }
+
+    static LoginOptions OnlyOne() { return {"No", "No", "No", "None", {}, {}, {}, {}}; }
 
     static LoginOptions Plain() { return {"Yes", "No", "No", "None", {}, {}, {}, {}}; }
     static LoginOptions OneWay(const std::string& name, const std::string& secret) {
@@ -212,13 +223,90 @@ TEST_F(IscsiStorageModel, ALoginOpensANumberedSession) {
     EXPECT_EQ(Session("open", "3"), "3") << "numbers are not used again";
 }
 
-TEST_F(IscsiStorageModel, WithoutMultipathThereIsOneSession) {
+TEST_F(IscsiStorageModel, ATargetStaysWhileAnotherKnownPortalReachesIt) {
     AddPortal("192.0.2.20");
-    LoginOptions options = Plain();
-    options.multipath = "No";
-    EXPECT_TRUE(LogIn("open", "192.0.2.20", options).IsDone());
-    EXPECT_FALSE(LogIn("open", "192.0.2.20", options).IsDone());
+    AddPortal("192.0.2.99");
+    AddPortal("192.0.2.21", "860");
+    ASSERT_EQ(PortalOf("open"), "192.0.2.20 3260");
+    EXPECT_TRUE(RemovePortal("192.0.2.20").IsDone());
+    EXPECT_EQ(Targets(), Texts{"open, Not connected, SendTargets"});
+    EXPECT_EQ(PortalOf("open"), "192.0.2.21 860");
+    EXPECT_TRUE(RemovePortal("192.0.2.99").IsDone());
+    EXPECT_EQ(Targets().size(), 1U);
+    EXPECT_TRUE(RemovePortal("192.0.2.21", "860").IsDone());
+    EXPECT_EQ(Targets(), Texts{});
+}
+
+TEST_F(IscsiStorageModel, AConnectedOrNamedTargetStaysWithoutAPortal) {
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogIn("open", "192.0.2.21", Plain(), 0, "860").IsDone());
+    EXPECT_TRUE(RemovePortal("192.0.2.20").IsDone());
+    EXPECT_EQ(Targets(), Texts{"open, Connected, SendTargets"});
+    ASSERT_TRUE(LogOut("open", {"0"}).IsDone());
+    EXPECT_EQ(PortalOf("open"), "192.0.2.21 860");
+
+    ASSERT_TRUE(LogIn("guarded", "192.0.2.20", OneWay("user", "secret-secret"), 1).IsDone());
+    ASSERT_TRUE(LogOut("guarded", {"0"}).IsDone());
+    AddPortal("192.0.2.20");
+    EXPECT_TRUE(RemovePortal("192.0.2.20").IsDone());
+    EXPECT_EQ(Targets(),
+              (Texts{"open, Not connected, SendTargets", "guarded, Not connected, Static"}));
+}
+
+TEST_F(IscsiStorageModel, WithoutMultipathAnInitiatorHasOneSessionWithATarget) {
+    const auto sessionExists = static_cast<std::uint32_t>(Status::SessionExists);
+    const auto refused = static_cast<std::uint32_t>(Status::LoginRefused);
+    AddPortal("192.0.2.20");
+    EXPECT_TRUE(LogIn("open", "192.0.2.20", OnlyOne()).IsDone());
+    const Outcome repeated = LogIn("open", "192.0.2.20", OnlyOne());
+    EXPECT_EQ(repeated.status, sessionExists);
+    EXPECT_EQ(repeated.error->details,
+              L"target \"open\", address \"192.0.2.20\", port number \"3260\", session 1");
+    EXPECT_EQ(LogIn("open", "192.0.2.20").status, sessionExists) << "the first wants to be alone";
+    EXPECT_EQ(LogIn("open", "192.0.2.21", Plain(), 0, "860").status, refused);
     EXPECT_EQ(Session("open", "2"), "");
+    ASSERT_TRUE(LogOut("open", {"1"}).IsDone());
+    EXPECT_TRUE(LogIn("open", "192.0.2.21", Plain(), 0, "860").IsDone());
+    EXPECT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    EXPECT_EQ(LogIn("open", "192.0.2.20", OnlyOne()).status, sessionExists)
+        << "the reason is the repetition, not the session through the other portal";
+    EXPECT_EQ(LogIn("open", "192.0.2.21", OnlyOne(), 0, "860").status, sessionExists);
+}
+
+TEST_F(IscsiStorageModel, AnotherInitiatorNameIsAnotherInitiator) {
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogIn("open", "192.0.2.20", OnlyOne()).IsDone());
+    host.initiator.name = "iqn.example:other";
+    EXPECT_TRUE(LogIn("open", "192.0.2.20", OnlyOne()).IsDone());
+    EXPECT_FALSE(LogIn("open", "192.0.2.20", OnlyOne()).IsDone());
+    EXPECT_EQ(Session("open", "1", tavroapi::iscsi_session::InitiatorName), "iqn.example:host");
+    EXPECT_EQ(Session("open", "2", tavroapi::iscsi_session::InitiatorName), "iqn.example:other");
+}
+
+TEST_F(IscsiStorageModel, TextsOfALoginThatSayNothingMeanTheUsualValues) {
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogIn("open", "192.0.2.20", {}, 0, "3260", "").IsDone());
+    ASSERT_TRUE(LogIn("open", "192.0.2.20", {}, 0, "3260", "No").IsDone())
+        << "without a word several sessions are allowed";
+    // A host file may hold such texts as well.
+    IscsiSession silent;
+    silent.id = 3;
+    silent.target = "open";
+    for (std::string* text :
+         {&silent.authentication, &silent.headerDigest, &silent.dataDigest, &silent.multipath}) {
+        text->clear();
+    }
+    host.adapters[0].ports[0].functions[0].iscsi->storage.sessions.push_back(silent);
+    using namespace tavroapi::iscsi_session;
+    for (const char* id : {"1", "3"}) {
+        EXPECT_EQ(Session("open", id, HeaderDigest), "No");
+        EXPECT_EQ(Session("open", id, DataDigest), "No");
+        EXPECT_EQ(Session("open", id, Multipath), "Yes");
+        EXPECT_EQ(Session("open", id, Authentication), "None");
+        EXPECT_EQ(Session("open", id, ImmediateData), "Yes") << "as the port's default is";
+        EXPECT_EQ(Session("open", id, InitiatorName), "iqn.example:host");
+    }
+    EXPECT_EQ(Session("open", "2", ImmediateData), "No");
 }
 
 TEST_F(IscsiStorageModel, ALoginToWhatIsNotThereFails) {

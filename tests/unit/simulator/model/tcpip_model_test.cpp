@@ -79,8 +79,18 @@ TEST_F(IscsiTcpIpModel, EveryFieldOverwritesItsSetting) {
     record.staticPrefixLength = "124";
     record.gatewayIPv6 = "0:0:0:0:0:0:0:0";
     ASSERT_TRUE(Set(record).IsDone());
-    EXPECT_EQ(Settings(), (TcpIp{"No", "192.0.2.77", "255.255.0.0", "192.0.2.2", "17", "3", "1500",
-                                 "No", "2001:db8::77", "124", "0:0:0:0:0:0:0:0"}));
+    EXPECT_EQ(Settings(), (TcpIp{"No",
+                                 "192.0.2.77",
+                                 "255.255.0.0",
+                                 "192.0.2.2",
+                                 "17",
+                                 {},
+                                 "3",
+                                 "1500",
+                                 "No",
+                                 "2001:db8::77",
+                                 "124",
+                                 "0:0:0:0:0:0:0:0"}));
 }
 
 TEST_F(IscsiTcpIpModel, DhcpGivesTheAddresses) {
