@@ -1,20 +1,17 @@
 #include "library/json/json.h"
 
 #include <algorithm>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace tavrolib {
 namespace {
 
-// What the parser says after its own "parse error at line 1, column 2: ".
-std::string ReasonOf(const nlohmann::json::parse_error& error) {
-    const std::string text = error.what();
-    const std::size_t column = text.find("column ");
-    const std::size_t start = text.find(": ", column == std::string::npos ? 0 : column);
-    return start == std::string::npos ? text : text.substr(start + 2);
-}
+// Deeper than anything that is read here; what is built of a document is walked by recursion.
+constexpr std::size_t DeepestNesting = 64;
 
 std::string LineAndColumn(std::string_view text, std::size_t byte) {
     const std::string_view before = text.substr(0, std::min(byte == 0 ? 0 : byte - 1, text.size()));
@@ -42,6 +39,114 @@ std::string KindOf(const Json& json) {
     }
 }
 
+// Walks the text for the parser, and tells how far that has come.
+class Cursor {
+  public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    Cursor(const char* position, const char*& furthest)
+        : position_(position), furthest_(&furthest) {}
+    reference operator*() const { return *position_; }
+    Cursor& operator++() {
+        *furthest_ = ++position_;
+        return *this;
+    }
+    bool operator==(const Cursor& other) const { return position_ == other.position_; }
+
+  private:
+    const char* position_;
+    const char** furthest_;
+};
+
+// Makes the document of what the parser finds. What is refused is told by its place alone: the
+// parser's own words would quote the text.
+class Builder : public Json::json_sax_t {
+  public:
+    Builder(std::string_view text, const char*& furthest) : text_(text), furthest_(furthest) {}
+
+    Json TakeDocument() { return std::move(document_); }
+
+    bool null() override { return Put(nullptr); }
+    bool boolean(bool value) override { return Put(value); }
+    bool number_integer(number_integer_t value) override { return Put(value); }
+    bool number_unsigned(number_unsigned_t value) override { return Put(value); }
+    bool number_float(number_float_t value, const string_t& /*text*/) override {
+        return Put(value);
+    }
+    bool string(string_t& value) override { return Put(std::move(value)); }
+    bool binary(binary_t& value) override { return Put(std::move(value)); }
+    bool start_object(std::size_t /*elements*/) override {
+        names_.emplace_back();
+        return Open(Json::object());
+    }
+    bool key(string_t& name) override {
+        if (!names_.back().insert(name).second) {
+            RefuseAt(Reached(), "this member stands twice in its object");
+        }
+        name_ = std::move(name);
+        return true;
+    }
+    bool end_object() override {
+        names_.pop_back();
+        return Close();
+    }
+    bool start_array(std::size_t /*elements*/) override { return Open(Json::array()); }
+    bool end_array() override { return Close(); }
+    bool parse_error(std::size_t position, const std::string& /*token*/,
+                     const Json::exception& error) override {
+        constexpr int NumberOverflow = 406;
+        RefuseAt(position, error.id == NumberOverflow ? "the number is too large"
+                           : position > text_.size()  ? "the text ends too early"
+                                                      : "a syntax error");
+    }
+
+  private:
+    [[noreturn]] void RefuseAt(std::size_t byte, const char* reason) const {
+        throw ShapeError(LineAndColumn(text_, byte) + ": " + reason);
+    }
+    std::size_t Reached() const { return static_cast<std::size_t>(furthest_ - text_.data()); }
+
+    // The value in its place, the end of what is open.
+    Json& Add(Json value) {
+        if (open_.empty()) {
+            return document_ = std::move(value);
+        }
+        if (open_.back()->is_array()) {
+            return open_.back()->get_ref<Json::array_t&>().emplace_back(std::move(value));
+        }
+        // The name is known to be new, so that it need not be looked for.
+        auto& members = open_.back()->get_ref<Json::object_t&>();
+        members.emplace_back(std::move(name_), std::move(value));
+        return members.back().second;
+    }
+    bool Put(Json value) {
+        Add(std::move(value));
+        return true;
+    }
+    bool Open(Json container) {
+        if (open_.size() == DeepestNesting) {
+            RefuseAt(Reached(), "nested too deeply");
+        }
+        open_.push_back(&Add(std::move(container)));
+        return true;
+    }
+    bool Close() {
+        open_.pop_back();
+        return true;
+    }
+
+    std::string_view text_;
+    const char*& furthest_;
+    Json document_;
+    std::vector<Json*> open_;
+    std::vector<std::set<std::string>> names_;  // of the objects that are open
+    std::string name_;
+};
+
 [[noreturn]] void Refuse(const std::string& wanted, const Json& json, const Place& place) {
     throw ShapeError(place, wanted + " is wanted, not " + KindOf(json));
 }
@@ -49,27 +154,11 @@ std::string KindOf(const Json& json) {
 }  // namespace
 
 Json ParseJson(std::string_view text) {
-    std::vector<std::set<std::string>> names;
-    const auto refuseRepeatedNames = [&names](int /*depth*/, Json::parse_event_t event,
-                                              Json& value) {
-        if (event == Json::parse_event_t::object_start) {
-            names.emplace_back();
-        } else if (event == Json::parse_event_t::object_end) {
-            names.pop_back();
-        } else if (event == Json::parse_event_t::key &&
-                   !names.back().insert(value.get_ref<const std::string&>()).second) {
-            throw ShapeError("\"" + value.get_ref<const std::string&>() +
-                             "\" stands twice in one object");
-        }
-        return true;
-    };
-    try {
-        return Json::parse(text.begin(), text.end(), refuseRepeatedNames);
-    } catch (const nlohmann::json::parse_error& error) {
-        throw ShapeError(LineAndColumn(text, error.byte) + ": " + ReasonOf(error));
-    } catch (const nlohmann::json::exception& error) {
-        throw ShapeError(error.what());
-    }
+    const char* furthest = text.data();
+    Builder builder(text, furthest);
+    Json::sax_parse(Cursor(text.data(), furthest), Cursor(text.data() + text.size(), furthest),
+                    &builder);
+    return builder.TakeDocument();
 }
 
 std::string LineOf(const Json& json) {
@@ -93,7 +182,7 @@ std::int64_t NumberAt(const Json& json, std::int64_t lowest, std::int64_t highes
     if (!json.is_number_integer() || tooLarge || json.get<std::int64_t>() < lowest ||
         json.get<std::int64_t>() > highest) {
         throw ShapeError(place, "a whole number from " + std::to_string(lowest) + " to " +
-                                    std::to_string(highest) + " is wanted, not " + json.dump());
+                                    std::to_string(highest) + " is wanted");
     }
     return json.get<std::int64_t>();
 }
@@ -112,6 +201,18 @@ std::size_t SizeAt(const Json& json, std::size_t most, const Place& place) {
 void WantObject(const Json& json, const Place& place) {
     if (!json.is_object()) {
         Refuse("an object", json, place);
+    }
+}
+
+void RefuseUnknownMembers(const Json& json, const std::function<bool(std::string_view)>& isKnown,
+                          const Place& place) {
+    WantObject(json, place);
+    std::size_t number = 0;
+    for (const auto& item : json.items()) {
+        ++number;
+        if (!isKnown(item.key())) {
+            throw ShapeError(place, "member " + std::to_string(number) + " is unknown");
+        }
     }
 }
 

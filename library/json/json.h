@@ -2,20 +2,22 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 
 #include "library/json/place.h"
 
-// Reading JSON documents with errors that a person can act on.
+// Reading JSON documents with errors that a person can act on. An error tells the place, and what
+// is wanted there, but nothing that stands in the document: that may be a secret, or of any length.
 namespace tavrolib {
 
 // Objects keep the order of their members, so that files stay as their writer arranged them.
 using Json = nlohmann::ordered_json;
 
-// Parses a whole document. Throws ShapeError that names line and column of a syntax error, or the
-// member that stands twice in one object.
+// Parses a whole document. Throws ShapeError that names line and column of a syntax error, of the
+// name of a member that stands twice in one object, and of what is nested too deeply.
 Json ParseJson(std::string_view text);
 
 // One document on a single line.
@@ -36,6 +38,11 @@ std::size_t SizeAt(const Json& json, std::size_t most, const Place& place);
 
 // Throws ShapeError unless `json` is an object.
 void WantObject(const Json& json, const Place& place);
+
+// Throws ShapeError unless `json` is an object whose members are all known; it tells the unknown
+// one by its number in the object.
+void RefuseUnknownMembers(const Json& json, const std::function<bool(std::string_view)>& isKnown,
+                          const Place& place);
 
 // Throws ShapeError unless `json` is true or false.
 bool TruthAt(const Json& json, const Place& place);

@@ -65,12 +65,11 @@ void StructFromJson(const HostType& type, const Json& json, void* owner, const P
             throw ShapeError(place, "\"" + std::string(member.key) + "\" is missing");
         }
     }
-    for (const auto& item : json.items()) {
-        const auto isItem = [&item](const HostMember& member) { return member.key == item.key(); };
-        if (std::none_of(type.members.begin(), type.members.end(), isItem)) {
-            throw ShapeError(Place(place, item.key()), "unknown here");
-        }
-    }
+    const auto isKnown = [&type](std::string_view name) {
+        return std::any_of(type.members.begin(), type.members.end(),
+                           [name](const HostMember& member) { return member.key == name; });
+    };
+    RefuseUnknownMembers(json, isKnown, place);
     CheckIsStatedOnce(type, json, owner, place);
 }
 

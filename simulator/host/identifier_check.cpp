@@ -5,28 +5,27 @@
 namespace tavrosim {
 namespace {
 
-void Want(bool isRight, const char* kind, std::size_t digits, const std::string& text,
-          const Place& place) {
+void Want(bool isRight, const char* kind, std::size_t digits, const Place& place) {
     if (!isRight) {
         throw ShapeError(place, std::string(kind) + " of " + std::to_string(digits) +
-                                    " hexadecimal digits is wanted, not \"" + text + "\"");
+                                    " hexadecimal digits is wanted");
     }
 }
 
 }  // namespace
 
 void CheckMac(const std::string& text, const Place& place) {
-    Want(NormalIdentifier(text).size() == MacDigits, "a MAC", MacDigits, text, place);
+    Want(NormalIdentifier(text).size() == MacDigits, "a MAC", MacDigits, place);
 }
 
 void CheckWwn(const std::string& text, const Place& place) {
-    Want(NormalIdentifier(text).size() == WwnDigits, "a WWN", WwnDigits, text, place);
+    Want(NormalIdentifier(text).size() == WwnDigits, "a WWN", WwnDigits, place);
 }
 
 void CheckFcid(const std::string& text, const Place& place) {
     const bool isRight = text.size() == FcidDigits &&
                          text.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
-    Want(isRight, "an FCID", FcidDigits, text, place);
+    Want(isRight, "an FCID", FcidDigits, place);
 }
 
 }  // namespace tavrosim

@@ -59,12 +59,10 @@ constexpr std::array ScriptMembers{"messages", "model", "answers", "comment"};
 
 template <class Names>
 void RefuseUnknown(const Json& object, const Names& known, const Place& place) {
-    WantObject(object, place);
-    for (const auto& item : object.items()) {
-        if (std::find(known.begin(), known.end(), item.key()) == known.end()) {
-            throw ShapeError(Place(place, item.key()), "unknown here");
-        }
-    }
+    const auto isKnown = [&known](std::string_view name) {
+        return std::find(known.begin(), known.end(), name) != known.end();
+    };
+    RefuseUnknownMembers(object, isKnown, place);
 }
 
 // Calls `use(member, its place)` where the object has the member.
@@ -107,20 +105,18 @@ void CheckRecords(const Answer& answer, const Json& json, const Place& place) {
         return;  // it may answer any operation, so its records can be told when it is used only
     }
     const Operation* operation = isOperation ? tavrolib::FindOperation(*answer.operation) : nullptr;
-    const std::string name = isOperation ? "operation " + std::to_string(*answer.operation)
-                                         : std::string(answer.entryPoint->name);
     if (answer.output) {
         const RecordType* type = isOperation ? (operation == nullptr ? nullptr : operation->output)
                                              : answer.entryPoint->output;
         if (type == nullptr) {
-            throw ShapeError(Place(place, "output"), name + " has no result record");
+            throw ShapeError(Place(place, "output"), "the call has no result record");
         }
         type->check(json.at("output"), Place(place, "output"));
     }
     if (answer.result) {
         const RecordType* type = operation == nullptr ? nullptr : operation->input;
         if (type == nullptr || type->setCompletionCode == nullptr) {
-            throw ShapeError(Place(place, "result"), name + " leaves no completion code");
+            throw ShapeError(Place(place, "result"), "the call leaves no completion code");
         }
     }
 }
@@ -132,7 +128,7 @@ Answer ReadAnswer(const Json& json, const Place& place) {
     IfThere(json, "call", place, [&answer](const Json& call, const Place& at) {
         answer.entryPoint = tavrolib::FindEntryPoint(TextAt(call, at));
         if (answer.entryPoint == nullptr) {
-            throw ShapeError(at, "there is no entry point \"" + TextAt(call, at) + "\"");
+            throw ShapeError(at, "there is no such entry point");
         }
     });
     if (answer.entryPoint == nullptr) {
@@ -176,7 +172,7 @@ Script Script::FromText(std::string_view text) {
     IfThere(json, "messages", root, [&script](const Json& messages, const Place& at) {
         const std::string& kind = TextAt(messages, at);
         if (kind != "numbers" && kind != "words") {
-            throw ShapeError(at, "\"numbers\" or \"words\" is wanted, not \"" + kind + "\"");
+            throw ShapeError(at, "\"numbers\" or \"words\" is wanted");
         }
         script.messagesAreNumbers_ = kind == "numbers";
     });

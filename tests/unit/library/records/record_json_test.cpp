@@ -84,12 +84,11 @@ TEST(RecordJson, ListsAndMapsAreReplaced) {
 TEST(RecordJson, RefusalsNameThePlace) {
     EXPECT_EQ(Refusal<std::string>("1"), "a text is wanted, not a number");
     EXPECT_EQ(Refusal<std::uint32_t>("\"1\""), "a number is wanted, not a text");
-    EXPECT_EQ(Refusal<std::uint8_t>("256"), "a whole number from 0 to 255 is wanted, not 256");
-    EXPECT_EQ(Refusal<std::uint8_t>("-1"), "a whole number from 0 to 255 is wanted, not -1");
-    EXPECT_EQ(Refusal<std::uint32_t>("1.5"),
-              "a whole number from 0 to 4294967295 is wanted, not 1.5");
+    EXPECT_EQ(Refusal<std::uint8_t>("256"), "a whole number from 0 to 255 is wanted");
+    EXPECT_EQ(Refusal<std::uint8_t>("-1"), "a whole number from 0 to 255 is wanted");
+    EXPECT_EQ(Refusal<std::uint32_t>("1.5"), "a whole number from 0 to 4294967295 is wanted");
     EXPECT_EQ(Refusal<std::uint32_t>("18446744073709551615"),
-              "a whole number from 0 to 4294967295 is wanted, not 18446744073709551615");
+              "a whole number from 0 to 4294967295 is wanted");
     EXPECT_EQ(Refusal<Inner>("{}"), "an array is wanted, not an object");
     EXPECT_EQ(Refusal<Inner>(R"(["a", "b", "c"])"), "at most 2 elements are wanted, not 3");
     EXPECT_EQ(Refusal<std::list<Inner>>(R"([["a"], ["a", null]])"),
@@ -98,27 +97,6 @@ TEST(RecordJson, RefusalsNameThePlace) {
               "[6]: at most 2 elements are wanted, not 3");
     EXPECT_EQ((Refusal<std::map<std::int32_t, std::wstring>>("[[1]]")),
               "[0]: a key and a value are wanted");
-}
-
-TEST(Json, SyntaxErrorsNameLineAndColumn) {
-    try {
-        ParseJson("{\n  \"a\": 1,\n  \"b\" 2\n}");
-        FAIL() << "accepted";
-    } catch (const ShapeError& error) {
-        EXPECT_EQ(std::string(error.what()).substr(0, 18), "line 3, column 7: ") << error.what();
-    }
-}
-
-TEST(Json, AMemberThatStandsTwiceIsRefused) {
-    EXPECT_THROW(ParseJson(R"({"a": {"b": 1, "b": 2}})"), ShapeError);
-    EXPECT_NO_THROW(ParseJson(R"({"a": {"b": 1}, "b": [{"a": 1}, {"a": 2}]})"));
-}
-
-TEST(Json, NothingAndBrokenBytesAreSyntaxErrors) {
-    EXPECT_THROW(ParseJson(""), ShapeError);
-    EXPECT_THROW(ParseJson("\"\xFF\""), ShapeError);
-    EXPECT_THROW(ParseJson(std::string_view("\0\0\0\0", 4)), ShapeError);
-    EXPECT_THROW(ParseJson(std::string(1000000, '[')), ShapeError);
 }
 
 }  // namespace

@@ -134,8 +134,7 @@ TEST(HostFile, RefusalsNameThePlace) {
     EXPECT_EQ(Refusal(HostWith(function)), "accepted");
     EXPECT_EQ(Refusal("[]"), "an object is wanted, not an array");
     EXPECT_EQ(Refusal("{}"), "\"name\" is missing");
-    EXPECT_EQ(Refusal(R"({"name": "h", "adapters": [], "adaptors": []})"),
-              "adaptors: unknown here");
+    EXPECT_EQ(Refusal(R"({"name": "h", "adapters": [], "adaptors": []})"), "member 3 is unknown");
     EXPECT_EQ(Refusal(HostWith(function +
                                R"(, {"number": 1, "mac": 5, "ethernet": {"interface": "e"}})")),
               "adapters[0].ports[0].functions[1].mac: a text is wanted, not a number");
@@ -146,11 +145,10 @@ TEST(HostFile, RefusalsNameThePlace) {
               "\"fcoe\" is wanted");
     EXPECT_EQ(
         Refusal(HostWith(R"({"number": 0, "mac": "02-00-5E", "ethernet": {"interface": "e"}})")),
-        "adapters[0].ports[0].functions[0].mac: a MAC of 12 hexadecimal digits is wanted, not "
-        "\"02-00-5E\"");
+        "adapters[0].ports[0].functions[0].mac: a MAC of 12 hexadecimal digits is wanted");
     EXPECT_EQ(Refusal(HostWith(function + "," + function)),
               "adapters[0].ports[0].functions[1].mac: another Ethernet function has this MAC");
-    EXPECT_EQ(Refusal("{\n\"name\": }").substr(0, 18), "line 2, column 9: ");
+    EXPECT_EQ(Refusal("{\n\"name\": }"), "line 2, column 9: a syntax error");
 }
 
 TEST(HostFile, ANewerFormatIsRefusedBeforeAllElse) {

@@ -144,20 +144,19 @@ TEST(Script, WhatStandsInTracesOnlyIsAccepted) {
 
 TEST(Script, RefusalsNameThePlace) {
     EXPECT_EQ(Refusal("[]"), "an object is wanted, not an array");
-    EXPECT_EQ(Refusal(R"({"answer": []})"), "answer: unknown here");
-    EXPECT_EQ(Refusal(R"({"messages": "Numbers"})"),
-              R"(messages: "numbers" or "words" is wanted, not "Numbers")");
+    EXPECT_EQ(Refusal(R"({"answer": []})"), "member 1 is unknown");
+    EXPECT_EQ(Refusal(R"({"messages": "Numbers"})"), R"(messages: "numbers" or "words" is wanted)");
     EXPECT_EQ(Refusal(R"({"model": 0})"), "model: true or false is wanted, not a number");
     EXPECT_EQ(Refusal(R"({"answers": [{}]})"), R"(answers[0]: "call" is missing)");
     EXPECT_EQ(Refusal(R"({"answers": [{"call": "GetHostname"}]})"),
-              R"(answers[0].call: there is no entry point "GetHostname")");
+              R"(answers[0].call: there is no such entry point)");
     EXPECT_EQ(
         Refusal(R"({"answers": [{"call": "GetHostName"}, {"call": "GetHostName", "request": 6}]})"),
         "answers[1].request: a text is wanted, not a number");
     EXPECT_EQ(Refusal(R"({"answers": [{"call": "GetHostName", "requests": ""}]})"),
-              "answers[0].requests: unknown here");
+              "answers[0]: member 2 is unknown");
     EXPECT_EQ(Refusal(R"({"answers": [{"call": "GetHostName", "error": {"text": ""}}]})"),
-              "answers[0].error.text: unknown here");
+              "answers[0].error: member 1 is unknown");
     EXPECT_EQ(Refusal(R"({"answers": [{"call": "GetHostName", "output": ["x"]}]})"),
               "answers[0].output: a text is wanted, not an array");
     EXPECT_EQ(
@@ -167,11 +166,11 @@ TEST(Script, RefusalsNameThePlace) {
         Refusal(R"({"answers": [{"call": "DoOperation", "operation": 70, "output": ["6"]}]})"),
         "answers[0].output: a text is wanted, not an array");
     EXPECT_EQ(Refusal(R"({"answers": [{"call": "DoOperation", "operation": 70, "result": 201}]})"),
-              "answers[0].result: operation 70 leaves no completion code");
+              "answers[0].result: the call leaves no completion code");
     EXPECT_EQ(Refusal(R"({"answers": [{"call": "DoOperation", "operation": 9999, "output": []}]})"),
-              "answers[0].output: operation 9999 has no result record");
+              "answers[0].output: the call has no result record");
     EXPECT_EQ(Refusal(R"({"answers": [{"call": "Uninitialize", "output": []}]})"),
-              "answers[0].output: Uninitialize has no result record");
+              "answers[0].output: the call has no result record");
 }
 
 }  // namespace
