@@ -19,11 +19,17 @@ Json ErrorToJson(const tavroapi::ErrorRecord& error) {
     return json;
 }
 
+// What a trace holds beyond the calls may be secret.
+platform::Readers ReadersOf(const TraceOptions& options) {
+    return options.secrets == Secrets::Shown || options.outputs ? platform::Readers::OwnerOnly
+                                                                : platform::Readers::AsBefore;
+}
+
 }  // namespace
 
 Trace::Trace(const TraceOptions& options)
     : options_(options),
-      file_(options.path, platform::Accept::Everything),
+      file_(options.path, platform::Accept::RegularFiles, ReadersOf(options)),
       line_(std::make_unique<Json>()) {}
 
 Trace::~Trace() = default;

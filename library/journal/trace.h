@@ -22,7 +22,8 @@ struct TraceOptions {
 // The file to which one JSON object per call is appended.
 class Trace {
   public:
-    // Throws platform::FileError when the file cannot be opened.
+    // Throws platform::FileError when the file cannot be opened, is no regular file, is too large,
+    // or cannot be kept from others though secrets or outputs go into it.
     explicit Trace(const TraceOptions& options);
     ~Trace();
     Trace(const Trace&) = delete;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -22,7 +23,11 @@ class FileError : public std::runtime_error {
     std::wstring text_;
 };
 
-// The whole content of the file; nothing when there is no such file.
+// What is read here, or appended to, is at most so large.
+inline constexpr std::uintmax_t LargestFile = std::uintmax_t{64} << 20;
+
+// The whole content of the file; nothing when there is no such file. A folder, a pipe, a device, a
+// socket and a file larger than LargestFile are refused before they are opened or read.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& path);
 
 // The file that the path leads to where it is a symbolic link, which may be dangling where the
@@ -31,8 +36,9 @@ std::filesystem::path WithoutLinks(std::filesystem::path path);
 
 // Puts a file with this content in the place of `path`, which need not exist: a new file is
 // written beside it, brought to the disk, and renamed, so that a crash leaves the old or the new
-// content. Only the owner can read the new file. Callers hold a lock: two of them must not replace
-// the same file at once.
+// content. It keeps owner, group and mode of the old one (on Windows its access list, and the owner
+// where the user may give files away). Where these cannot be kept, and where there was none, only
+// the owner can read it. Callers hold a lock: two of them must not replace the same file at once.
 void ReplaceContent(const std::filesystem::path& path, std::string_view content);
 
 // Makes the folder and those above it where they are missing; only the owner can enter a new one.
@@ -42,7 +48,10 @@ void MakeFolder(const std::filesystem::path& path);
 // process as well as between processes. Throws FileError when it cannot be had within `patience`.
 class FileLock {
   public:
-    FileLock(const std::filesystem::path& path, std::chrono::milliseconds patience);
+    // A lock file that has to be made gets owner, group and mode of the file `guarded`, so that
+    // whoever may change that can also lock it; where there is none, it is the owner's alone.
+    FileLock(const std::filesystem::path& path, std::chrono::milliseconds patience,
+             const std::filesystem::path& guarded = {});
     ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
@@ -52,27 +61,35 @@ class FileLock {
     std::unique_ptr<Handle> handle_;
 };
 
-// Which files of a name an AppendFile takes.
+// Which files of a name an AppendFile takes. Only regular files, others are left alone.
 enum class Accept {
-    // Whatever can be opened, a pipe or a device as well: somebody chose the path.
-    Everything,
-    // Regular files, others are left alone; and a symbolic link in their place only when the user
-    // that runs this process owns it. On Windows no link: what an administrator makes belongs to a
-    // group there, and an owner says too little.
+    // Through whatever links, since somebody chose the path; at most LargestFile.
+    RegularFiles,
+    // A symbolic link in their place only when the user that runs this process owns it. On Windows
+    // no link: what an administrator makes belongs to a group there, and an owner says too little.
     OwnRegularFiles,
 };
 
-// A file that only grows; several programs may append to it at once. Made when missing, readable
-// by the owner only.
+// Who may read an AppendFile that was there before; a new one is the owner's alone.
+enum class Readers {
+    AsBefore,
+    // Others are shut out; where that cannot be done, the file is refused.
+    OwnerOnly,
+};
+
+// A file that only grows; several programs may append to it at once. Made when missing. Throws
+// FileError with the reason when the file is not taken.
 class AppendFile {
   public:
-    AppendFile(const std::filesystem::path& path, Accept accept);
+    AppendFile(const std::filesystem::path& path, Accept accept,
+               Readers readers = Readers::AsBefore);
     ~AppendFile();
     AppendFile(const AppendFile&) = delete;
     AppendFile& operator=(const AppendFile&) = delete;
 
-    // Appends the text with one write; a failure is ignored, since a record of calls must not
-    // disturb them.
+    // Appends the text with one write. A failure is ignored, since a record of calls must not
+    // disturb them; what was written of the text by then is taken away again, unless another
+    // program has appended behind it.
     void Append(std::string_view text);
 
   private:

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <array>
@@ -73,6 +74,93 @@ struct stat StatusOf(const Descriptor& node) {
     return status;
 }
 
+[[noreturn]] void Refuse(const std::filesystem::path& path, const wchar_t* reason) {
+    throw FileError(TextOf(path) + L": " + reason);
+}
+
+void WantRegular(const std::filesystem::path& path, const struct stat& status) {
+    const mode_t mode = status.st_mode;
+    if (!S_ISREG(mode)) {
+        Refuse(path, S_ISDIR(mode)                    ? L"is a folder"
+                     : S_ISFIFO(mode)                 ? L"is a pipe"
+                     : S_ISSOCK(mode)                 ? L"is a socket"
+                     : S_ISCHR(mode) || S_ISBLK(mode) ? L"is a device"
+                                                      : L"is no regular file");
+    }
+}
+
+void WantNotTooLarge(const std::filesystem::path& path, std::uintmax_t size) {
+    if (size > LargestFile) {
+        Refuse(path, L"is larger than 64 MiB");
+    }
+}
+
+// Opens what a node of `FindNode` stands for. Waits for nobody, not for one who holds a lease on
+// the file either.
+Descriptor OpenNode(const Descriptor& node, int flags) {
+    return Descriptor(
+        Open("/proc/self/fd/" + std::to_string(node.Value()), flags | O_NONBLOCK | O_NOCTTY));
+}
+
+// The regular file at the path, through links unless the flags hold O_NOFOLLOW; not open when there
+// is none. Throws when it is of another kind, too large, or cannot be opened.
+Descriptor OpenRegular(const std::filesystem::path& path, int flags) {
+    const Descriptor node = FindNode(Descriptor(AT_FDCWD), path, flags & O_NOFOLLOW);
+    if (!node.IsOpen()) {
+        if (errno == ENOENT) {
+            return Descriptor();
+        }
+        Fail(path, L"cannot be opened", errno);
+    }
+    const struct stat status = StatusOf(node);
+    WantRegular(path, status);
+    WantNotTooLarge(path, static_cast<std::uintmax_t>(status.st_size));
+    Descriptor file = OpenNode(node, flags & ~O_NOFOLLOW);
+    if (!file.IsOpen()) {
+        Fail(path, L"cannot be opened", errno);
+    }
+    return file;
+}
+
+// The same for append, made when missing.
+Descriptor OpenForAppend(const std::filesystem::path& path) {
+    constexpr int ForAppend = O_WRONLY | O_APPEND;
+    Descriptor file = OpenRegular(path, ForAppend);
+    if (!file.IsOpen()) {
+        file = Descriptor(Open(path, ForAppend | O_CREAT | O_NONBLOCK | O_NOCTTY));
+        if (file.IsOpen()) {
+            WantRegular(path, StatusOf(file));  // another program may have been faster
+        }
+    }
+    return file;
+}
+
+// Gives a new file, which is the owner's alone so far, owner, group, mode and access list of the
+// file `model`, where there is one. Where owner and group cannot be given, nobody gets more.
+void MakeLike(const Descriptor& fresh, const std::filesystem::path& model) {
+    struct stat wanted {};
+    if (lstat(model.c_str(), &wanted) != 0 || !S_ISREG(wanted.st_mode)) {
+        return;
+    }
+    constexpr uid_t Same = static_cast<uid_t>(-1);
+    if (fchown(fresh.Value(), wanted.st_uid, wanted.st_gid) != 0 &&
+        fchown(fresh.Value(), Same, wanted.st_gid) != 0) {
+        return;
+    }
+    constexpr const char* AccessList = "system.posix_acl_access";
+    std::array<char, 4096> list{};
+    const ssize_t length = getxattr(model.c_str(), AccessList, list.data(), list.size());
+    const bool isListed = length >= 0 || errno == ERANGE;
+    if (isListed) {
+        // The list brings the mode with it.
+        if (length >= 0) {
+            fsetxattr(fresh.Value(), AccessList, list.data(), static_cast<std::size_t>(length), 0);
+        }
+        return;
+    }
+    fchmod(fresh.Value(), wanted.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO));
+}
+
 // Empty when it cannot be read.
 std::filesystem::path TargetOf(const Descriptor& link) {
     std::array<char, PATH_MAX> target{};
@@ -100,9 +188,7 @@ Descriptor OpenOwnForAppend(std::filesystem::path path) {
         }
         const struct stat status = StatusOf(node);
         if (S_ISREG(status.st_mode)) {
-            // Waits for nobody, not for one who holds a lease on the file either.
-            return Descriptor(Open("/proc/self/fd/" + std::to_string(node.Value()),
-                                   O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY));
+            return OpenNode(node, O_WRONLY | O_APPEND);
         }
         if (!S_ISLNK(status.st_mode) || status.st_uid != geteuid()) {
             errno = EPERM;
@@ -113,8 +199,34 @@ Descriptor OpenOwnForAppend(std::filesystem::path path) {
     return Descriptor();
 }
 
-// Returns 0 or the error.
-int WriteAll(int descriptor, std::string_view content) {
+// The lock file, made when missing.
+Descriptor OpenLock(const std::filesystem::path& path, const std::filesystem::path& guarded) {
+    while (true) {
+        Descriptor file = OpenRegular(path, O_RDWR | O_NOFOLLOW);
+        if (file.IsOpen()) {
+            return file;
+        }
+        file = Descriptor(Open(path, O_RDWR | O_CREAT | O_EXCL));
+        if (file.IsOpen()) {
+            MakeLike(file, guarded);
+            return file;
+        }
+        if (errno != EEXIST) {
+            Fail(path, L"cannot be opened", errno);
+        }
+    }
+}
+
+// Takes from those who are not the owner what they may do with the file.
+void ShutOthersOut(const Descriptor& file, const std::filesystem::path& path) {
+    const mode_t mode = StatusOf(file).st_mode;
+    if ((mode & (S_IRWXG | S_IRWXO)) != 0 && fchmod(file.Value(), mode & S_IRWXU) != 0) {
+        Fail(path, L"cannot be kept from others", errno);
+    }
+}
+
+// Writes from the start of `content`, and takes from it what was written. Returns 0 or the error.
+int WriteAll(int descriptor, std::string_view& content) {
     while (!content.empty()) {
         const ssize_t written = write(descriptor, content.data(), content.size());
         if (written >= 0) {
@@ -129,12 +241,9 @@ int WriteAll(int descriptor, std::string_view content) {
 }  // namespace
 
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
-    const Descriptor file(Open(path, O_RDONLY));
+    const Descriptor file = OpenRegular(path, O_RDONLY);
     if (!file.IsOpen()) {
-        if (errno == ENOENT) {
-            return std::nullopt;
-        }
-        Fail(path, L"cannot be opened", errno);
+        return std::nullopt;
     }
     std::string content;
     std::array<char, 65536> block{};
@@ -142,6 +251,7 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
         const ssize_t got = read(file.Value(), block.data(), block.size());
         if (got > 0) {
             content.append(block.data(), static_cast<std::size_t>(got));
+            WantNotTooLarge(path, content.size());  // it may grow, or not tell its size
         } else if (got == 0) {
             return content;
         } else if (errno != EINTR) {
@@ -177,6 +287,7 @@ void ReplaceContent(const std::filesystem::path& path, std::string_view content)
     if (const int error = WriteAll(file.Value(), content)) {
         giveUp(L"cannot be written", error);
     }
+    MakeLike(file, path);
     if (fsync(file.Value()) != 0 || file.Close() != 0) {
         giveUp(L"cannot be written", errno);
     }
@@ -204,15 +315,13 @@ void MakeFolder(const std::filesystem::path& path) {
 }
 
 struct FileLock::Handle {
-    explicit Handle(int descriptor) : file(descriptor) {}
+    explicit Handle(Descriptor opened) : file(std::move(opened)) {}
     Descriptor file;
 };
 
-FileLock::FileLock(const std::filesystem::path& path, std::chrono::milliseconds patience)
-    : handle_(std::make_unique<Handle>(Open(path, O_RDWR | O_CREAT | O_NOFOLLOW))) {
-    if (!handle_->file.IsOpen()) {
-        Fail(path, L"cannot be opened", errno);
-    }
+FileLock::FileLock(const std::filesystem::path& path, std::chrono::milliseconds patience,
+                   const std::filesystem::path& guarded)
+    : handle_(std::make_unique<Handle>(OpenLock(path, guarded))) {
     const auto end = std::chrono::steady_clock::now() + patience;
     while (flock(handle_->file.Value(), LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR) {
@@ -232,20 +341,30 @@ struct AppendFile::Handle {
     Descriptor file;
 };
 
-AppendFile::AppendFile(const std::filesystem::path& path, Accept accept)
-    : handle_(
-          std::make_unique<Handle>(accept == Accept::OwnRegularFiles
-                                       ? OpenOwnForAppend(path)
-                                       : Descriptor(Open(path, O_WRONLY | O_CREAT | O_APPEND)))) {
+AppendFile::AppendFile(const std::filesystem::path& path, Accept accept, Readers readers)
+    : handle_(std::make_unique<Handle>(accept == Accept::OwnRegularFiles ? OpenOwnForAppend(path)
+                                                                         : OpenForAppend(path))) {
     if (!handle_->file.IsOpen()) {
         Fail(path, L"cannot be opened", errno);
+    }
+    if (readers == Readers::OwnerOnly) {
+        ShutOthersOut(handle_->file, path);
     }
 }
 
 AppendFile::~AppendFile() = default;
 
 void AppendFile::Append(std::string_view text) {
-    WriteAll(handle_->file.Value(), text);
+    const int file = handle_->file.Value();
+    const off_t before = StatusOf(handle_->file).st_size;
+    std::string_view left = text;
+    if (WriteAll(file, left) != 0) {
+        const off_t after = before + static_cast<off_t>(text.size() - left.size());
+        if (after != before && StatusOf(handle_->file).st_size == after) {
+            // Nothing is left to be done where this fails.
+            [[maybe_unused]] const int result = ftruncate(file, before);
+        }
+    }
 }
 
 }  // namespace tavrolib::platform

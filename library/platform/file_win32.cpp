@@ -72,7 +72,9 @@ DWORD WithPatience(const Attempt& attempt) {
     return error;
 }
 
-DWORD WriteAll(HANDLE file, std::string_view content) {
+// Writes from the start of `content`, and takes from it what was written. Returns the error, if
+// any.
+DWORD WriteAll(HANDLE file, std::string_view& content) {
     while (!content.empty()) {
         const auto block =
             static_cast<DWORD>(content.size() < 0x100000 ? content.size() : 0x100000);
@@ -148,15 +150,54 @@ bool IsPlainFile(const FileHandle& file) {
            (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
 }
 
+[[noreturn]] void Refuse(const std::filesystem::path& path, const wchar_t* reason) {
+    throw FileError(TextOf(path) + L": " + reason);
+}
+
+// A folder cannot be opened as files are, and would be taken for a file that others have open.
+void RefuseFolder(const std::filesystem::path& path) {
+    const DWORD kind = GetFileAttributesW(path.c_str());
+    if (kind != INVALID_FILE_ATTRIBUTES && (kind & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        Refuse(path, L"is a folder");
+    }
+}
+
+// Throws where an open file is none on a disk, or is too large.
+void WantRegular(const std::filesystem::path& path, const FileHandle& file) {
+    const DWORD kind = GetFileType(file.Value());
+    if (kind != FILE_TYPE_DISK) {
+        Refuse(path, kind == FILE_TYPE_PIPE ? L"is a pipe" : L"is a device");
+    }
+    LARGE_INTEGER size{};
+    if (GetFileSizeEx(file.Value(), &size) != 0 &&
+        static_cast<std::uintmax_t>(size.QuadPart) > LargestFile) {
+        Refuse(path, L"is larger than 64 MiB");
+    }
+}
+
+// Gives a new file, which is the user's alone so far, the access list of the file `model` where
+// there is one, and its owner and group where the user may do so.
+void MakeLike(HANDLE fresh, const std::filesystem::path& model) {
+    constexpr SECURITY_INFORMATION Owners = OWNER_SECURITY_INFORMATION | GROUP_SECURITY_INFORMATION;
+    constexpr SECURITY_INFORMATION Everything = Owners | DACL_SECURITY_INFORMATION;
+    DWORD size = 0;
+    GetFileSecurityW(model.c_str(), Everything, nullptr, 0, &size);
+    std::vector<unsigned char> descriptor(size);
+    if (size == 0 ||
+        GetFileSecurityW(model.c_str(), Everything, descriptor.data(), size, &size) == 0) {
+        return;
+    }
+    SetKernelObjectSecurity(fresh, Owners, descriptor.data());
+    SetKernelObjectSecurity(fresh, DACL_SECURITY_INFORMATION, descriptor.data());
+}
+
+constexpr DWORD MayChangeOwner = WRITE_DAC | WRITE_OWNER;
 constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 }  // namespace
 
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
-    const DWORD kind = GetFileAttributesW(path.c_str());
-    if (kind != INVALID_FILE_ATTRIBUTES && (kind & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-        throw FileError(TextOf(path) + L": is a folder");
-    }
+    RefuseFolder(path);
     HANDLE opened = INVALID_HANDLE_VALUE;
     const DWORD error = WithPatience([&] {
         opened =
@@ -170,6 +211,7 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
         Fail(path, L"cannot be opened", error);
     }
     const FileHandle file(opened);
+    WantRegular(path, file);
     std::string content;
     std::vector<char> block(65536);
     while (true) {
@@ -210,8 +252,8 @@ void ReplaceContent(const std::filesystem::path& path, std::string_view content)
     if (!access.IsValid()) {
         Fail(fresh, L"cannot be kept to its owner", GetLastError());
     }
-    FileHandle file(CreateFileW(fresh.c_str(), GENERIC_WRITE, 0, access.Attributes(), CREATE_NEW,
-                                FILE_ATTRIBUTE_NORMAL, nullptr));
+    FileHandle file(CreateFileW(fresh.c_str(), GENERIC_WRITE | MayChangeOwner, 0,
+                                access.Attributes(), CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file.IsOpen()) {
         Fail(fresh, L"cannot be created", GetLastError());
     }
@@ -223,6 +265,7 @@ void ReplaceContent(const std::filesystem::path& path, std::string_view content)
     if (const DWORD error = WriteAll(file.Value(), content)) {
         giveUp(fresh, L"cannot be written", error);
     }
+    MakeLike(file.Value(), path);
     if (FlushFileBuffers(file.Value()) == 0 || !file.Close()) {
         giveUp(fresh, L"cannot be written", GetLastError());
     }
@@ -255,15 +298,27 @@ struct FileLock::Handle {
     FileHandle file;
 };
 
-FileLock::FileLock(const std::filesystem::path& path, milliseconds patience) {
+FileLock::FileLock(const std::filesystem::path& path, milliseconds patience,
+                   const std::filesystem::path& guarded) {
     const auto end = Clock::now() + patience;
     HANDLE opened = INVALID_HANDLE_VALUE;
-    const DWORD error = WithPatience([&] {
-        OwnerOnly access;
-        opened = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, ShareAll,
-                             access.IsValid() ? access.Attributes() : nullptr, OPEN_ALWAYS,
-                             FILE_ATTRIBUTE_NORMAL, nullptr);
+    const auto open = [&opened, &path](DWORD access, DWORD disposition, LPSECURITY_ATTRIBUTES own) {
+        opened = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE | access, ShareAll, own,
+                             disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
         return opened == INVALID_HANDLE_VALUE ? GetLastError() : static_cast<DWORD>(ERROR_SUCCESS);
+    };
+    const DWORD error = WithPatience([&] {
+        DWORD reason = open(0, OPEN_EXISTING, nullptr);
+        if (reason == ERROR_FILE_NOT_FOUND) {
+            OwnerOnly own;
+            reason = open(MayChangeOwner, CREATE_NEW, own.IsValid() ? own.Attributes() : nullptr);
+            if (reason == ERROR_SUCCESS) {
+                MakeLike(opened, guarded);
+            } else if (reason == ERROR_FILE_EXISTS) {
+                reason = ERROR_SHARING_VIOLATION;  // another program was faster
+            }
+        }
+        return reason;
     });
     if (error != ERROR_SUCCESS) {
         Fail(path, L"cannot be opened", error);
@@ -298,25 +353,53 @@ struct AppendFile::Handle {
     FileHandle file;
 };
 
-AppendFile::AppendFile(const std::filesystem::path& path, Accept accept) {
-    const bool acceptsEverything = accept == Accept::Everything;
+AppendFile::AppendFile(const std::filesystem::path& path, Accept accept, Readers readers) {
+    const bool followsLinks = accept == Accept::RegularFiles;
+    const bool isOwners = readers == Readers::OwnerOnly;
     OwnerOnly access;
+    if (followsLinks) {
+        RefuseFolder(path);
+    }
     handle_ = std::make_unique<Handle>(CreateFileW(
-        path.c_str(), FILE_APPEND_DATA, ShareAll, access.IsValid() ? access.Attributes() : nullptr,
-        OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | (acceptsEverything ? 0 : FILE_FLAG_OPEN_REPARSE_POINT),
-        nullptr));
+        path.c_str(), FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | (isOwners ? WRITE_DAC : 0),
+        ShareAll, access.IsValid() ? access.Attributes() : nullptr, OPEN_ALWAYS,
+        FILE_ATTRIBUTE_NORMAL | (followsLinks ? 0 : FILE_FLAG_OPEN_REPARSE_POINT), nullptr));
     if (!handle_->file.IsOpen()) {
         Fail(path, L"cannot be opened", GetLastError());
     }
-    if (!acceptsEverything && !IsPlainFile(handle_->file)) {
-        throw FileError(TextOf(path) + L": is no regular file");
+    if (followsLinks) {
+        WantRegular(path, handle_->file);
+    } else if (!IsPlainFile(handle_->file)) {
+        Refuse(path, L"is no regular file");
+    }
+    if (isOwners &&
+        (!access.IsValid() ||
+         SetKernelObjectSecurity(handle_->file.Value(),
+                                 DACL_SECURITY_INFORMATION | PROTECTED_DACL_SECURITY_INFORMATION,
+                                 access.Attributes()->lpSecurityDescriptor) == 0)) {
+        Fail(path, L"cannot be kept from others", GetLastError());
     }
 }
 
 AppendFile::~AppendFile() = default;
 
 void AppendFile::Append(std::string_view text) {
-    WriteAll(handle_->file.Value(), text);
+    const HANDLE file = handle_->file.Value();
+    LARGE_INTEGER before{};
+    GetFileSizeEx(file, &before);
+    std::string_view left = text;
+    if (WriteAll(file, left) == ERROR_SUCCESS || left.size() == text.size()) {
+        return;
+    }
+    // A handle for appending cannot shorten the file.
+    const FileHandle whole(ReOpenFile(file, GENERIC_WRITE, ShareAll, 0));
+    LARGE_INTEGER after{};
+    if (whole.IsOpen() && GetFileSizeEx(file, &after) != 0 &&
+        static_cast<std::uintmax_t>(after.QuadPart - before.QuadPart) ==
+            text.size() - left.size() &&
+        SetFilePointerEx(whole.Value(), before, nullptr, FILE_BEGIN) != 0) {
+        SetEndOfFile(whole.Value());
+    }
 }
 
 }  // namespace tavrolib::platform

@@ -97,7 +97,7 @@ Outcome Store::Change(const std::function<Outcome(Host&)>& change) {
         if (place_.isDefault) {
             platform::MakeFolder(file.parent_path());
         }
-        const platform::FileLock lock(WithSuffix(file, ".lock"), LockPatience);
+        const platform::FileLock lock(WithSuffix(file, ".lock"), LockPatience, file);
         Host host;
         try {
             host = ReadHost(place_);

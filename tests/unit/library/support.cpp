@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -127,5 +128,18 @@ bool IsOpen(const std::filesystem::path& file) {
     return false;
 #endif
 }
+
+#ifdef __linux__
+FullDisk::FullDisk(rlim_t size) : formerAction_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &former_);
+    const rlimit limit{size, former_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+FullDisk::~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &former_);
+    std::signal(SIGXFSZ, formerAction_);
+}
+#endif
 
 }  // namespace tavrolib_test

@@ -5,6 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#ifdef __linux__
+#include <sys/resource.h>
+#endif
+
 namespace tavrolib_test {
 
 // The locale of most sessions under test.
@@ -50,5 +54,20 @@ bool IsOwnersOnly(const std::filesystem::path& file);
 
 // Whether this process, or on Windows any, has the file open.
 bool IsOpen(const std::filesystem::path& file);
+
+#ifdef __linux__
+// As if the disk became full: lets no file grow beyond this size while it lives.
+class FullDisk {
+  public:
+    explicit FullDisk(rlim_t size);
+    ~FullDisk();
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+  private:
+    rlimit former_{};
+    void (*formerAction_)(int);
+};
+#endif
 
 }  // namespace tavrolib_test

@@ -7,8 +7,6 @@
 #include "unit/library/support.h"
 
 #ifdef __linux__
-#include <sys/resource.h>
-
 #include <csignal>
 #endif
 
@@ -20,6 +18,9 @@ using tavrolib::Done;
 using tavrolib::Outcome;
 using tavrolib::Status;
 using tavrolib_test::Folder;
+#ifdef __linux__
+using tavrolib_test::FullDisk;
+#endif
 
 Outcome Rename(Host& host, std::string name) {
     host.name = std::move(name);
@@ -61,30 +62,12 @@ TEST_F(CrashTest, ANewFileThatCannotBePutInPlaceIsRemoved) {
 
 #ifdef __linux__
 
-// Lets no file grow beyond this size while it lives.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t size) {
-        getrlimit(RLIMIT_FSIZE, &former_);
-        const rlimit limit{size, former_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &former_); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-  private:
-    rlimit former_{};
-};
-
 TEST_F(CrashTest, AFullDiskLeavesTheOldHost) {
     {
-        auto* const former = std::signal(SIGXFSZ, SIG_IGN);
-        const FileSizeLimit limit(4096);
+        const FullDisk full(4096);
         Store store = NewStore();
         const Outcome outcome = store.Change([](Host& host) { return Rename(host, "new"); });
         EXPECT_EQ(outcome.status, static_cast<std::uint32_t>(Status::HostNotWritten));
-        std::signal(SIGXFSZ, former);
     }
     ExpectTheOldHost();
     EXPECT_FALSE(LeavesANewFile());
@@ -105,8 +88,8 @@ TEST_F(CrashTest, AProgramKilledWithTheLockLeavesTheOldHost) {
 TEST_F(CrashTest, AProgramKilledWhileItWritesLeavesTheOldHost) {
     EXPECT_EXIT(
         {
+            const FullDisk full(4096);
             std::signal(SIGXFSZ, SIG_DFL);  // which kills at once
-            const FileSizeLimit limit(4096);
             NewStore().Change([](Host& host) { return Rename(host, "new"); });
         },
         testing::KilledBySignal(SIGXFSZ), "");

@@ -72,14 +72,18 @@ TEST_F(StoreTest, FirstChangeMakesTheFileForTheOwnerOnly) {
     EXPECT_EQ(store.Current().adapters.back().name, "new");
     EXPECT_EQ(HostFromText(tavrolib_test::Read(File())).adapters.back().name, "new");
     EXPECT_TRUE(tavrolib_test::IsOwnersOnly(File()));
+    EXPECT_TRUE(tavrolib_test::IsOwnersOnly(folder_ / "host.json.lock"));
     EXPECT_FALSE(std::filesystem::exists(folder_ / "host.json.new"));
+    ASSERT_TRUE(store.Change([](Host& host) { return AddAdapter(host, "newer"); }).IsDone());
+    EXPECT_TRUE(tavrolib_test::IsOwnersOnly(File()));
 }
 
-TEST_F(StoreTest, AFileThatOthersCouldReadBecomesTheOwners) {
+TEST_F(StoreTest, AFileThatIsThereIsReadByWhomItWas) {
     tavrolib_test::Write(File(), TextFromHost(DefaultHost()));
     Store store = NewStore();
     ASSERT_TRUE(store.Change([](Host& host) { return AddAdapter(host, "new"); }).IsDone());
-    EXPECT_TRUE(tavrolib_test::IsOwnersOnly(File()));
+    EXPECT_FALSE(tavrolib_test::IsOwnersOnly(File()));
+    EXPECT_FALSE(tavrolib_test::IsOwnersOnly(folder_ / "host.json.lock"));
 }
 
 TEST_F(StoreTest, ARefusedChangeWritesNothing) {

@@ -1,0 +1,247 @@
+// What POSIX has beyond other systems: special files, owners, modes, and disks that are full in the
+// middle of a line.
+#ifdef __linux__
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <array>
+#include <functional>
+
+#include "library/platform/file.h"
+#include "unit/library/support.h"
+
+namespace tavrolib::platform {
+namespace {
+
+using tavrolib_test::Folder;
+using tavrolib_test::FullDisk;
+using tavrolib_test::IsOwnersOnly;
+using tavrolib_test::Read;
+using tavrolib_test::Write;
+
+constexpr uid_t Nobody = 65534;
+constexpr gid_t SomeGroup = 4711;
+constexpr std::chrono::milliseconds AtOnce{0};
+
+struct stat StatusOfPath(const std::filesystem::path& path) {
+    struct stat status {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+mode_t ModeOf(const std::filesystem::path& path) {
+    return StatusOfPath(path).st_mode & 07777;
+}
+
+std::wstring TextOfFailure(const std::function<void()>& action) {
+    try {
+        action();
+        return {};
+    } catch (const FileError& error) {
+        return error.Text();
+    }
+}
+
+// Works as another user while it lives; to be had by root only.
+class AsNobody {
+  public:
+    AsNobody() { EXPECT_EQ(seteuid(Nobody), 0); }
+    ~AsNobody() { EXPECT_EQ(seteuid(0), 0); }
+    AsNobody(const AsNobody&) = delete;
+    AsNobody& operator=(const AsNobody&) = delete;
+};
+
+class PosixFileTest : public testing::Test {
+  protected:
+    // A file of another user.
+    std::filesystem::path ForeignFile(mode_t mode) {
+        const auto path = folder_ / "foreign";
+        Write(path, "old");
+        EXPECT_EQ(chown(path.c_str(), Nobody, SomeGroup), 0);
+        EXPECT_EQ(chmod(path.c_str(), mode), 0);
+        return path;
+    }
+
+    // A file of root and the group, in a folder where everybody may put files.
+    std::filesystem::path RootsFile(gid_t group, mode_t mode) {
+        EXPECT_EQ(chmod((folder_ / "").c_str(), 0777), 0);
+        const auto path = folder_ / "roots";
+        Write(path, "old");
+        EXPECT_EQ(chown(path.c_str(), 0, group), 0);
+        EXPECT_EQ(chmod(path.c_str(), mode), 0);
+        return path;
+    }
+
+    static void ExpectRefused(const std::filesystem::path& path, const std::wstring& reason) {
+        const std::wstring text = path.wstring() + L": " + reason;
+        EXPECT_EQ(TextOfFailure([&] { ReadWholeFile(path); }), text);
+        EXPECT_EQ(TextOfFailure([&] { const AppendFile file(path, Accept::RegularFiles); }), text);
+        EXPECT_EQ(TextOfFailure([&] { const FileLock lock(path, AtOnce); }), text);
+    }
+
+    Folder folder_;
+};
+
+TEST_F(PosixFileTest, APipeIsRefusedAndNobodyIsWaitedFor) {
+    const auto path = folder_ / "pipe";
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    ExpectRefused(path, L"is a pipe");
+    const int reader = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ExpectRefused(path, L"is a pipe");
+    close(reader);
+}
+
+TEST_F(PosixFileTest, ADeviceIsRefused) {
+    ExpectRefused("/dev/zero", L"is a device");
+}
+
+TEST_F(PosixFileTest, ASocketIsRefused) {
+    const auto path = folder_ / "socket";
+    const int opened = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.string().copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(bind(opened, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ExpectRefused(path, L"is a socket");
+    close(opened);
+}
+
+TEST_F(PosixFileTest, ALinkToItselfIsRefused) {
+    const auto path = folder_ / "loop";
+    std::filesystem::create_symlink("loop", path);
+    const std::wstring text =
+        path.wstring() + L": cannot be opened: Too many levels of symbolic links";
+    EXPECT_EQ(TextOfFailure([&] { ReadWholeFile(path); }), text);
+    EXPECT_EQ(TextOfFailure([&] { const AppendFile file(path, Accept::RegularFiles); }), text);
+}
+
+// Its status tells the size 0.
+TEST_F(PosixFileTest, AFileThatDoesNotTellItsSizeIsRead) {
+    EXPECT_NE(ReadWholeFile("/proc/self/status")->find("Uid:"), std::string::npos);
+}
+
+TEST_F(PosixFileTest, ALinkIsFollowedForAppendAndMakesTheFile) {
+    std::filesystem::create_symlink("target", folder_ / "link");
+    AppendFile(folder_ / "link", Accept::RegularFiles).Append("one\n");
+    EXPECT_EQ(Read(folder_ / "target"), "one\n");
+}
+
+TEST_F(PosixFileTest, ANewContentKeepsTheMode) {
+    for (const mode_t mode : {0600U, 0640U, 0664U, 0644U, 0604U}) {
+        const auto path = folder_ / "file";
+        Write(path, "old");
+        ASSERT_EQ(chmod(path.c_str(), mode), 0);
+        ReplaceContent(path, "new");
+        EXPECT_EQ(Read(path), "new");
+        EXPECT_EQ(ModeOf(path), mode);
+    }
+}
+
+TEST_F(PosixFileTest, ANewContentKeepsTheAccessList) {
+    // Two numbers of 16 bits and one of 32 for each entry: the owner and user 4711 may read, the
+    // group and others may not; the mask lets reading through.
+    constexpr std::array<std::uint32_t, 11> List{2,          0x00060001, 0xFFFFFFFF, 0x00040002,
+                                                 SomeGroup,  0x00000004, 0xFFFFFFFF, 0x00040010,
+                                                 0xFFFFFFFF, 0x00000020, 0xFFFFFFFF};
+    constexpr const char* Name = "system.posix_acl_access";
+    const auto path = folder_ / "file";
+    Write(path, "old");
+    if (setxattr(path.c_str(), Name, List.data(), sizeof List, 0) != 0) {
+        GTEST_SKIP() << "the file system has no access lists";
+    }
+    ReplaceContent(path, "new");
+    std::array<std::uint32_t, 64> found{};
+    ASSERT_EQ(getxattr(path.c_str(), Name, found.data(), sizeof found),
+              static_cast<ssize_t>(sizeof List));
+    EXPECT_TRUE(std::equal(List.begin(), List.end(), found.begin()));
+}
+
+TEST_F(PosixFileTest, WhatRootChangesStaysItsOwners) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can make a file of another user";
+    }
+    const auto path = ForeignFile(0640);
+    ReplaceContent(path, "new");
+    const auto lockPath = folder_ / "lock";
+    { const FileLock lock(lockPath, AtOnce, path); }
+    for (const auto& file : {path, lockPath}) {
+        EXPECT_EQ(StatusOfPath(file).st_uid, Nobody) << file;
+        EXPECT_EQ(StatusOfPath(file).st_gid, SomeGroup) << file;
+        EXPECT_EQ(ModeOf(file), 0640U) << file;
+    }
+}
+
+TEST_F(PosixFileTest, ALockThatIsThereStaysAsItIs) {
+    const auto path = folder_ / "lock";
+    Write(path, "");
+    ASSERT_EQ(chmod(path.c_str(), 0604), 0);
+    Write(folder_ / "guarded", "");
+    { const FileLock lock(path, AtOnce, folder_ / "guarded"); }
+    EXPECT_EQ(ModeOf(path), 0604U);
+}
+
+TEST_F(PosixFileTest, WhatCannotStayItsOwnersIsReadByNobodyElse) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can become another user";
+    }
+    const auto path = RootsFile(SomeGroup, 0644);
+    {
+        const AsNobody user;
+        ReplaceContent(path, "new");
+    }
+    EXPECT_EQ(StatusOfPath(path).st_uid, Nobody);
+    EXPECT_EQ(ModeOf(path), 0600U);
+}
+
+TEST_F(PosixFileTest, WhatAGroupSharesStaysTheGroups) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can become another user";
+    }
+    const auto path = RootsFile(getegid(), 0660);
+    {
+        const AsNobody user;
+        ReplaceContent(path, "new");
+    }
+    EXPECT_EQ(StatusOfPath(path).st_uid, Nobody);
+    EXPECT_EQ(StatusOfPath(path).st_gid, getegid());
+    EXPECT_EQ(ModeOf(path), 0660U);
+}
+
+TEST_F(PosixFileTest, AFileThatCannotBeKeptFromOthersIsRefused) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can become another user";
+    }
+    const auto path = RootsFile(SomeGroup, 0666);
+    const AsNobody user;
+    const auto open = [&path](Readers readers) {
+        return TextOfFailure([&] { const AppendFile file(path, Accept::RegularFiles, readers); });
+    };
+    EXPECT_EQ(open(Readers::AsBefore), L"");
+    EXPECT_EQ(open(Readers::OwnerOnly),
+              path.wstring() + L": cannot be kept from others: Operation not permitted");
+}
+
+TEST_F(PosixFileTest, AFullDiskLeavesNoHalfLine) {
+    const auto path = folder_ / "file";
+    AppendFile file(path, Accept::RegularFiles);
+    file.Append("0123456789\n");
+    {
+        const FullDisk full(16);
+        file.Append("abcdefghij\n");
+        EXPECT_EQ(Read(path), "0123456789\n");
+        file.Append("four\n");
+    }
+    file.Append("more\n");
+    EXPECT_EQ(Read(path), "0123456789\nfour\nmore\n");
+}
+
+}  // namespace
+}  // namespace tavrolib::platform
+
+#endif
