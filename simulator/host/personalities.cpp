@@ -138,7 +138,9 @@ std::string FcidFor(const Host& host) {
 
 Function MakeFunction(const Host& host, const Function& first, const WantedFunction& wanted) {
     const std::string digits = MacDigitsFor(host, first, wanted.number);
-    Function function{.number = wanted.number, .mac = InPairs(digits, '-')};
+    Function function;
+    function.number = wanted.number;
+    function.mac = InPairs(digits, '-');
     if (wanted.personality == EthernetPersonality) {
         function.ethernet.emplace().interfaceName = InterfaceNameFor(host);
     } else if (wanted.personality == IscsiPersonality) {
