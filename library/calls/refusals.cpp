@@ -29,7 +29,7 @@ Outcome CheckRecords(const Call& call) {
 // What is told when no function of a kind has an identifier, and what the identifier is.
 struct UnknownFunction {
     Text message;
-    const wchar_t* identifier;
+    const wchar_t* identifier = nullptr;
 };
 
 UnknownFunction UnknownFunctionOf(FunctionKind kind) {
