@@ -42,11 +42,13 @@ std::string KindOf(const Json& json) {
 // Walks the text for the parser, and tells how far that has come.
 class Cursor {
   public:
+    // NOLINTBEGIN(readability-identifier-naming): the standard names them.
     using iterator_category = std::input_iterator_tag;
     using value_type = char;
     using difference_type = std::ptrdiff_t;
     using pointer = const char*;
     using reference = const char&;
+    // NOLINTEND(readability-identifier-naming)
 
     Cursor(const char* position, const char*& furthest)
         : position_(position), furthest_(&furthest) {}
