@@ -97,6 +97,10 @@ void CheckHost(const Host& host) {
         }
         CheckPartitions(adapter.partitions, Place(adapterPlace, "partitions"));
         CheckPartitions(adapter.pendingPartitions, Place(adapterPlace, "pendingPartitions"));
+        if (adapter.pendingPartitions && adapter.partitionState == tavroapi::PartitionedForGood) {
+            throw ShapeError(Place(adapterPlace, "pendingPartitions"),
+                             "the partitions of this adapter are fixed");
+        }
         const Place ports(adapterPlace, "ports");
         for (std::size_t p = 0; p < adapter.ports.size(); ++p) {
             const Place port(ports, p);

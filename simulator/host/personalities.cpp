@@ -52,7 +52,10 @@ std::vector<WantedFunction> FunctionsOfUndivided(const Adapter& adapter, std::si
         {NumberOf(port, EthernetPersonality, index), EthernetPersonality}};
     if (adapter.type != EthernetPersonality) {
         const std::string storage = PersonalityOf(port);
-        wanted.push_back({NumberOf(port, storage, index + adapter.ports.size()), storage});
+        const std::uint32_t ethernet = wanted.front().number;
+        std::size_t next = index + adapter.ports.size();
+        next += next == ethernet ? adapter.ports.size() : 0;
+        wanted.push_back({NumberOf(port, storage, next), storage});
     }
     return wanted;
 }
@@ -89,7 +92,7 @@ std::string InPairs(const std::string& digits, char separator) {
     return text;
 }
 
-// The digits of the MAC; nobody has a WWN that ends in them either.
+// The digits of the MAC. No port of the host has a WWN that ends in them either.
 std::string MacDigitsFor(const Host& host, const Function& first, std::uint32_t number) {
     std::set<std::string> taken;
     const auto take = [&taken](const std::string& identifier) {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "simulator/host/personalities.h"
 
@@ -16,6 +17,18 @@ T Take(std::optional<T>& pending) {
     return value;
 }
 
+// The personalities of the partitions in force; none while the adapter is not partitioned.
+std::vector<std::string> PersonalitiesOf(const Adapter& adapter) {
+    std::vector<std::string> personalities;
+    if (adapter.partitionState != tavroapi::NotPartitioned) {
+        for (const PartitionedFunction& function :
+             adapter.partitions.value_or(Partitions{}).functions) {
+            personalities.push_back(function.personality);
+        }
+    }
+    return personalities;
+}
+
 void RestartFunction(Function& function) {
     if (function.ethernet && function.ethernet->tcpIp.pendingVlanId) {
         TcpIp& settings = function.ethernet->tcpIp;
@@ -26,9 +39,13 @@ void RestartFunction(Function& function) {
 }  // namespace
 
 void ApplyPartitions(const Host& host, Adapter& adapter, Partitions partitions) {
+    const auto former = PersonalitiesOf(adapter);
     adapter.partitionState =
         partitions.mode == SingleFunctionMode ? tavroapi::NotPartitioned : tavroapi::Partitioned;
     adapter.partitions = std::move(partitions);
+    if (PersonalitiesOf(adapter) == former) {
+        return;
+    }
     for (std::size_t index = 0; index < adapter.ports.size(); ++index) {
         RebuildFunctions(host, adapter, index);
     }

@@ -13,7 +13,8 @@ namespace tavrosim {
 // all else stays as it is.
 void Restart(Host& host);
 
-// Makes the partitions those in force, with the adapter's state and functions.
+// Makes the partitions those in force, with the adapter's state. The functions follow where the
+// mode or a personality is another one.
 void ApplyPartitions(const Host& host, Adapter& adapter, Partitions partitions);
 
 // Makes the personality the own one of the adapter's port at `index`, in force, with the functions

@@ -88,11 +88,9 @@ void DescribeFunction(const Host& host, const Function* function, PartitionFunct
     }
 }
 
+// The partitions in force; whether there are any is told by the adapter's state.
 Partitions PartitionsOf(const Adapter& adapter) {
-    if (adapter.partitions) {
-        return *adapter.partitions;
-    }
-    Partitions partitions;
+    Partitions partitions = adapter.partitions.value_or(Partitions{});
     partitions.mode =
         adapter.partitionState == tavroapi::NotPartitioned ? SingleFunctionMode : PartitionedMode;
     return partitions;

@@ -138,8 +138,11 @@ Outcome SetIscsiTcpIp(const Edited<IscsiPart>& at, const TcpIpSettings& wanted) 
 Outcome SetEthernetTcpIp(const Edited<EthernetPart>& at, TcpIpSettings& wanted) {
     TcpIp& settings = at.part.tcpIp;
     const std::string vlanInForce = settings.vlanId;
+    if (settings.pendingVlanId) {
+        settings.vlanId = *settings.pendingVlanId;
+        settings.pendingVlanId.reset();
+    }
     ApplyVlan(wanted, settings);
-    settings.pendingVlanId.reset();
     if (settings.vlanId != vlanInForce) {
         settings.pendingVlanId = std::exchange(settings.vlanId, vlanInForce);
     }

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "library/json/place.h"
 #include "simulator/host/host_file.h"
 #include "simulator/host/personalities.h"
 
@@ -136,6 +137,41 @@ TEST_F(RestartedHost, APersonalityChangesItsPortAlone) {
     RestartHost();
     EXPECT_THAT(FunctionsOf(Card().ports[0]),
                 ElementsAre("0 Ethernet 02-00-5E-10-00-0E", "2 iSCSI 02-00-5E-10-00-10"));
+}
+
+TEST_F(RestartedHost, FlowControlAndLimitsChangeNoFunction) {
+    host = DefaultHost();
+    const std::vector<std::string> undivided = FunctionsOf(Card().ports[0]);
+    ASSERT_EQ(undivided.size(), 3U);
+    Partitions& pending = Card().pendingPartitions.emplace();
+    pending.flowControl[0] = "Disabled";
+    Adapter& divided = host.adapters[1];
+    ASSERT_EQ(divided.partitionState, tavroapi::Partitioned);
+    const std::vector<std::string> functions = FunctionsOf(divided.ports[0]);
+    divided.pendingPartitions = divided.partitions;
+    divided.pendingPartitions->functions[0].upperLimit = "50";
+    RestartHost();
+    EXPECT_EQ(Card().partitions->flowControl[0], "Disabled");
+    EXPECT_EQ(FunctionsOf(Card().ports[0]), undivided);
+    EXPECT_EQ(host.adapters[1].partitions->functions[0].upperLimit, "50");
+    EXPECT_EQ(FunctionsOf(host.adapters[1].ports[0]), functions);
+}
+
+TEST_F(RestartedHost, ANewFunctionGetsANumberOfItsOwn) {
+    Card().ports.pop_back();
+    Card().ports[0].functions.erase(Card().ports[0].functions.begin() + 1);
+    Card().ports[0].functions[0].number = 1;
+    Card().ports[0].resources.emplace().pendingPersonality = FcoePersonality;
+    RestartHost();
+    EXPECT_THAT(FunctionsOf(Card().ports[0]),
+                ElementsAre("1 Ethernet 02-00-5E-10-00-0E",
+                            "2 FCoE 02-00-5E-10-00-0F 10:00:02:00:5E:10:00:0F"));
+}
+
+TEST_F(RestartedHost, NothingCanBePendingWhereThePartitionsAreFixed) {
+    Card().partitionState = tavroapi::PartitionedForGood;
+    PendingPartitions();
+    EXPECT_THROW(CheckHost(host), tavrolib::ShapeError);
 }
 
 TEST_F(RestartedHost, AnEthernetAdapterKeepsOneFunctionAPort) {
