@@ -109,7 +109,12 @@ Outcome Store::Change(const std::function<Outcome(Host&)>& change) {
             return outcome;
         }
         CheckHost(host);
-        platform::ReplaceContent(file, TextFromHost(host));
+        const std::string text = TextFromHost(host);
+        if (text.size() > platform::LargestFile) {
+            return NotWritten(
+                L"The host file would be larger than 64 MiB, and never be read again.");
+        }
+        platform::ReplaceContent(file, text);
         host_ = std::move(host);
         return outcome;
     } catch (const platform::FileError& error) {
