@@ -26,8 +26,12 @@ class FileError : public std::runtime_error {
 // What is read here, or appended to, is at most so large.
 inline constexpr std::uintmax_t LargestFile = std::uintmax_t{64} << 20;
 
+// How long an AppendFile waits for its turn.
+inline constexpr std::chrono::milliseconds AppendPatience{100};
+
 // The whole content of the file; nothing when there is no such file. A folder, a pipe, a device, a
-// socket and a file larger than LargestFile are refused before they are opened or read.
+// socket and a file larger than LargestFile are refused before they are read; on Linux before they
+// are opened, so that nobody at the other end notices.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& path);
 
 // The file that the path leads to where it is a symbolic link, which may be dangling where the
@@ -87,8 +91,9 @@ class AppendFile {
     AppendFile(const AppendFile&) = delete;
     AppendFile& operator=(const AppendFile&) = delete;
 
-    // Appends the text with one write. A failure is ignored, since a record of calls must not
-    // disturb them; what was written of the text by then is taken away again, unless another
+    // Appends the text with one write, when its turn among those that append has come, or after
+    // AppendPatience. A failure is ignored, since a record of calls must not disturb them; what was
+    // written of the text by then is taken away again when it was the text's turn, unless another
     // program has appended behind it.
     void Append(std::string_view text);
 

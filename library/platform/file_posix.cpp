@@ -21,6 +21,7 @@ namespace {
 
 constexpr mode_t OwnerOnly = S_IRUSR | S_IWUSR;
 constexpr int MostLinks = 40;
+constexpr int NotAtAll = -1;
 
 [[noreturn]] void Fail(const std::filesystem::path& path, const wchar_t* what, int error) {
     throw FileError(TextOf(path) + L": " + what + L": " +
@@ -103,8 +104,9 @@ Descriptor OpenNode(const Descriptor& node, int flags) {
 }
 
 // The regular file at the path, through links unless the flags hold O_NOFOLLOW; not open when there
-// is none. Throws when it is of another kind, too large, or cannot be opened.
-Descriptor OpenRegular(const std::filesystem::path& path, int flags) {
+// is none. Where access is denied, it is opened with `otherwise`. Throws when it is of another
+// kind, too large, or cannot be opened.
+Descriptor OpenRegular(const std::filesystem::path& path, int flags, int otherwise = NotAtAll) {
     const Descriptor node = FindNode(Descriptor(AT_FDCWD), path, flags & O_NOFOLLOW);
     if (!node.IsOpen()) {
         if (errno == ENOENT) {
@@ -116,6 +118,9 @@ Descriptor OpenRegular(const std::filesystem::path& path, int flags) {
     WantRegular(path, status);
     WantNotTooLarge(path, static_cast<std::uintmax_t>(status.st_size));
     Descriptor file = OpenNode(node, flags & ~O_NOFOLLOW);
+    if (!file.IsOpen() && errno == EACCES && otherwise != NotAtAll) {
+        file = OpenNode(node, otherwise);
+    }
     if (!file.IsOpen()) {
         Fail(path, L"cannot be opened", errno);
     }
@@ -148,17 +153,21 @@ void MakeLike(const Descriptor& fresh, const std::filesystem::path& model) {
         return;
     }
     constexpr const char* AccessList = "system.posix_acl_access";
+    const auto hasNone = [] { return errno == ENODATA || errno == ENOTSUP; };
     std::array<char, 4096> list{};
-    const ssize_t length = getxattr(model.c_str(), AccessList, list.data(), list.size());
-    const bool isListed = length >= 0 || errno == ERANGE;
-    if (isListed) {
+    const ssize_t length = lgetxattr(model.c_str(), AccessList, list.data(), list.size());
+    if (length >= 0) {
         // The list brings the mode with it.
-        if (length >= 0) {
-            fsetxattr(fresh.Value(), AccessList, list.data(), static_cast<std::size_t>(length), 0);
-        }
+        fsetxattr(fresh.Value(), AccessList, list.data(), static_cast<std::size_t>(length), 0);
         return;
     }
-    fchmod(fresh.Value(), wanted.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO));
+    if (!hasNone()) {
+        return;
+    }
+    // What the folder hands down to new files, the mode would put in force.
+    if (fremovexattr(fresh.Value(), AccessList) == 0 || hasNone()) {
+        fchmod(fresh.Value(), wanted.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO));
+    }
 }
 
 // Empty when it cannot be read.
@@ -199,10 +208,11 @@ Descriptor OpenOwnForAppend(std::filesystem::path path) {
     return Descriptor();
 }
 
-// The lock file, made when missing.
+// The lock file, made when missing. Opened for writing where that is allowed, since a network file
+// system may lock nothing else.
 Descriptor OpenLock(const std::filesystem::path& path, const std::filesystem::path& guarded) {
     while (true) {
-        Descriptor file = OpenRegular(path, O_RDWR | O_NOFOLLOW);
+        Descriptor file = OpenRegular(path, O_RDWR | O_NOFOLLOW, O_RDONLY);
         if (file.IsOpen()) {
             return file;
         }
@@ -216,6 +226,42 @@ Descriptor OpenLock(const std::filesystem::path& path, const std::filesystem::pa
         }
     }
 }
+
+using Clock = std::chrono::steady_clock;
+
+// Locks the whole file. Returns 0, EWOULDBLOCK when another still holds it at `end`, or the error.
+int LockUntil(const Descriptor& file, Clock::time_point end) {
+    while (flock(file.Value(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            return errno;
+        }
+        if (Clock::now() >= end) {
+            return EWOULDBLOCK;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return 0;
+}
+
+// Keeps the others that append to the file away while it lives, where that can be had soon.
+class Turn {
+  public:
+    explicit Turn(const Descriptor& file)
+        : file_(file), isHeld_(LockUntil(file, Clock::now() + AppendPatience) == 0) {}
+    ~Turn() {
+        if (isHeld_) {
+            flock(file_.Value(), LOCK_UN);
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    bool IsHeld() const { return isHeld_; }
+
+  private:
+    const Descriptor& file_;
+    bool isHeld_;
+};
 
 // Takes from those who are not the owner what they may do with the file.
 void ShutOthersOut(const Descriptor& file, const std::filesystem::path& path) {
@@ -322,15 +368,12 @@ struct FileLock::Handle {
 FileLock::FileLock(const std::filesystem::path& path, std::chrono::milliseconds patience,
                    const std::filesystem::path& guarded)
     : handle_(std::make_unique<Handle>(OpenLock(path, guarded))) {
-    const auto end = std::chrono::steady_clock::now() + patience;
-    while (flock(handle_->file.Value(), LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK && errno != EINTR) {
-            Fail(path, L"cannot be locked", errno);
-        }
-        if (std::chrono::steady_clock::now() >= end) {
-            throw FileError(TextOf(path) + L": is held by another program");
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    const int error = LockUntil(handle_->file, Clock::now() + patience);
+    if (error == EWOULDBLOCK) {
+        Refuse(path, L"is held by another program");
+    }
+    if (error != 0) {
+        Fail(path, L"cannot be locked", error);
     }
 }
 
@@ -356,9 +399,10 @@ AppendFile::~AppendFile() = default;
 
 void AppendFile::Append(std::string_view text) {
     const int file = handle_->file.Value();
+    const Turn turn(handle_->file);
     const off_t before = StatusOf(handle_->file).st_size;
     std::string_view left = text;
-    if (WriteAll(file, left) != 0) {
+    if (WriteAll(file, left) != 0 && turn.IsHeld()) {
         const off_t after = before + static_cast<off_t>(text.size() - left.size());
         if (after != before && StatusOf(handle_->file).st_size == after) {
             // Nothing is left to be done where this fails.

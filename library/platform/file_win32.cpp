@@ -162,6 +162,12 @@ void RefuseFolder(const std::filesystem::path& path) {
     }
 }
 
+void WantNotTooLarge(const std::filesystem::path& path, std::uintmax_t size) {
+    if (size > LargestFile) {
+        Refuse(path, L"is larger than 64 MiB");
+    }
+}
+
 // Throws where an open file is none on a disk, or is too large.
 void WantRegular(const std::filesystem::path& path, const FileHandle& file) {
     const DWORD kind = GetFileType(file.Value());
@@ -169,9 +175,8 @@ void WantRegular(const std::filesystem::path& path, const FileHandle& file) {
         Refuse(path, kind == FILE_TYPE_PIPE ? L"is a pipe" : L"is a device");
     }
     LARGE_INTEGER size{};
-    if (GetFileSizeEx(file.Value(), &size) != 0 &&
-        static_cast<std::uintmax_t>(size.QuadPart) > LargestFile) {
-        Refuse(path, L"is larger than 64 MiB");
+    if (GetFileSizeEx(file.Value(), &size) != 0) {
+        WantNotTooLarge(path, static_cast<std::uintmax_t>(size.QuadPart));
     }
 }
 
@@ -191,6 +196,75 @@ void MakeLike(HANDLE fresh, const std::filesystem::path& model) {
     SetKernelObjectSecurity(fresh, DACL_SECURITY_INFORMATION, descriptor.data());
 }
 
+// Throws where the handle, opened without following links, is no file to write to.
+void WantPlain(const std::filesystem::path& path, const FileHandle& file) {
+    if (!IsPlainFile(file)) {
+        Refuse(path, L"is no regular file");
+    }
+}
+
+// Where one byte of a file is locked.
+OVERLAPPED At(std::uint64_t position) {
+    OVERLAPPED place{};
+    place.Offset = static_cast<DWORD>(position & 0xFFFFFFFF);
+    place.OffsetHigh = static_cast<DWORD>(position >> 32);
+    return place;
+}
+
+// Locks one byte. Returns 0, ERROR_LOCK_VIOLATION when another still holds it at `end`, or the
+// error.
+DWORD LockUntil(const FileHandle& file, std::uint64_t position, Clock::time_point end) {
+    while (true) {
+        OVERLAPPED place = At(position);
+        if (LockFileEx(file.Value(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
+                       &place) != 0) {
+            return ERROR_SUCCESS;
+        }
+        const DWORD error = GetLastError();
+        const bool isHeld = error == ERROR_LOCK_VIOLATION || error == ERROR_IO_PENDING;
+        if (!isHeld) {
+            return error;
+        }
+        if (Clock::now() >= end) {
+            return ERROR_LOCK_VIOLATION;
+        }
+        std::this_thread::sleep_for(Pause);
+    }
+}
+
+void Unlock(const FileHandle& file, std::uint64_t position) {
+    OVERLAPPED place = At(position);
+    UnlockFileEx(file.Value(), 0, 1, 0, &place);
+}
+
+// What those that append to a file lock: a byte that no file reaches, since a locked byte can be
+// neither read nor written.
+constexpr std::uint64_t BehindAllFiles = std::uint64_t{1} << 62;
+
+// Keeps the others that append to the file away while it lives, where that can be had soon.
+class Turn {
+  public:
+    explicit Turn(const FileHandle& file)
+        : file_(file),
+          isHeld_(file.IsOpen() && LockUntil(file, BehindAllFiles, Clock::now() + AppendPatience) ==
+                                       ERROR_SUCCESS) {}
+    ~Turn() {
+        if (isHeld_) {
+            Unlock(file_, BehindAllFiles);
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    bool IsHeld() const { return isHeld_; }
+
+  private:
+    const FileHandle& file_;
+    bool isHeld_;
+};
+
+// Who serves a pipe in a file's place learns who opens it, and cannot act in that user's name.
+constexpr DWORD NoImpersonation = SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION;
 constexpr DWORD MayChangeOwner = WRITE_DAC | WRITE_OWNER;
 constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
@@ -200,8 +274,8 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
     RefuseFolder(path);
     HANDLE opened = INVALID_HANDLE_VALUE;
     const DWORD error = WithPatience([&] {
-        opened =
-            CreateFileW(path.c_str(), GENERIC_READ, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+        opened = CreateFileW(path.c_str(), GENERIC_READ, ShareAll, nullptr, OPEN_EXISTING,
+                             NoImpersonation, nullptr);
         return opened == INVALID_HANDLE_VALUE ? GetLastError() : static_cast<DWORD>(ERROR_SUCCESS);
     });
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
@@ -224,6 +298,7 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
             return content;
         }
         content.append(block.data(), got);
+        WantNotTooLarge(path, content.size());  // it may grow
     }
 }
 
@@ -233,7 +308,7 @@ std::filesystem::path WithoutLinks(std::filesystem::path path) {
         return path;
     }
     const FileHandle file(
-        CreateFileW(path.c_str(), 0, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+        CreateFileW(path.c_str(), 0, ShareAll, nullptr, OPEN_EXISTING, NoImpersonation, nullptr));
     std::vector<wchar_t> name(32768);
     const DWORD length = file.IsOpen()
                              ? GetFinalPathNameByHandleW(file.Value(), name.data(),
@@ -301,10 +376,12 @@ struct FileLock::Handle {
 FileLock::FileLock(const std::filesystem::path& path, milliseconds patience,
                    const std::filesystem::path& guarded) {
     const auto end = Clock::now() + patience;
+    RefuseFolder(path);
     HANDLE opened = INVALID_HANDLE_VALUE;
     const auto open = [&opened, &path](DWORD access, DWORD disposition, LPSECURITY_ATTRIBUTES own) {
-        opened = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE | access, ShareAll, own,
-                             disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+        opened = CreateFileW(
+            path.c_str(), GENERIC_READ | GENERIC_WRITE | access, ShareAll, own, disposition,
+            FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT | NoImpersonation, nullptr);
         return opened == INVALID_HANDLE_VALUE ? GetLastError() : static_cast<DWORD>(ERROR_SUCCESS);
     };
     const DWORD error = WithPatience([&] {
@@ -324,33 +401,27 @@ FileLock::FileLock(const std::filesystem::path& path, milliseconds patience,
         Fail(path, L"cannot be opened", error);
     }
     handle_ = std::make_unique<Handle>(opened);
-    while (true) {
-        OVERLAPPED wholeFile{};
-        if (LockFileEx(opened, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
-                       &wholeFile) != 0) {
-            return;
-        }
-        const DWORD reason = GetLastError();
-        if (reason != ERROR_LOCK_VIOLATION && reason != ERROR_IO_PENDING) {
-            Fail(path, L"cannot be locked", reason);
-        }
-        if (Clock::now() >= end) {
-            throw FileError(TextOf(path) + L": is held by another program");
-        }
-        std::this_thread::sleep_for(Pause);
+    WantRegular(path, handle_->file);
+    WantPlain(path, handle_->file);
+    const DWORD reason = LockUntil(handle_->file, 0, end);
+    if (reason == ERROR_LOCK_VIOLATION) {
+        Refuse(path, L"is held by another program");
+    }
+    if (reason != ERROR_SUCCESS) {
+        Fail(path, L"cannot be locked", reason);
     }
 }
 
 FileLock::~FileLock() {
     if (handle_) {
-        OVERLAPPED wholeFile{};
-        UnlockFileEx(handle_->file.Value(), 0, 1, 0, &wholeFile);
+        Unlock(handle_->file, 0);
     }
 }
 
 struct AppendFile::Handle {
     explicit Handle(HANDLE opened) : file(opened) {}
     FileHandle file;
+    std::optional<FileHandle> readable;  // a handle for appending cannot lock
 };
 
 AppendFile::AppendFile(const std::filesystem::path& path, Accept accept, Readers readers) {
@@ -363,14 +434,15 @@ AppendFile::AppendFile(const std::filesystem::path& path, Accept accept, Readers
     handle_ = std::make_unique<Handle>(CreateFileW(
         path.c_str(), FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | (isOwners ? WRITE_DAC : 0),
         ShareAll, access.IsValid() ? access.Attributes() : nullptr, OPEN_ALWAYS,
-        FILE_ATTRIBUTE_NORMAL | (followsLinks ? 0 : FILE_FLAG_OPEN_REPARSE_POINT), nullptr));
+        FILE_ATTRIBUTE_NORMAL | NoImpersonation | (followsLinks ? 0 : FILE_FLAG_OPEN_REPARSE_POINT),
+        nullptr));
     if (!handle_->file.IsOpen()) {
         Fail(path, L"cannot be opened", GetLastError());
     }
     if (followsLinks) {
         WantRegular(path, handle_->file);
-    } else if (!IsPlainFile(handle_->file)) {
-        Refuse(path, L"is no regular file");
+    } else {
+        WantPlain(path, handle_->file);
     }
     if (isOwners &&
         (!access.IsValid() ||
@@ -379,16 +451,18 @@ AppendFile::AppendFile(const std::filesystem::path& path, Accept accept, Readers
                                  access.Attributes()->lpSecurityDescriptor) == 0)) {
         Fail(path, L"cannot be kept from others", GetLastError());
     }
+    handle_->readable.emplace(ReOpenFile(handle_->file.Value(), GENERIC_READ, ShareAll, 0));
 }
 
 AppendFile::~AppendFile() = default;
 
 void AppendFile::Append(std::string_view text) {
     const HANDLE file = handle_->file.Value();
+    const Turn turn(*handle_->readable);
     LARGE_INTEGER before{};
     GetFileSizeEx(file, &before);
     std::string_view left = text;
-    if (WriteAll(file, left) == ERROR_SUCCESS || left.size() == text.size()) {
+    if (WriteAll(file, left) == ERROR_SUCCESS || left.size() == text.size() || !turn.IsHeld()) {
         return;
     }
     // A handle for appending cannot shorten the file.

@@ -3,7 +3,9 @@
 #ifdef __linux__
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -12,6 +14,7 @@
 
 #include <array>
 #include <functional>
+#include <vector>
 
 #include "library/platform/file.h"
 #include "unit/library/support.h"
@@ -24,10 +27,33 @@ using tavrolib_test::FullDisk;
 using tavrolib_test::IsOwnersOnly;
 using tavrolib_test::Read;
 using tavrolib_test::Write;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using testing::Not;
 
 constexpr uid_t Nobody = 65534;
 constexpr gid_t SomeGroup = 4711;
 constexpr std::chrono::milliseconds AtOnce{0};
+constexpr const char* AccessList = "system.posix_acl_access";
+
+// An access list: two numbers of 16 bits and one of 32 for each entry. The owner and user 4711 may
+// read, the group and others may not; the mask lets reading through.
+constexpr std::array<std::uint32_t, 11> ReadersList{2,          0x00060001, 0xFFFFFFFF, 0x00040002,
+                                                    SomeGroup,  0x00000004, 0xFFFFFFFF, 0x00040010,
+                                                    0xFFFFFFFF, 0x00000020, 0xFFFFFFFF};
+
+bool SetList(const std::filesystem::path& path, const char* name) {
+    return setxattr(path.c_str(), name, ReadersList.data(), sizeof ReadersList, 0) == 0;
+}
+
+// As the bytes are stored; empty when the file has none.
+std::vector<std::uint32_t> ListOf(const std::filesystem::path& path) {
+    std::vector<std::uint32_t> list(64);
+    const ssize_t length =
+        getxattr(path.c_str(), AccessList, list.data(), list.size() * sizeof list[0]);
+    list.resize(length < 0 ? 0 : static_cast<std::size_t>(length) / sizeof list[0]);
+    return list;
+}
 
 struct stat StatusOfPath(const std::filesystem::path& path) {
     struct stat status {};
@@ -144,22 +170,32 @@ TEST_F(PosixFileTest, ANewContentKeepsTheMode) {
 }
 
 TEST_F(PosixFileTest, ANewContentKeepsTheAccessList) {
-    // Two numbers of 16 bits and one of 32 for each entry: the owner and user 4711 may read, the
-    // group and others may not; the mask lets reading through.
-    constexpr std::array<std::uint32_t, 11> List{2,          0x00060001, 0xFFFFFFFF, 0x00040002,
-                                                 SomeGroup,  0x00000004, 0xFFFFFFFF, 0x00040010,
-                                                 0xFFFFFFFF, 0x00000020, 0xFFFFFFFF};
-    constexpr const char* Name = "system.posix_acl_access";
     const auto path = folder_ / "file";
     Write(path, "old");
-    if (setxattr(path.c_str(), Name, List.data(), sizeof List, 0) != 0) {
+    if (!SetList(path, AccessList)) {
         GTEST_SKIP() << "the file system has no access lists";
     }
     ReplaceContent(path, "new");
-    std::array<std::uint32_t, 64> found{};
-    ASSERT_EQ(getxattr(path.c_str(), Name, found.data(), sizeof found),
-              static_cast<ssize_t>(sizeof List));
-    EXPECT_TRUE(std::equal(List.begin(), List.end(), found.begin()));
+    EXPECT_THAT(ListOf(path), ElementsAreArray(ReadersList));
+}
+
+TEST_F(PosixFileTest, WhatTheFolderHandsDownGivesNobodyMore) {
+    const auto path = folder_ / "file";
+    Write(path, "old");
+    ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+    if (!SetList(folder_ / "", "system.posix_acl_default")) {
+        GTEST_SKIP() << "the file system has no access lists";
+    }
+    const auto handedDown = folder_ / "other";
+    Write(handedDown, "");
+    ASSERT_THAT(ListOf(handedDown), Not(IsEmpty()));
+    ReplaceContent(path, "new");
+    const auto lockPath = folder_ / "lock";
+    { const FileLock lock(lockPath, AtOnce, path); }
+    for (const auto& file : {path, lockPath}) {
+        EXPECT_THAT(ListOf(file), IsEmpty()) << file;
+        EXPECT_EQ(ModeOf(file), 0640U) << file;
+    }
 }
 
 TEST_F(PosixFileTest, WhatRootChangesStaysItsOwners) {
@@ -184,6 +220,20 @@ TEST_F(PosixFileTest, ALockThatIsThereStaysAsItIs) {
     Write(folder_ / "guarded", "");
     { const FileLock lock(path, AtOnce, folder_ / "guarded"); }
     EXPECT_EQ(ModeOf(path), 0604U);
+}
+
+TEST_F(PosixFileTest, AnOwnerWhoMayNotWriteCanLockAgain) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can become another user";
+    }
+    const auto path = ForeignFile(0444);
+    const auto lockPath = folder_ / "lock";
+    { const FileLock lock(lockPath, AtOnce, path); }
+    ASSERT_EQ(ModeOf(lockPath), 0444U);
+    const AsNobody user;
+    const FileLock lock(lockPath, AtOnce, path);
+    EXPECT_EQ(TextOfFailure([&] { const FileLock second(lockPath, AtOnce, path); }),
+              lockPath.wstring() + L": is held by another program");
 }
 
 TEST_F(PosixFileTest, WhatCannotStayItsOwnersIsReadByNobodyElse) {
@@ -239,6 +289,21 @@ TEST_F(PosixFileTest, AFullDiskLeavesNoHalfLine) {
     }
     file.Append("more\n");
     EXPECT_EQ(Read(path), "0123456789\nfour\nmore\n");
+}
+
+// What stands at the end may be the line of whoever holds the lock.
+TEST_F(PosixFileTest, NothingIsCutOffOutOfTurn) {
+    const auto path = folder_ / "file";
+    AppendFile file(path, Accept::RegularFiles);
+    file.Append("0123456789\n");
+    const int other = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(other, LOCK_EX), 0);
+    {
+        const FullDisk full(16);
+        file.Append("abcdefghij\n");
+    }
+    EXPECT_EQ(Read(path), "0123456789\nabcde");
+    close(other);
 }
 
 }  // namespace

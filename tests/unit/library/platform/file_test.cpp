@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <thread>
+
 #include "unit/library/support.h"
 
 namespace tavrolib::platform {
@@ -9,6 +12,7 @@ namespace {
 
 using tavrolib_test::Folder;
 using tavrolib_test::IsOwnersOnly;
+using tavrolib_test::Lines;
 using tavrolib_test::Read;
 using tavrolib_test::Write;
 
@@ -27,10 +31,12 @@ std::wstring ReasonOf(const std::filesystem::path& path, const Action& action) {
 
 class FileTest : public testing::Test {
   protected:
-    // Neither reading nor appending takes the file, for this reason.
+    // Neither reading nor appending nor locking takes the file, for this reason.
     static void ExpectRefused(const std::filesystem::path& path, const std::wstring& reason) {
         EXPECT_EQ(ReasonOf(path, [&] { ReadWholeFile(path); }), reason);
         EXPECT_EQ(ReasonOf(path, [&] { const AppendFile file(path, Accept::RegularFiles); }),
+                  reason);
+        EXPECT_EQ(ReasonOf(path, [&] { const FileLock lock(path, std::chrono::milliseconds(0)); }),
                   reason);
     }
 
@@ -60,6 +66,24 @@ TEST_F(FileTest, WhatIsAppendedToIsKeptFromOthersOnDemand) {
     AppendFile(path, Accept::RegularFiles, Readers::OwnerOnly).Append("two\n");
     EXPECT_TRUE(IsOwnersOnly(path));
     EXPECT_EQ(Read(path), "before\none\ntwo\n");
+}
+
+TEST_F(FileTest, ManyAppendAtOnceAndNoLineIsLost) {
+    constexpr int Count = 50;
+    const auto path = folder_ / "file";
+    const auto append = [&path](const std::string& line) {
+        AppendFile file(path, Accept::RegularFiles);
+        for (int i = 0; i < Count; ++i) {
+            file.Append(line + "\n");
+        }
+    };
+    std::thread other(append, "other");
+    append("one");
+    other.join();
+    const auto lines = Lines(path);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "one"), Count);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "other"), Count);
+    EXPECT_EQ(lines.size(), std::size_t{2 * Count});
 }
 
 TEST_F(FileTest, ANewFileIsTheOwnersWhoeverMayReadIt) {

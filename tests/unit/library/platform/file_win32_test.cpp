@@ -1,0 +1,71 @@
+// What Windows has beyond other systems: pipes that stand nowhere on a disk, and locks on single
+// bytes.
+#ifdef _WIN32
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <chrono>
+#include <functional>
+
+#include "library/platform/file.h"
+#include "unit/library/support.h"
+
+namespace tavrolib::platform {
+namespace {
+
+using tavrolib_test::Folder;
+using tavrolib_test::Read;
+
+// What taking a pipe for a file fails with; the pipe is made anew for it, since each taker uses one
+// instance up.
+std::wstring ReasonForAPipe(
+    const std::function<void(const std::filesystem::path& path)>& takeForFile) {
+    const std::filesystem::path path =
+        LR"(\\.\pipe\tavro_test_)" + std::to_wstring(GetCurrentProcessId());
+    const HANDLE pipe = CreateNamedPipeW(path.c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE,
+                                         PIPE_UNLIMITED_INSTANCES, 4096, 4096, 0, nullptr);
+    EXPECT_NE(pipe, INVALID_HANDLE_VALUE);
+    std::wstring reason;
+    try {
+        takeForFile(path);
+    } catch (const FileError& error) {
+        reason = error.Text().substr(path.wstring().size());
+    }
+    CloseHandle(pipe);
+    return reason;
+}
+
+TEST(Win32FileTest, APipeIsRefused) {
+    using Path = std::filesystem::path;
+    EXPECT_EQ(ReasonForAPipe([](const Path& path) { ReadWholeFile(path); }), L": is a pipe");
+    EXPECT_EQ(
+        ReasonForAPipe([](const Path& path) { const AppendFile file(path, Accept::RegularFiles); }),
+        L": is a pipe");
+    EXPECT_EQ(ReasonForAPipe([](const Path& path) {
+                  const FileLock lock(path, std::chrono::milliseconds(0));
+              }),
+              L": is a pipe");
+}
+
+TEST(Win32FileTest, AnAppendWaitsForItsTurnAndThenNoLonger) {
+    const Folder folder;
+    const auto path = folder / "file";
+    AppendFile file(path, Accept::RegularFiles);
+    const HANDLE other = CreateFileW(path.c_str(), GENERIC_READ,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                     nullptr, OPEN_EXISTING, 0, nullptr);
+    OVERLAPPED place{};
+    place.OffsetHigh = 0x40000000;
+    ASSERT_NE(LockFileEx(other, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place), 0);
+    const auto start = std::chrono::steady_clock::now();
+    file.Append("one\n");
+    EXPECT_GE(std::chrono::steady_clock::now() - start, AppendPatience);
+    EXPECT_EQ(Read(path), "one\n");
+    CloseHandle(other);
+}
+
+}  // namespace
+}  // namespace tavrolib::platform
+
+#endif
