@@ -158,6 +158,9 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
     {L"Log out of the target first. For several sessions, log in without the option \"-mp\".",
      L"先にターゲットからログアウトしてください。複数のセッションには、オプション「-mp」なしでログインしてください。",
      L"请先从目标注销。若要有多个会话，请不使用选项“-mp”登录。"},
+    {L"The host file has no session number left.",
+     L"ホストファイルに使用できるセッション番号が残っていません。",
+     L"主机文件没有剩余的会话编号。"},
 
     // iSCSI sessions and statistics.
     {L"There is no session with the target.",

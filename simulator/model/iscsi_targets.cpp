@@ -1,4 +1,5 @@
 // The targets that an iSCSI function's initiator has discovered, and logging in to them.
+#include <limits>
 #include <list>
 #include <map>
 #include <string_view>
@@ -181,6 +182,15 @@ IscsiSession SessionFor(const tavroapi::TargetLoginRecord& record, const Host& h
     return session;
 }
 
+// The highest number that a session has had. A host file may have sessions above its last one.
+std::uint32_t LastSessionId(const IscsiStorage& storage) {
+    std::uint32_t last = storage.lastSessionId;
+    for (const IscsiSession& session : storage.sessions) {
+        last = std::max(last, session.id);
+    }
+    return last;
+}
+
 Outcome LogInToTarget(const Edited<IscsiPart>& at, const tavroapi::TargetLoginRecord& record) {
     IscsiStorage& storage = at.part.storage;
     IscsiSession wanted = SessionFor(record, at.host);
@@ -204,10 +214,16 @@ Outcome LogInToTarget(const Edited<IscsiPart>& at, const tavroapi::TargetLoginRe
     if (!further.IsDone()) {
         return further;
     }
+    const std::uint32_t last = LastSessionId(storage);
+    if (last == std::numeric_limits<std::uint32_t>::max()) {
+        return LoginRefused(L"The host file has no session number left.",
+                            L"Correct the file, or move it away to start from the built-in host.",
+                            L"session " + std::to_wstring(last));
+    }
     if (!isKnown) {
         storage.targets.push_back({name, portal, StaticDiscovery});
     }
-    wanted.id = ++storage.lastSessionId;
+    wanted.id = storage.lastSessionId = last + 1;
     storage.sessions.push_back(std::move(wanted));
     ++storage.statistics.logins;
     return Done();
