@@ -5,10 +5,22 @@
 #include <vector>
 
 #include "simulator/host/iscsi_network.h"
+#include "simulator/host/login.h"
 #include "simulator/host/member.h"
 
 // What the initiator of an iSCSI function knows and does.
 namespace tavrosim {
+
+// A portal that was added, and how to log in at it.
+struct KnownPortal : IscsiPortal {
+    Login login;
+
+    static constexpr auto Members(auto visit) {
+        return IscsiPortal::Members([&](const auto&... member) {
+            return visit(member..., Member{"login", &KnownPortal::login});
+        });
+    }
+};
 
 // A target that the initiator has discovered, and where.
 struct KnownTarget {
@@ -86,7 +98,7 @@ struct IscsiStatistics {
 };
 
 struct IscsiStorage {
-    std::vector<IscsiPortal> portals;
+    std::vector<KnownPortal> portals;
     std::vector<KnownTarget> targets;
     std::vector<IscsiSession> sessions;
     std::uint32_t lastSessionId = 0;

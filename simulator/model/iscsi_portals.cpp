@@ -1,8 +1,6 @@
 // The portals that an iSCSI function's initiator knows. Adding one discovers the targets behind it.
 #include <list>
-#include <map>
 #include <set>
-#include <string_view>
 
 #include "simulator/model/families.h"
 #include "simulator/model/iscsi_storage.h"
@@ -19,72 +17,38 @@ bool Answers(const NetworkTarget& target, const IscsiPortal& portal) {
 
 Outcome ListPortals(const Viewed<IscsiPart>& at, std::list<tavroapi::PortalEntry>& portals) {
     portals.clear();
-    for (const IscsiPortal& portal : at.part.storage.portals) {
+    for (const KnownPortal& portal : at.part.storage.portals) {
         portals.push_back({portal.address, portal.port});
     }
     return Done();
 }
 
 // A portal that is there already is asked for its targets once more. One at which nothing answers
-// is kept all the same.
+// is kept all the same. How to log in at it is kept with it, as it was last said.
 Outcome AddPortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& record) {
     IscsiStorage& storage = at.part.storage;
     const IscsiPortal portal{record.address, record.port};
-    if (std::ranges::find(storage.portals, portal) == storage.portals.end()) {
-        storage.portals.push_back(portal);
+    if (KnownPortal* const known = FindKnownPortal(storage, portal)) {
+        known->login = LoginOf(record.login);
+    } else {
+        storage.portals.push_back({portal, LoginOf(record.login)});
     }
-    std::set<std::string> known;
+    std::set<std::string> names;
     for (const KnownTarget& target : storage.targets) {
-        known.insert(target.name);
+        names.insert(target.name);
     }
     for (const NetworkTarget& target : at.host.iscsiTargets) {
-        if (Answers(target, portal) && known.insert(target.name).second) {
+        if (Answers(target, portal) && names.insert(target.name).second) {
             storage.targets.push_back({target.name, portal, SendTargetsDiscovery});
         }
     }
     return Done();
 }
 
-// Where else the initiator reaches targets: the first of its other portals or, without one, the
-// first session that there is. By the targets' names.
-std::map<std::string_view, IscsiPortal> OtherWays(const Host& host, const IscsiStorage& storage) {
-    const auto isKnown = [&](const IscsiPortal& portal) {
-        return std::ranges::find(storage.portals, portal) != storage.portals.end();
-    };
-    std::map<std::string_view, IscsiPortal> ways;
-    for (const NetworkTarget& target : host.iscsiTargets) {
-        const auto way = std::ranges::find_if(target.portals, isKnown);
-        if (way != target.portals.end()) {
-            ways.try_emplace(target.name, *way);
-        }
-    }
-    for (const IscsiSession& session : storage.sessions) {
-        ways.try_emplace(session.target, session.portal);
-    }
-    return ways;
-}
-
-// A target that was discovered at the portal, which is not known any more, is forgotten unless it
-// is reached in another way. One that a user named is kept.
-void ForgetTargetsOf(const IscsiPortal& portal, const Host& host, IscsiStorage& storage) {
-    const auto ways = OtherWays(host, storage);
-    std::erase_if(storage.targets, [&](KnownTarget& target) {
-        if (target.portal != portal || target.discovery == StaticDiscovery) {
-            return false;
-        }
-        const auto way = ways.find(target.name);
-        if (way == ways.end()) {
-            return true;
-        }
-        target.portal = way->second;
-        return false;
-    });
-}
-
 Outcome RemovePortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& record) {
     IscsiStorage& storage = at.part.storage;
     const IscsiPortal portal{record.address, record.port};
-    if (std::ranges::find(storage.portals, portal) == storage.portals.end()) {
+    if (FindKnownPortal(storage, portal) == nullptr) {
         return Refused(Status::UnknownPortal, L"The initiator does not know this portal.",
                        L"Run the command with \"-portal -listall\" to see the portals.",
                        PortalDetails(portal));
@@ -95,8 +59,9 @@ Outcome RemovePortal(const Edited<IscsiPart>& at, const tavroapi::PortalRecord& 
         return Refused(Status::InUse, L"The portal is in use by a session.",
                        L"Log out of the target first.", L"target " + Quoted(session->target));
     }
-    std::erase(storage.portals, portal);
-    ForgetTargetsOf(portal, at.host, storage);
+    std::erase_if(storage.portals, [&](const KnownPortal& known) { return known == portal; });
+    ForgetUnreached(at.host, storage,
+                    [&](const KnownTarget& target) { return target.portal == portal; });
     return Done();
 }
 

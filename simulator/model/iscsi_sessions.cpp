@@ -133,6 +133,8 @@ Outcome LogOutOfTarget(const Edited<IscsiPart>& at, const tavroapi::LogoutRecord
                 return session.target == record.targetName && (id == 0 || session.id == id);
             });
     }
+    ForgetUnreached(at.host, storage,
+                    [&](const KnownTarget& target) { return target.name == record.targetName; });
     return Done();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <string>
 
 #include "simulator/host/host.h"
@@ -19,6 +20,11 @@ template <class Elements, class Predicate>
 auto FindWhere(Elements& elements, Predicate isWanted) {
     const auto found = std::find_if(elements.begin(), elements.end(), isWanted);
     return found == elements.end() ? nullptr : &*found;
+}
+
+template <class AnyStorage>
+auto FindKnownPortal(AnyStorage& storage, const IscsiPortal& portal) {
+    return FindWhere(storage.portals, [&](const IscsiPortal& known) { return known == portal; });
 }
 
 template <class AnyStorage>
@@ -46,6 +52,12 @@ inline std::wstring PortalDetails(const IscsiPortal& portal) {
 inline std::string InitiatorNameOf(const IscsiSession& session, const Host& host) {
     return TextOr(session.initiatorName, host.initiator.name);
 }
+
+// Of the targets that are concerned, those that were discovered at a portal which is not known any
+// more tell another way in which they are reached from now on, or are forgotten when there is none.
+// One that a user named stays as it is.
+void ForgetUnreached(const Host& host, IscsiStorage& storage,
+                     const std::function<bool(const KnownTarget&)>& isConcerned);
 
 inline Outcome UnknownTarget(const std::string& name) {
     return Refused(Status::UnknownIscsiTarget, L"The initiator does not know this target.",

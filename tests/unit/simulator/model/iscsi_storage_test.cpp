@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 
 #include "simulator/host/host_file.h"
 #include "simulator/model/model.h"
@@ -130,6 +131,9 @@ class IscsiStorageModel : public testing::Test {
         return record.portalAddress + " " + record.portalPort;
     }
 
+    // What the first port's initiator knows.
+    IscsiStorage& Storage() { return host.adapters[0].ports[0].functions[0].iscsi->storage; }
+
     static LoginOptions OnlyOne() { return {"No", "No", "No", "None", {}, {}, {}, {}}; }
 
     static LoginOptions Plain() { return {"Yes", "No", "No", "None", {}, {}, {}, {}}; }
@@ -242,15 +246,87 @@ TEST_F(IscsiStorageModel, AConnectedOrNamedTargetStaysWithoutAPortal) {
     ASSERT_TRUE(LogIn("open", "192.0.2.21", Plain(), 0, "860").IsDone());
     EXPECT_TRUE(RemovePortal("192.0.2.20").IsDone());
     EXPECT_EQ(Targets(), Texts{"open, Connected, SendTargets"});
-    ASSERT_TRUE(LogOut("open", {"0"}).IsDone());
     EXPECT_EQ(PortalOf("open"), "192.0.2.21 860");
 
     ASSERT_TRUE(LogIn("guarded", "192.0.2.20", OneWay("user", "secret-secret"), 1).IsDone());
     ASSERT_TRUE(LogOut("guarded", {"0"}).IsDone());
     AddPortal("192.0.2.20");
     EXPECT_TRUE(RemovePortal("192.0.2.20").IsDone());
+    EXPECT_EQ(Targets(), (Texts{"open, Connected, SendTargets", "guarded, Not connected, Static"}));
+}
+
+TEST_F(IscsiStorageModel, ATargetThatOnlyItsSessionsReachedIsForgottenWithTheLastOfThem) {
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogIn("open", "192.0.2.21", Plain(), 0, "860").IsDone());
+    ASSERT_TRUE(LogIn("open", "192.0.2.21", Plain(), 0, "860").IsDone());
+    ASSERT_TRUE(RemovePortal("192.0.2.20").IsDone());
+    ASSERT_TRUE(LogOut("open", {"1"}).IsDone());
+    EXPECT_EQ(Targets(), Texts{"open, Connected, SendTargets"});
+    ASSERT_TRUE(LogOut("open", {"2"}).IsDone());
+    EXPECT_EQ(Targets(), Texts{});
+}
+
+TEST_F(IscsiStorageModel, ATargetThatAKnownPortalReachesIsKeptAtTheLogout) {
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogIn("open", "192.0.2.21", Plain(), 0, "860").IsDone());
+    ASSERT_TRUE(RemovePortal("192.0.2.20").IsDone());
+    AddPortal("192.0.2.20");
+    ASSERT_TRUE(LogOut("open", {"0"}).IsDone());
+    EXPECT_EQ(PortalOf("open"), "192.0.2.20 3260");
+    ASSERT_TRUE(RemovePortal("192.0.2.20").IsDone());
+    EXPECT_EQ(Targets(), Texts{}) << "it belongs to the portal that reached it";
+}
+
+TEST_F(IscsiStorageModel, ALogoutLeavesOtherTargetsAsTheyAre) {
+    AddPortal("192.0.2.20");
+    Storage().targets.push_back({"elsewhere", {"192.0.2.77", "3260"}, "SendTargets"});
+    ASSERT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    ASSERT_TRUE(LogOut("open", {"0"}).IsDone());
     EXPECT_EQ(Targets(),
-              (Texts{"open, Not connected, SendTargets", "guarded, Not connected, Static"}));
+              (Texts{"open, Not connected, SendTargets", "guarded, Not connected, SendTargets",
+                     "elsewhere, Not connected, SendTargets"}));
+}
+
+TEST_F(IscsiStorageModel, APortalKeepsTheLoginOptionsThatWereSaidLast) {
+    LoginOptions options = Mutual("host", "another-secret");
+    options.multipath.clear();
+    options.headerDigest = "CRC32C";
+    PortalRecord record{"192.0.2.20", "3260", options};
+    ASSERT_TRUE(Perform(OperationCode::AddPortal, &record, nullptr).IsDone());
+    host = HostFromText(TextFromHost(host));
+    const Login login = Storage().portals.at(0).login;
+    EXPECT_EQ(login.multipath, "Yes") << "what an empty text stands for";
+    EXPECT_EQ(login.headerDigest, "CRC32C");
+    EXPECT_EQ(login.initiatorSecret, "another-secret");
+    AddPortal("192.0.2.20");
+    EXPECT_EQ(Portals().size(), 1U);
+    EXPECT_EQ(Storage().portals.at(0).login.initiatorSecret, "");
+}
+
+TEST_F(IscsiStorageModel, ASessionsNumberIsAboveAllThatTheFileHas) {
+    AddPortal("192.0.2.20");
+    IscsiSession open;
+    open.id = 7;
+    open.target = "guarded";
+    Storage().sessions.push_back(open);
+    ASSERT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    EXPECT_EQ(Session("open", "0"), "8");
+    Storage().lastSessionId = 20;
+    ASSERT_TRUE(LogIn("open", "192.0.2.20").IsDone());
+    EXPECT_EQ(Session("open", "21"), "21");
+}
+
+TEST_F(IscsiStorageModel, ALoginIsRefusedWhenNoSessionNumberIsLeft) {
+    constexpr auto Highest = std::numeric_limits<std::uint32_t>::max();
+    Storage().lastSessionId = Highest - 1;
+    ASSERT_TRUE(LogIn("open", "192.0.2.20", Plain(), 1).IsDone());
+    EXPECT_EQ(Session("open", "0"), "4294967295");
+    AddPortal("192.0.2.20");
+    const Outcome refused = LogIn("open", "192.0.2.20");
+    EXPECT_EQ(refused.status, static_cast<std::uint32_t>(Status::LoginRefused));
+    EXPECT_EQ(MessageOf(refused), L"The host file has no session number left.");
+    EXPECT_EQ(Storage().sessions.size(), 1U);
+    EXPECT_EQ(Storage().lastSessionId, Highest);
 }
 
 TEST_F(IscsiStorageModel, WithoutMultipathAnInitiatorHasOneSessionWithATarget) {
@@ -296,7 +372,7 @@ TEST_F(IscsiStorageModel, TextsOfALoginThatSayNothingMeanTheUsualValues) {
          {&silent.authentication, &silent.headerDigest, &silent.dataDigest, &silent.multipath}) {
         text->clear();
     }
-    host.adapters[0].ports[0].functions[0].iscsi->storage.sessions.push_back(silent);
+    Storage().sessions.push_back(silent);
     using namespace tavroapi::iscsi_session;
     for (const char* id : {"1", "3"}) {
         EXPECT_EQ(Session("open", id, HeaderDigest), "No");
