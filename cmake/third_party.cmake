@@ -6,3 +6,9 @@ file(COPY ${NLOHMANN_JSON_ROOT}/nlohmann DESTINATION ${CMAKE_BINARY_DIR}/third_p
 
 add_library(third_party_json INTERFACE)
 target_include_directories(third_party_json SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/third_party)
+
+find_path(CLI11_ROOT CLI/CLI.hpp PATHS /usr/include NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+file(COPY ${CLI11_ROOT}/CLI DESTINATION ${CMAKE_BINARY_DIR}/third_party)
+
+add_library(third_party_cli11 INTERFACE)
+target_include_directories(third_party_cli11 SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/third_party)

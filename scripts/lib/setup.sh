@@ -9,9 +9,9 @@ clangFormat=/usr/bin/clang-format
 clangTidy=/usr/bin/clang-tidy
 runClangTidy=/usr/bin/run-clang-tidy
 
-nativePackages=(cmake ninja-build g++ nlohmann-json3-dev)
+nativePackages=(cmake ninja-build g++ nlohmann-json3-dev libcli11-dev)
 unitTestPackages=(libgmock-dev)
-windowsPackages=(cmake ninja-build nlohmann-json3-dev g++-mingw-w64-x86-64-posix)
+windowsPackages=(cmake ninja-build nlohmann-json3-dev libcli11-dev g++-mingw-w64-x86-64-posix)
 formatPackages=(clang-format)
 testPackages=("${nativePackages[@]}" "${unitTestPackages[@]}" "${windowsPackages[@]}"
     "${formatPackages[@]}" clang clang-tidy libclang-rt-14-dev libpugixml-dev

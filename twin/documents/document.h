@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// The documents and texts that tavrohost reads and writes, in UTF-8.
+namespace tavrohost {
+
+// What stands for standard input or output in the place of a file name.
+inline constexpr std::string_view StandardStream = "-";
+
+// The whole content of the file of that name (UTF-8), or of standard input for "-". Throws
+// TroubleError when there is no such file, and tavrolib::platform::FileError when it cannot be read
+// (see ReadWholeFile).
+std::string ReadDocument(const std::string& name);
+
+// Puts a file with this content in the place of `name` (UTF-8), readable by its owner only when it
+// is new; writes to standard output for "-". Throws tavrolib::platform::FileError or TroubleError
+// when that is impossible; the file is then as it was.
+void WriteDocument(const std::string& name, std::string_view content);
+
+// Writes a result to standard output: on a terminal without control characters that would act on
+// it, elsewhere as it is. Line ends are "\n" in `text`. Throws TroubleError when it cannot be
+// written.
+void WriteOutput(std::string_view text);
+
+// Writes to standard error what is no result, as it stands.
+void WriteDiagnostic(std::string_view text);
+
+// Writes "tavrohost: <sentence>" to standard error.
+void Complain(std::string_view sentence);
+
+}  // namespace tavrohost

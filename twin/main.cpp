@@ -1,0 +1,7 @@
+#include "platform/output.h"
+#include "twin/tool.h"
+
+int main(int argc, char** argv) {
+    tavro::platform::PrepareStandardStreams();
+    return tavrohost::RunTool(argc, argv);
+}
