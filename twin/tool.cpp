@@ -18,6 +18,7 @@ namespace {
 
 // In the order in which `--help` lists them.
 constexpr void (*Commands[])(CLI::App& tool, int& status) = {
+    AddDiffCommand,
     AddSchemaCommand,
 };
 
