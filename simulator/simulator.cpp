@@ -3,14 +3,12 @@
 #include <memory>
 #include <utility>
 
-#include "library/calls/refusals.h"
 #include "library/platform/environment.h"
 #include "library/platform/file.h"
 #include "library/session/version.h"
 #include "library/text/text.h"
 #include "simulator/messages/error_texts.h"
-#include "simulator/model/inventory.h"
-#include "simulator/model/model.h"
+#include "simulator/model/serve.h"
 
 namespace tavrosim {
 namespace {
@@ -18,7 +16,6 @@ namespace {
 namespace platform = tavrolib::platform;
 using tavrolib::Call;
 using tavrolib::Done;
-using tavrolib::EntryPoint;
 using tavrolib::Outcome;
 using tavrolib::ShapeError;
 using tavrolib::WideFromUtf8;
@@ -66,13 +63,8 @@ Outcome Simulator::Configure() {
 // changes nothing.
 std::optional<Outcome> Simulator::Intercept(const Call& call) {
     try {
-        if (const Answer* answer = script_.Take(call)) {
-            Outcome outcome;
-            outcome.status = StatusOf(*answer);
-            if (const tavroapi::ErrorRecord* error = ErrorOf(*answer)) {
-                outcome.error = *error;
-            }
-            return outcome;
+        if (std::optional<Outcome> answer = script_.Take(call)) {
+            return answer;
         }
     } catch (const ShapeError& error) {
         return ScriptUnusable(WideFromUtf8(error.what()));
@@ -89,20 +81,9 @@ Outcome Simulator::Open() {
 
 Outcome Simulator::Serve(const Call& call) {
     const Host& host = store_.Current();
-    if (call.entryPoint != EntryPoint::DoOperation) {
-        return AnswerQuery(host, call);
-    }
-    const std::uint32_t code = call.operation.value_or(0);
-    const OperationModel* model = FindModel(code);
-    if (model == nullptr) {
-        return tavrolib::UnknownOperation(code);
-    }
-    const std::string request = call.request.value_or("");
-    return model->read != nullptr
-               ? model->read(host, request, call.input, call.output)
-               : store_.Change([&](Host& fresh) {
-                     return model->change(fresh, request, call.input, call.output);
-                 });
+    return ChangesHost(host, call)
+               ? store_.Change([&](Host& fresh) { return ServeCall(fresh, call); })
+               : ServeReading(host, call);
 }
 
 std::optional<std::wstring> Simulator::MessageText(tavrolib::Language language,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +20,8 @@
 
 // The host that the model plays. The structs are what the host file holds, member for member.
 namespace tavrosim {
+
+class CapturedAnswers;
 
 // One function of a port. Exactly one of its three parts is there and tells what kind it is.
 struct Function {
@@ -85,6 +88,12 @@ struct Host {
     std::vector<NetworkTarget> iscsiTargets;  // what is out on the network
     FcoeFabric fcoeFabric;
 
+    // Of a host that was captured from another library: that library's answers, and the host as it
+    // was made of them. Both are null for any other host; of a host as captured the second is. No
+    // operation changes them.
+    std::shared_ptr<const CapturedAnswers> captured;
+    std::shared_ptr<const Host> asCaptured;
+
     static constexpr auto Members(auto visit) {
         return visit(
             Member{"format", &Host::format}, Member{"name", &Host::name, Presence::Required},
@@ -94,5 +103,10 @@ struct Host {
             Member{"iscsiTargets", &Host::iscsiTargets}, Member{"fcoeFabric", &Host::fcoeFabric});
     }
 };
+
+// Whether the host was captured, now or as captured. Its counters stand still then.
+inline bool IsCaptured(const Host& host) {
+    return host.captured != nullptr;
+}
 
 }  // namespace tavrosim

@@ -84,8 +84,7 @@ void CheckResources(const Resources& resources, const Place& place) {
 
 }  // namespace
 
-void CheckHost(const Host& host) {
-    const Place root;
+void CheckHost(const Host& host, const Place& root) {
     const Place adapters(root, "adapters");
     std::set<std::string> names;
     Kinds kinds;

@@ -55,7 +55,8 @@ void CheckIsStatedOnce(const HostType& type, const Json& json, const void* owner
     }
 }
 
-void StructFromJson(const HostType& type, const Json& json, void* owner, const Place& place) {
+void StructFromJson(const HostType& type, const Json& json, void* owner, const Place& place,
+                    std::string_view foreign) {
     WantObject(json, place);
     for (const HostMember& member : type.members) {
         const auto found = json.find(std::string(member.key));
@@ -65,8 +66,9 @@ void StructFromJson(const HostType& type, const Json& json, void* owner, const P
             throw ShapeError(place, "\"" + std::string(member.key) + "\" is missing");
         }
     }
-    const auto isKnown = [&type](std::string_view name) {
-        return std::any_of(type.members.begin(), type.members.end(),
+    const auto isKnown = [&](std::string_view name) {
+        return (!foreign.empty() && name == foreign) ||
+               std::any_of(type.members.begin(), type.members.end(),
                            [name](const HostMember& member) { return member.key == name; });
     };
     RefuseUnknownMembers(json, isKnown, place);
@@ -101,7 +103,8 @@ Json HostValueToJson(const HostType& type, const void* value) {
     return ListToJson(type, value);
 }
 
-void HostValueFromJson(const HostType& type, const Json& json, void* value, const Place& place) {
+void HostValueFromJson(const HostType& type, const Json& json, void* value, const Place& place,
+                       std::string_view foreign) {
     switch (type.shape) {
         case Shape::Text:
             *static_cast<std::string*>(value) = BytesFromUtf8(TextAt(json, place));
@@ -113,7 +116,7 @@ void HostValueFromJson(const HostType& type, const Json& json, void* value, cons
             type.setNumber(value, NumberAt(json, type.lowest, type.highest, place));
             break;
         case Shape::Struct:
-            StructFromJson(type, json, value, place);
+            StructFromJson(type, json, value, place, foreign);
             break;
         case Shape::List:
             ListFromJson(type, json, value, place);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "library/json/json.h"
 #include "library/json/place.h"
 #include "simulator/host/host_type.h"
@@ -10,8 +12,8 @@ namespace tavrosim {
 tavrolib::Json HostValueToJson(const HostType& type, const void* value);
 
 // Throws ShapeError naming the place for a missing, an unknown or a wrongly shaped member; `value`
-// is then partly filled.
+// is then partly filled. A struct may have a member `foreign`, which is left to the caller.
 void HostValueFromJson(const HostType& type, const tavrolib::Json& json, void* value,
-                       const tavrolib::Place& place);
+                       const tavrolib::Place& place, std::string_view foreign = {});
 
 }  // namespace tavrosim

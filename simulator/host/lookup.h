@@ -1,24 +1,20 @@
 #pragma once
 
 #include <concepts>
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
+#include "library/text/identifier.h"
 #include "simulator/host/host.h"
 
-// Finding the function that a request names. Identifiers are compared by their hexadecimal digits:
-// case and the separators "-" and ":" do not matter.
+// Finding the function that a request names.
 namespace tavrosim {
 
-// How many hexadecimal digits identifiers have.
-inline constexpr std::size_t MacDigits = 12;
-inline constexpr std::size_t WwnDigits = 16;
-inline constexpr std::size_t FcidDigits = 6;
-
-// The identifier in lower case without separators; empty when it is neither a MAC nor a WWN.
-std::string NormalIdentifier(std::string_view text);
+using tavrolib::FcidDigits;
+using tavrolib::MacDigits;
+using tavrolib::NormalIdentifier;
+using tavrolib::WwnDigits;
 
 // The text by which commands address the function: the port WWN of an FCoE function, else the MAC.
 const std::string& KeyOf(const Function& function);

@@ -3,9 +3,14 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
+#include <optional>
 #include <span>
 
+#include "library/calls/call.h"
 #include "library/text/text.h"
+#include "simulator/answers/answer.h"
+#include "simulator/answers/captured_answers.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
 #include "simulator/model/model.h"
@@ -16,6 +21,7 @@ namespace {
 
 using tavroapi::AdapterSetting;
 using tavroapi::OperationCode;
+using tavrolib::Call;
 
 // What a setting can be set to. Exactly one of the first three is there, none for a setting that
 // cannot be changed.
@@ -108,9 +114,25 @@ AdapterSetting Describe(const std::string& value, const SettingRule& rule) {
     return setting;
 }
 
-bool IsChoice(const std::string& value, const SettingRule& rule) {
-    return std::any_of(rule.choices.begin(), rule.choices.end(),
-                       [&value](const wchar_t* choice) { return WideFromUtf8(value) == choice; });
+using Choices = decltype(AdapterSetting::choices);
+
+// A range is told by three choices, whose texts say which bound their key is.
+std::optional<SettingRule::Range> RangeOf(const Choices& choices) {
+    std::map<std::wstring, std::int32_t> bounds;
+    for (const auto& [bound, name] : choices) {
+        bounds.emplace(name, bound);
+    }
+    constexpr std::size_t BoundCount = 3;
+    if (choices.size() != BoundCount || !bounds.contains(L"min") || !bounds.contains(L"step") ||
+        !bounds.contains(L"max")) {
+        return std::nullopt;
+    }
+    return SettingRule::Range{bounds[L"min"], bounds[L"step"], bounds[L"max"]};
+}
+
+bool IsChoice(const std::string& value, const Choices& choices) {
+    return std::ranges::any_of(
+        choices, [&value](const auto& choice) { return WideFromUtf8(value) == choice.second; });
 }
 
 bool IsInRange(const std::string& value, const SettingRule::Range& range) {
@@ -118,7 +140,7 @@ bool IsInRange(const std::string& value, const SettingRule::Range& range) {
     const char* const end = value.data() + value.size();
     const auto [stop, error] = std::from_chars(value.data(), end, number);
     return error == std::errc() && stop == end && number >= range.minimum &&
-           number <= range.maximum && number % range.step == 0;
+           number <= range.maximum && range.step > 0 && number % range.step == 0;
 }
 
 // Whether the text is a MAC whose bits say "one station" and "locally administered".
@@ -138,37 +160,39 @@ Outcome ValueIsRefused(const SettingRow& row, const std::string& value, ErrorTex
                    SettingDetails(row) + L", value " + Quoted(value) + allowed);
 }
 
-// Gives the setting a value that it was changed to.
-Outcome Change(const SettingRow& row, const std::string& wanted, std::string& value) {
+// Gives the setting a value that it was changed to. One without choices is fixed, unless it is the
+// address.
+Outcome Change(const SettingRow& row, const Choices& choices, const std::string& wanted,
+               std::string& value) {
     if (value == tavroapi::SettingNotAvailable) {
         return Refused(Status::SettingMissing, L"The adapter does not have this setting.",
                        L"Run the command with \"-getadapinfo\" to see the settings of the adapter.",
                        SettingDetails(row));
     }
-    if (!row.rule.choices.empty()) {
-        if (!IsChoice(wanted, row.rule)) {
-            return ValueIsRefused(row, wanted, L"Set it to one of its choices.");
-        }
-        value = wanted;
-    } else if (const SettingRule::Range& range = row.rule.range; range.step != 0) {
-        if (!IsInRange(wanted, range)) {
-            return ValueIsRefused(
-                row, wanted, L"Set it to a multiple of its step within its range.",
-                L", range " + std::to_wstring(range.minimum) + L" to " +
-                    std::to_wstring(range.maximum) + L", step " + std::to_wstring(range.step));
-        }
-        value = wanted;
-    } else if (row.rule.isAddress) {
+    if (choices.empty() && row.rule.isAddress) {
         if (wanted != "0" && !IsAssignableAddress(wanted)) {
             return ValueIsRefused(row, wanted,
                                   L"Set it to 0, or to a locally administered unicast address such "
                                   L"as 02-00-5E-00-00-01.");
         }
         value = wanted == "0" ? NoAddress : wanted;
-    } else {
+        return Done();
+    }
+    if (choices.empty()) {
         return Refused(Status::SettingFixed, L"This setting cannot be changed.",
                        L"Leave it as it is.", SettingDetails(row));
     }
+    if (const auto range = RangeOf(choices)) {
+        if (!IsInRange(wanted, *range)) {
+            return ValueIsRefused(
+                row, wanted, L"Set it to a multiple of its step within its range.",
+                L", range " + std::to_wstring(range->minimum) + L" to " +
+                    std::to_wstring(range->maximum) + L", step " + std::to_wstring(range->step));
+        }
+    } else if (!IsChoice(wanted, choices)) {
+        return ValueIsRefused(row, wanted, L"Set it to one of its choices.");
+    }
+    value = wanted;
     return Done();
 }
 
@@ -180,14 +204,39 @@ Outcome ReadSettings(const Viewed<EthernetPart>& at, tavroapi::AdapterSettings& 
     return Done();
 }
 
+// The settings as they were captured; none where they were not, or their reading was refused.
+std::optional<tavroapi::AdapterSettings> CapturedSettings(const Host& host,
+                                                          const Function& function) {
+    if (!IsCaptured(host)) {
+        return std::nullopt;
+    }
+    constexpr auto Code = static_cast<std::uint32_t>(OperationCode::ReadAdapterSettings);
+    Call reading;
+    reading.entryPoint = tavrolib::EntryPoint::DoOperation;
+    reading.operation = Code;
+    reading.described = tavrolib::FindOperation(Code);
+    reading.request = function.mac;
+    const Answer* const answer = host.captured->Find(reading);
+    if (answer == nullptr || answer->status != 0) {
+        return std::nullopt;
+    }
+    tavroapi::AdapterSettings settings;
+    answer->FillOutput(reading.OutputType(), &settings);
+    return settings;
+}
+
 // Takes over the settings that are marked as changed, all of them or none.
 Outcome WriteSettings(const Edited<EthernetPart>& at, const tavroapi::AdapterSettings& record) {
     EthernetPart& part = at.part;
     EthernetSettings settings = part.settings.value_or(EthernetSettings{});
+    const auto captured = CapturedSettings(at.host, at.function);
     for (const SettingRow& row : SettingRows) {
         const AdapterSetting& setting = record.settings.at(row.number);
         if (setting.changed == "1") {
-            if (Outcome outcome = Change(row, setting.value, settings.*row.value);
+            std::string& value = settings.*row.value;
+            const AdapterSetting known =
+                captured ? captured->settings.at(row.number) : Describe(value, row.rule);
+            if (Outcome outcome = Change(row, known.choices, setting.value, value);
                 !outcome.IsDone()) {
                 return outcome;
             }

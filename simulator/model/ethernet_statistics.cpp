@@ -59,6 +59,12 @@ void Fill(const EthernetCounters& counters, tavroapi::EthernetPortStatistics& re
     }
 }
 
+Outcome TellStatistics(const Viewed<EthernetPart>& at, tavroapi::StatisticsFlag /*flag*/,
+                       tavroapi::EthernetPortStatistics& record) {
+    Fill(at.part.statistics.value_or(EthernetStatistics{}).counters, record);
+    return Done();
+}
+
 // Time passes between readings: what is told now is followed by the traffic that the next one
 // shows.
 Outcome ReadStatistics(const Edited<EthernetPart>& at, tavroapi::StatisticsFlag /*flag*/,
@@ -89,7 +95,8 @@ Outcome ResetStatistics(const Edited<EthernetPart>& at, tavroapi::StatisticsFlag
 
 std::span<const OperationModel> EthernetStatisticsOperations() {
     static constexpr OperationModel Rows[] = {
-        Changes<OperationCode::ReadEthernetStatistics, EthernetPart, ReadStatistics>(),
+        Counts<OperationCode::ReadEthernetStatistics, EthernetPart, ReadStatistics,
+               TellStatistics>(),
         Changes<OperationCode::ResetEthernetStatistics, EthernetPart, ResetStatistics>()};
     return Rows;
 }

@@ -96,6 +96,12 @@ Outcome ReadFcoeStatistics(const Edited<FcoePart>& at, std::uint32_t,
     return Done();
 }
 
+Outcome TellFcoeStatistics(const Viewed<FcoePart>& at, std::uint32_t,
+                           FcoeStatisticsRecord& record) {
+    Tell(at.part.statistics, record);
+    return Done();
+}
+
 Outcome ResetFcoeStatistics(const Edited<FcoePart>& at, std::uint32_t,
                             FcoeStatisticsRecord& record) {
     FcoePart& part = at.part;
@@ -109,7 +115,8 @@ Outcome ResetFcoeStatistics(const Edited<FcoePart>& at, std::uint32_t,
 std::span<const OperationModel> FcoePortOperations() {
     static constexpr OperationModel Rows[] = {
         Reads<OperationCode::ReadFcoePort, FcoePart, ReadFcoePort>(),
-        Changes<OperationCode::ReadFcoeStatistics, FcoePart, ReadFcoeStatistics>(),
+        Counts<OperationCode::ReadFcoeStatistics, FcoePart, ReadFcoeStatistics,
+               TellFcoeStatistics>(),
         Changes<OperationCode::ResetFcoeStatistics, FcoePart, ResetFcoeStatistics>(),
     };
     return Rows;

@@ -85,19 +85,24 @@ void LetTrafficHappen(IscsiStatistics& statistics, std::uint64_t sessions) {
     statistics.nopsReceived += sessions;
 }
 
-Outcome ReadIscsiStatistics(const Edited<IscsiPart>& at, IscsiParameterRecord& record) {
+Outcome TellIscsiStatistics(const Viewed<IscsiPart>& at, IscsiParameterRecord& record) {
     const std::string driver = HardwareOf(at.adapter, at.port, at.function).driver;
     if (driver == DriverWithoutStatistics) {
         return Refused(Status::NoStatistics, L"The driver has no statistics.",
                        L"Use a port with another driver.", L"driver " + Quoted(driver));
     }
-    IscsiStatistics& statistics = at.part.storage.statistics;
-    LetTrafficHappen(statistics, at.part.storage.sessions.size());
+    const IscsiStatistics& statistics = at.part.storage.statistics;
     std::size_t position = 0;
     IscsiStatistics::Members([&](const auto&... member) {
         ((record.texts.at(position++) = std::to_string(statistics.*member.member)), ...);
     });
     return Done();
+}
+
+// A refused reading is dropped with the traffic.
+Outcome ReadIscsiStatistics(const Edited<IscsiPart>& at, IscsiParameterRecord& record) {
+    LetTrafficHappen(at.part.storage.statistics, at.part.storage.sessions.size());
+    return TellIscsiStatistics({at.host, at.adapter, at.port, at.function, at.part}, record);
 }
 
 }  // namespace
@@ -106,7 +111,8 @@ std::span<const OperationModel> IscsiPortInfoOperations() {
     static constexpr OperationModel Rows[] = {
         Reads<OperationCode::ReadIscsiPort, IscsiPart, ReadIscsiPort>(),
         Reads<OperationCode::ReadIscsiDefaults, IscsiPart, ReadDefaults>(),
-        Changes<OperationCode::ReadIscsiStatistics, IscsiPart, ReadIscsiStatistics>()};
+        Counts<OperationCode::ReadIscsiStatistics, IscsiPart, ReadIscsiStatistics,
+               TellIscsiStatistics>()};
     return Rows;
 }
 

@@ -128,10 +128,12 @@ Outcome LogOutOfTarget(const Edited<IscsiPart>& at, const tavroapi::LogoutRecord
     }
     for (const std::string& idText : record.sessionIds) {
         const std::uint32_t id = SessionIdFrom(idText).value_or(0);
-        storage.statistics.logouts +=
-            std::erase_if(storage.sessions, [&](const IscsiSession& session) {
-                return session.target == record.targetName && (id == 0 || session.id == id);
-            });
+        const std::size_t ended = std::erase_if(storage.sessions, [&](const IscsiSession& session) {
+            return session.target == record.targetName && (id == 0 || session.id == id);
+        });
+        if (!IsCaptured(at.host)) {
+            storage.statistics.logouts += ended;
+        }
     }
     ForgetUnreached(at.host, storage,
                     [&](const KnownTarget& target) { return target.name == record.targetName; });

@@ -225,7 +225,9 @@ Outcome LogInToTarget(const Edited<IscsiPart>& at, const tavroapi::TargetLoginRe
     }
     wanted.id = storage.lastSessionId = last + 1;
     storage.sessions.push_back(std::move(wanted));
-    ++storage.statistics.logins;
+    if (!IsCaptured(at.host)) {
+        ++storage.statistics.logins;
+    }
     return Done();
 }
 

@@ -26,6 +26,7 @@
 //         Reads<OperationCode::ReadInitiator, Host, ReadInitiator>(),
 //         Reads<OperationCode::ListPortals, IscsiPart, ListPortals>(),
 //         Changes<OperationCode::AddPortal, IscsiPart, AddPortal>(),
+//         Counts<OperationCode::ReadIscsiStatistics, IscsiPart, ReadStatistics, TellStatistics>(),
 //     };
 // clang-format on
 //
@@ -62,8 +63,8 @@ using Viewed = Named<const Host, Part>;
 template <class Part>
 using Edited = Named<Host, Part>;
 
-// One operation's model function. Exactly one of the two is there. The records are those of the
-// operation, none is missing.
+// One operation's model function. Exactly one of the first two is there. The records are those of
+// the operation, none is missing.
 struct OperationModel {
     tavroapi::OperationCode code;
     // Works on the host as it was read when the library was initialized.
@@ -71,6 +72,9 @@ struct OperationModel {
     // Works on a fresh copy of the host, which is stored when it returns Done and dropped
     // otherwise.
     Outcome (*change)(Host& host, const std::string& request, void* input, void* output);
+    // There too where `change` reads counters and lets them go on: tells them as they stand.
+    Outcome (*tellCounters)(const Host& host, const std::string& request, void* input,
+                            void* output);
 };
 
 // A narrow text as the caller gave it, in quotation marks, for messages.
@@ -130,13 +134,21 @@ Outcome CallModel(AnyHost& host, const std::string& request, void* input, void* 
 // of function.
 template <tavroapi::OperationCode Code, class Wanted, auto Function>
 constexpr OperationModel Reads() {
-    return {Code, &detail::CallModel<Code, Wanted, Function, const Host>, nullptr};
+    return {Code, &detail::CallModel<Code, Wanted, Function, const Host>, nullptr, nullptr};
 }
 
 // The row of an operation that changes the host.
 template <tavroapi::OperationCode Code, class Wanted, auto Function>
 constexpr OperationModel Changes() {
-    return {Code, nullptr, &detail::CallModel<Code, Wanted, Function, Host>};
+    return {Code, nullptr, &detail::CallModel<Code, Wanted, Function, Host>, nullptr};
+}
+
+// The row of an operation that reads counters: `Tell` tells them as they stand, `Function` lets
+// them go on as well.
+template <tavroapi::OperationCode Code, class Wanted, auto Function, auto Tell>
+constexpr OperationModel Counts() {
+    return {Code, nullptr, &detail::CallModel<Code, Wanted, Function, Host>,
+            &detail::CallModel<Code, Wanted, Tell, const Host>};
 }
 
 // The model function of the operation; null when there is none.

@@ -1,19 +1,17 @@
 #pragma once
 
-#include <cstdint>
-#include <filesystem>
 #include <memory>
-#include <stdexcept>
-#include <string>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "library/calls/call.h"
+#include "library/calls/outcome.h"
 
 namespace tavrosim {
 
 using tavrolib::Call;
 
-// One answer of a script; what it holds is known to script.cpp alone.
 struct Answer;
 
 // The answers that a script file gives in the model's stead.
@@ -34,20 +32,14 @@ class Script {
     bool HasModel() const { return hasModel_; }
 
     // Answers the call with the first answer that matches and is not used up, which counts as used
-    // then: fills its result record and sets its completion code. Null when there is none. Throws
-    // ShapeError when the answer does not fit the call's records. The result lives as long as the
-    // script.
-    const Answer* Take(const Call& call);
+    // then: fills its result record and sets its completion code. Nothing when there is none.
+    // Throws ShapeError when the answer does not fit the call's records.
+    std::optional<tavrolib::Outcome> Take(const Call& call);
 
   private:
     bool messagesAreNumbers_ = false;
     bool hasModel_ = true;
     std::vector<Answer> answers_;
 };
-
-std::uint32_t StatusOf(const Answer& answer);
-
-// The error that is the last one from this answer on; null when the answer leaves it.
-const tavroapi::ErrorRecord* ErrorOf(const Answer& answer);
 
 }  // namespace tavrosim

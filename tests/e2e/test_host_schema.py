@@ -84,3 +84,31 @@ def test_what_is_no_host_is_found(change):
     host = {"name": "h", "adapters": []}
     assert errors_of(host) == []
     assert errors_of(host | change) != []
+
+
+CAPTURED = {
+    "answers": [
+        {"call": "GetHostName", "output": "h"},
+        {"call": "GetPortWWNs", "adapter": "a", "port": "p", "status": 5, "error": {"code": 5, "message": "No."}},
+        {"call": "DoOperation", "operation": 10, "request": "02-00-5E-10-00-02", "input": "t",
+         "output": ["t", "", "", "", "", "", ""]},
+    ],
+    "host": {"name": "h", "adapters": []},
+}
+
+
+def test_what_was_captured():
+    host = {"name": "h", "adapters": [], "captured": CAPTURED}
+    assert errors_of(host) == []
+
+
+@pytest.mark.parametrize("change", [
+    {"answers": {}}, {"answers": [{}]}, {"answers": [{"call": "Initialize"}]}, {"answers": [{"call": "DoOperation"}]},
+    {"answers": [{"call": "GetHostName", "input": "x"}]}, {"answers": [{"call": "GetHostName", "times": 1}]},
+    {"answers": [{"call": "GetHostName", "status": -1}]}, {"answers": [{"call": "GetHostName", "error": {"reason": ""}}]},
+    {"host": {}}, {"host": {"name": "h"}}, {"host": {"name": "h", "adapters": [{}]}},
+    {"host": {"name": "h", "adapters": [], "captured": CAPTURED}}, {"file": "h"},
+])
+def test_what_cannot_have_been_captured_is_found(change):
+    host = {"name": "h", "adapters": [], "captured": CAPTURED | change}
+    assert errors_of(host) != []

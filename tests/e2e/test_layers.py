@@ -22,9 +22,9 @@ RECORDS = TEXT | {"library/json", CONTRACT}
 CALLS = RECORDS | {"library/records", "library/messages"}
 JOURNAL = CALLS | {"library/calls", "library/platform"}
 LIBRARY = JOURNAL | {"library/journal", "library/session"}
-HOST = TEXT | {"library/json", CONTRACT}
 WORDS = CALLS | {"library/calls"}
-MODEL = WORDS | {"simulator/host", "simulator/messages"}
+HOST = WORDS | {"simulator/answers"}
+MODEL = HOST | {"simulator/host", "simulator/messages"}
 ROOMS = {
     CONTRACT: set(),
     "library/text": set(),
@@ -35,12 +35,13 @@ ROOMS = {
     "library/calls": CALLS,
     "library/journal": JOURNAL,
     "library/session": LIBRARY,
+    "simulator/answers": WORDS,
     "simulator/host": HOST,
     "simulator/messages": WORDS,
-    "simulator/script": WORDS,
+    "simulator/script": WORDS | {"simulator/answers"},
     "simulator/store": MODEL | {"library/platform"},
     "simulator/model": MODEL,
-    "simulator": LIBRARY | {f"simulator/{room}" for room in ("host", "messages", "script", "store", "model")},
+    "simulator": LIBRARY | {f"simulator/{room}" for room in ("answers", "host", "messages", "script", "store", "model")},
     "platform": set(),
     "console": CONSOLE,
     "mgmt": MGMT,

@@ -2,12 +2,14 @@
 // says beyond them to the check of hosts.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <utility>
 
+#include "library/calls/call.h"
 #include "library/json/json.h"
 #include "library/json/place.h"
 #include "simulator/host/default_host.h"
@@ -53,6 +55,10 @@ Names KeysOf(const Json& object) {
 const std::map<std::string, std::pair<std::int64_t, std::int64_t>> NarrowerRanges{
     {".format", {1, HostFormat}}, {".fcoeFabric.targets[].lossPercent", {0, 100}}};
 
+// The member of a host that the tables do not have: what was captured is kept as it stands.
+const std::string CapturedPart = "captured";
+const Names CapturedDefinitions{"Captured", "CapturedAnswer", "ToldError"};
+
 // Walks the member tables and the schema together.
 class Comparison {
   public:
@@ -71,6 +77,9 @@ class Comparison {
         EXPECT_EQ(requiredHere.size(), required.size()) << place;
         ASSERT_TRUE(schema.contains("properties")) << place;
         const Json& properties = schema.at("properties");
+        if (place.empty()) {
+            members.insert(CapturedPart);
+        }
         EXPECT_EQ(KeysOf(properties), members) << place;
         for (const HostMember& member : type.members) {
             const std::string name(member.key);
@@ -86,7 +95,9 @@ class Comparison {
     }
 
     void ExpectEveryDefinitionUsed() const {
-        EXPECT_EQ(KeysOf(Schema().at("$defs")), definitions_);
+        Names definitions = definitions_;
+        definitions.insert(CapturedDefinitions.begin(), CapturedDefinitions.end());
+        EXPECT_EQ(KeysOf(Schema().at("$defs")), definitions);
     }
 
   private:
@@ -277,6 +288,64 @@ TEST(HostSchema, TheFormatIsTheOneThatIsWritten) {
     EXPECT_EQ(format.at("minimum"), 1);
     EXPECT_EQ(format.at("maximum"), HostFormat);
     EXPECT_EQ(Json::parse(TextFromHost(Host())).at("format"), HostFormat);
+}
+
+// A host that captured these answers of itself.
+Json HostThatCaptured(const Json& answers) {
+    const Json made = Json::parse(R"({"name": "h", "adapters": []})");
+    Json host = made;
+    host[CapturedPart]["answers"] = answers;
+    host[CapturedPart]["host"] = made;
+    return host;
+}
+
+TEST(HostSchema, HoldsTheCallsThatCanBeCaptured) {
+    const Json calls =
+        Schema().at("$defs").at("CapturedAnswer").at("properties").at("call").at("enum");
+    for (const auto entryPoint :
+         {tavrolib::EntryPoint::Initialize, tavrolib::EntryPoint::Uninitialize,
+          tavrolib::EntryPoint::DoOperation, tavrolib::EntryPoint::GetLocalizeMessage,
+          tavrolib::EntryPoint::GetLastErrorMessage, tavrolib::EntryPoint::GetHostName,
+          tavrolib::EntryPoint::GetDiscoveredAdapters, tavrolib::EntryPoint::GetPortWWNs,
+          tavrolib::EntryPoint::GetPartitionState, tavrolib::EntryPoint::GetAdapterType,
+          tavrolib::EntryPoint::GetAdapterPortNumber}) {
+        const std::string name(RowOf(entryPoint).name);
+        const bool isListed = std::find(calls.begin(), calls.end(), Json(name)) != calls.end();
+        Json answer{{"call", name}};
+        if (entryPoint == tavrolib::EntryPoint::DoOperation) {
+            answer["operation"] = 70;
+        }
+        EXPECT_EQ(IsAccepted(HostThatCaptured(Json::array({answer}))), isListed) << name;
+    }
+}
+
+TEST(HostSchema, HoldsTheMembersOfACapturedAnswer) {
+    const Json& properties = Schema().at("$defs").at("CapturedAnswer").at("properties");
+    const Json query{{"call", "GetPortWWNs"}, {"status", 5},   {"adapter", "a"},
+                     {"port", "p"},           {"request", ""}, {"output", Json::array()},
+                     {"error", {{"code", 5}}}};
+    const Json operation{{"call", "DoOperation"}, {"operation", 8}};
+    const Json withInput{{"call", "DoOperation"}, {"operation", 10}, {"input", "t"}};
+    EXPECT_TRUE(IsAccepted(HostThatCaptured(Json::array({query, operation, withInput}))));
+    Names members = KeysOf(query);
+    members.merge(KeysOf(withInput));
+    EXPECT_EQ(KeysOf(properties), members);
+    for (const char* const other : {"times", "result", "comment", "debug", "locale", "calls"}) {
+        Json answer = operation;
+        answer[other] = 1;
+        EXPECT_FALSE(IsAccepted(HostThatCaptured(Json::array({answer})))) << other;
+    }
+}
+
+TEST(HostSchema, HoldsTheMembersOfACapturedError) {
+    const Json& properties = Schema().at("$defs").at("ToldError").at("properties");
+    Json error = Json::object();
+    for (const std::string& name : KeysOf(properties)) {
+        error[name] = properties.at(name).at("type") == "string" ? Json("text") : Json(5);
+    }
+    const Json answer{{"call", "GetHostName"}, {"status", 5}, {"error", error}};
+    EXPECT_TRUE(IsAccepted(HostThatCaptured(Json::array({answer}))));
+    EXPECT_EQ(error.size(), tavroapi::FieldCount<tavroapi::ErrorRecord>());
 }
 
 }  // namespace

@@ -29,8 +29,8 @@ Call CallOf(EntryPoint entryPoint) {
 }
 
 std::uint32_t StatusGivenTo(Script& script, const Call& call) {
-    const Answer* answer = script.Take(call);
-    return answer == nullptr ? 0xFFFFFFFF : StatusOf(*answer);
+    const auto answer = script.Take(call);
+    return answer ? answer->status : 0xFFFFFFFF;
 }
 
 constexpr std::uint32_t NoAnswer = 0xFFFFFFFF;
@@ -122,17 +122,16 @@ TEST(Script, ErrorIsGivenAsItStands) {
         {"call": "Uninitialize", "times": 1, "error":
             {"code": 4294967295, "message": "m", "action": "a", "additional": "x", "details": "d日"}},
         {"call": "Uninitialize"}]})");
-    const Answer* first = script.Take(CallOf(EntryPoint::Uninitialize));
-    ASSERT_NE(first, nullptr);
-    ASSERT_NE(ErrorOf(*first), nullptr);
-    EXPECT_EQ(ErrorOf(*first)->code, 4294967295U);
-    EXPECT_EQ(ErrorOf(*first)->message, L"m");
-    EXPECT_EQ(ErrorOf(*first)->action, L"a");
-    EXPECT_EQ(ErrorOf(*first)->additional, L"x");
-    EXPECT_EQ(ErrorOf(*first)->details, L"d\u65e5");
-    const Answer* second = script.Take(CallOf(EntryPoint::Uninitialize));
-    ASSERT_NE(second, nullptr);
-    EXPECT_EQ(ErrorOf(*second), nullptr);
+    const auto first = script.Take(CallOf(EntryPoint::Uninitialize));
+    ASSERT_TRUE(first && first->error);
+    EXPECT_EQ(first->error->code, 4294967295U);
+    EXPECT_EQ(first->error->message, L"m");
+    EXPECT_EQ(first->error->action, L"a");
+    EXPECT_EQ(first->error->additional, L"x");
+    EXPECT_EQ(first->error->details, L"d\u65e5");
+    const auto second = script.Take(CallOf(EntryPoint::Uninitialize));
+    ASSERT_TRUE(second);
+    EXPECT_FALSE(second->error);
 }
 
 TEST(Script, WhatStandsInTracesOnlyIsAccepted) {

@@ -1,0 +1,142 @@
+#include "simulator/answers/captured_answers.h"
+
+#include <array>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <string_view>
+
+#include "library/text/identifier.h"
+#include "library/text/text.h"
+#include "simulator/answers/answer.h"
+#include "simulator/answers/members.h"
+#include "tavroapi/operation_code.h"
+
+namespace tavrosim {
+namespace {
+
+using tavroapi::OperationCode;
+using tavrolib::Call;
+using tavrolib::EntryPoint;
+using tavrolib::Json;
+using tavrolib::Place;
+using tavrolib::RecordType;
+using tavrolib::ShapeError;
+using tavrolib::Utf8FromBytes;
+
+constexpr std::array CapturedMembers{"call",  "operation", "request", "adapter", "port",
+                                     "input", "status",    "output",  "error"};
+
+constexpr std::array PartNames{"answers", "host"};
+
+constexpr auto Number(OperationCode code) {
+    return static_cast<std::uint32_t>(code);
+}
+
+// What of an operation's input identifies what is read. The rest of a session's record is filled
+// in by the library.
+Json IdentifyingInput(std::uint32_t operation, const Json& input) {
+    constexpr std::size_t SessionTexts = 2;
+    if (operation == Number(OperationCode::ReadSession) && input.is_array() &&
+        input.size() > SessionTexts) {
+        return Json::array({input[0], input[1]});
+    }
+    return input;
+}
+
+// One text for all that identifies what is read. An identifier that is left out is an empty one.
+std::string KeyOf(EntryPoint entryPoint, std::optional<std::uint32_t> code,
+                  const std::optional<std::string>& request,
+                  const std::optional<std::string>& adapter, const std::optional<std::string>& port,
+                  const Json& input) {
+    std::uint32_t operation = code.value_or(0);
+    if (operation == Number(OperationCode::ExportAdapterSettings)) {
+        operation = Number(OperationCode::ReadAdapterSettings);
+    }
+    const auto text = [](const std::optional<std::string>& given) {
+        return Utf8FromBytes(given.value_or(""));
+    };
+    return tavrolib::LineOf(Json::array(
+        {static_cast<int>(entryPoint), operation, text(tavrolib::NormalText(request.value_or(""))),
+         text(adapter), text(port), IdentifyingInput(operation, input)}));
+}
+
+bool IsServed(EntryPoint entryPoint) {
+    switch (entryPoint) {
+        case EntryPoint::Initialize:
+        case EntryPoint::Uninitialize:
+        case EntryPoint::GetLocalizeMessage:
+        case EntryPoint::GetLastErrorMessage:
+            return false;
+        default:
+            return true;
+    }
+}
+
+void RefuseInput(const Answer& answer, const Place& place) {
+    if (answer.input) {
+        throw ShapeError(Place(place, "input"), "the call has no input");
+    }
+}
+
+// What a script may leave open must be told here.
+void CheckIdentifiesCall(const Answer& answer, const Place& place) {
+    if (!IsServed(answer.entryPoint->entryPoint)) {
+        throw ShapeError(Place(place, "call"), "a call that reads something of a host is wanted");
+    }
+    if (answer.entryPoint->entryPoint != EntryPoint::DoOperation) {
+        RefuseInput(answer, place);
+        return;
+    }
+    if (!answer.operation) {
+        throw ShapeError(place, "\"operation\" is missing");
+    }
+    const tavrolib::Operation* const operation = tavrolib::FindOperation(*answer.operation);
+    if (operation == nullptr || operation->output == nullptr) {
+        throw ShapeError(Place(place, "operation"), "an operation that reads is wanted");
+    }
+    if (operation->input == nullptr) {
+        RefuseInput(answer, place);
+    } else if (!answer.input) {
+        throw ShapeError(place, "\"input\" is missing");
+    }
+}
+
+}  // namespace
+
+CapturedAnswers::CapturedAnswers(const Json& captured, const Place& place)
+    : json_(std::make_unique<const Json>(captured)) {
+    RefuseUnknown(captured, PartNames, place);
+    for (const char* const part : PartNames) {
+        if (!captured.contains(part)) {
+            throw ShapeError(place, '"' + std::string(part) + "\" is missing");
+        }
+    }
+    const Json& answers = captured["answers"];
+    const Place at(place, "answers");
+    const std::size_t count = SizeAt(answers, std::numeric_limits<std::size_t>::max(), at);
+    answers_.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        Add(answers[i], Place(at, i));
+    }
+}
+
+CapturedAnswers::~CapturedAnswers() = default;
+
+void CapturedAnswers::Add(const Json& json, const Place& place) {
+    RefuseUnknown(json, CapturedMembers, place);
+    const Answer& answer = answers_.emplace_back(ReadAnswer(json, place));
+    CheckIdentifiesCall(answer, place);
+    index_.try_emplace(KeyOf(answer.entryPoint->entryPoint, answer.operation, answer.request,
+                             answer.adapter, answer.port, answer.input.value_or(Json())),
+                       answers_.size() - 1);
+}
+
+const Answer* CapturedAnswers::Find(const Call& call) const {
+    const RecordType* const input = call.InputType();
+    const auto found = index_.find(
+        KeyOf(call.entryPoint, call.operation, call.request, call.adapter, call.port,
+              input == nullptr ? Json() : input->toJson(call.input, tavrolib::Secrets::Hidden)));
+    return found == index_.end() ? nullptr : &answers_[found->second];
+}
+
+}  // namespace tavrosim

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "library/calls/call.h"
+#include "library/json/json.h"
+
+namespace tavrosim {
+
+struct Answer;
+
+// What a host file has captured of another library, as it stands there: the library's answers to
+// calls that only read, and the host that was made of them. It is never changed.
+class CapturedAnswers {
+  public:
+    // Reads {"answers": [...], "host": {...}}; the host is left to its reader. Throws ShapeError
+    // that names the place of an unknown or missing member, and of an answer that is none, is for
+    // a call that identifies nothing to read, or does not fit the call's records.
+    explicit CapturedAnswers(const tavrolib::Json& captured, const tavrolib::Place& place = {});
+    ~CapturedAnswers();
+    CapturedAnswers(const CapturedAnswers&) = delete;
+    CapturedAnswers& operator=(const CapturedAnswers&) = delete;
+
+    // The answer to a call of the same entry point, operation, identifier (compared as the model
+    // does, see NormalIdentifier), adapter, port and input; null when there is none, and the first
+    // one where there are several. Of the input of ReadSession only the target and the session's
+    // number count, and ExportAdapterSettings is answered as ReadAdapterSettings is. The call's
+    // input must be there if the operation has one. The result lives as long as the answers.
+    const Answer* Find(const tavrolib::Call& call) const;
+
+    // The object as it was read.
+    const tavrolib::Json& AsJson() const { return *json_; }
+
+  private:
+    void Add(const tavrolib::Json& answer, const tavrolib::Place& place);
+
+    std::unique_ptr<const tavrolib::Json> json_;
+    std::vector<Answer> answers_;
+    std::unordered_map<std::string, std::size_t> index_;  // of the answers, by what they are for
+};
+
+}  // namespace tavrosim
