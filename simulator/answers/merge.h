@@ -155,11 +155,9 @@ std::map<Key, Value> MergedMaps(const std::map<Key, Value>& captured,
     for (const auto& [key, value] : now) {
         const auto was = captured.find(key);
         const auto former = before.find(key);
-        if (former == before.end()) {
-            merged.insert_or_assign(key, value);
-        } else if (was != captured.end()) {
+        if (former != before.end() && was != captured.end()) {
             merged.insert_or_assign(key, Merged<Keys>(was->second, former->second, value));
-        } else if (!IsSame(former->second, value)) {
+        } else if (former == before.end() || !IsSame(former->second, value)) {
             merged.insert_or_assign(key, value);
         }
     }

@@ -16,6 +16,7 @@ INDENTED = re.compile(r"(?:^ {4}.*\n)+", re.MULTILINE)
 # What a piece of a host in the guide is, by its first member.
 PIECES = {
     "iscsiTargets": {"properties": {"iscsiTargets": SCHEMA["properties"]["iscsiTargets"]}},
+    "captured": {"properties": {"captured": SCHEMA["properties"]["captured"]}},
     "name": {"$ref": "#/$defs/Adapter"},
     "ethernet": {"properties": {"ethernet": {"$ref": "#/$defs/EthernetPart"}}},
 }
