@@ -31,10 +31,12 @@ constexpr Command ErrorRows[] = {
     {.code = CommandCode::NotRecognised,
      .form = {},
      .access = AccessClass::Runs,
+     .decidedBy = Decision::Never(),
      .handler = ShowNotRecognised},
     {.code = CommandCode::TooFewArguments,
      .form = {},
      .access = AccessClass::Runs,
+     .decidedBy = Decision::Never(),
      .handler = ShowTooFewArguments},
 };
 

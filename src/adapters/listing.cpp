@@ -111,10 +111,13 @@ void ListAdapters(const Invocation& invocation) {
 }  // namespace
 
 std::span<const Command> ListingCommands() {
+    static constexpr Decision ListingDecision = Decision::EachOf(
+        {tavroapi::GetDiscoveredAdaptersEntry::Name, tavroapi::GetPortWWNsEntry::Name});
     static constexpr Command Rows[] = {
         {.code = CommandCode{5},
          .form = {"-showadapter"},
          .access = AccessClass::Warns,
+         .decidedBy = ListingDecision,
          .handler = ListAdapters},
     };
     return Rows;

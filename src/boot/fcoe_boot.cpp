@@ -119,10 +119,12 @@ std::span<const Command> FcoeBootCommands() {
         {.code = CommandCode{42},
          .form = {"-fcoe", operand::PortWwn, "-getbootconfig"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadFcoeBoot,
          .handler = ShowFcoeBoot},
         {.code = CommandCode{43},
          .form = {"-fcoe", operand::PortWwn, "-setbootconfig"},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::WriteFcoeBoot,
          .handler = SetFcoeBoot},
     };
     return Rows;

@@ -138,10 +138,12 @@ std::span<const Command> IscsiBootCommands() {
         {.code = CommandCode{28},
          .form = {"-iscsi", operand::PortMac, "-getbootconfig"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadIscsiBoot,
          .handler = ShowIscsiBoot},
         {.code = CommandCode{29},
          .form = {"-iscsi", operand::PortMac, "-setbootconfig"},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::WriteIscsiBoot,
          .handler = SetIscsiBoot},
     };
     return Rows;

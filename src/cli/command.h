@@ -9,6 +9,8 @@
 #include <string_view>
 
 #include "cli/operand.h"
+#include "tavroapi/entry_points.h"
+#include "tavroapi/operation_code.h"
 
 namespace tavro {
 
@@ -82,8 +84,64 @@ struct CommandForm {
 // Words behind those of a form.
 enum class FurtherWords { Ignored, Refused };
 
-// One row of the command table. Code, form, access class and handler have no defaults: a row that
-// leaves one out does not compile.
+// A call of the library that tells how a command went: an operation, or an entry point by its name.
+struct DecidingCall {
+    constexpr DecidingCall() = default;
+    // NOLINTBEGIN(google-explicit-constructor)
+    constexpr DecidingCall(tavroapi::OperationCode code)
+        : entryPoint(tavroapi::DoOperationEntry::Name), operation(code) {}
+    constexpr DecidingCall(const char* entryPointName) : entryPoint(entryPointName) {}
+    // NOLINTEND(google-explicit-constructor)
+
+    std::string_view entryPoint;          // empty past the end of a list
+    tavroapi::OperationCode operation{};  // of DoOperation
+};
+
+// Which calls decide whether a command did what was asked for. It did when none of them failed and
+// those that had to come were made.
+class Decision {
+  public:
+    enum class Rule {
+        Always,  // by no call: it is done once it runs
+        Never,   // it stands for a command line that asks for nothing
+        EachOf,  // each of the calls has to come
+        SomeOf,  // at least one of the operations has to come
+    };
+    static constexpr std::size_t MostCalls = 6;
+
+    static constexpr Decision Always() { return {Rule::Always, {}}; }
+    static constexpr Decision Never() { return {Rule::Never, {}}; }
+    static constexpr Decision EachOf(std::array<DecidingCall, MostCalls> calls) {
+        return {Rule::EachOf, calls};
+    }
+    static constexpr Decision SomeOf(std::array<DecidingCall, MostCalls> calls) {
+        return {Rule::SomeOf, calls};
+    }
+
+    // One operation decides, as with most commands.
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    constexpr Decision(tavroapi::OperationCode code) : Decision(Rule::EachOf, {code}) {}
+
+    constexpr Rule HowToDecide() const { return rule_; }
+
+    constexpr std::span<const DecidingCall> Calls() const {
+        std::size_t count = 0;
+        while (count < MostCalls && !calls_[count].entryPoint.empty()) {
+            ++count;
+        }
+        return std::span(calls_).first(count);
+    }
+
+  private:
+    constexpr Decision(Rule rule, std::array<DecidingCall, MostCalls> calls)
+        : rule_(rule), calls_(calls) {}
+
+    Rule rule_;
+    std::array<DecidingCall, MostCalls> calls_;
+};
+
+// One row of the command table. Code, form, access class, decision and handler have no defaults: a
+// row that leaves one out does not compile.
 // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
 struct Command {
     CommandCode code;
@@ -94,6 +152,7 @@ struct Command {
     CommandCode tooFew = CommandCode::NotRecognised;
     FurtherWords furtherWords = FurtherWords::Ignored;
     AccessClass access;
+    Decision decidedBy;
     void (*handler)(const Invocation&);
 };
 

@@ -13,6 +13,7 @@ void ShowRefusal(const Question& question) {
     switch (refusal.kind) {
         case Refusal::Kind::RetryPrompt:
             ShowPrompt(refusal.message);
+            console::NoteRefusedAnswer();
             return;
         case Refusal::Kind::Notice:
             ShowNotice(refusal.message);
@@ -22,6 +23,7 @@ void ShowRefusal(const Question& question) {
             break;
     }
     ShowPrompt(question.prompt, question.prefix);
+    console::NoteRefusedAnswer();
 }
 
 std::string AskLine(MessageId prompt) {
@@ -78,7 +80,11 @@ bool AskYesNo(const std::string& answer) {
         .refusal = Refusal::RetryPrompt(MessageId::AskYesOrNo),
     };
     const std::optional<bool> decision = YesOrNo(answer);
-    return decision ? *decision : AskDecision(YesOrNoQuestion);
+    if (decision) {
+        return *decision;
+    }
+    console::NoteRefusedAnswer();
+    return AskDecision(YesOrNoQuestion);
 }
 
 const char* SwitchText(bool isOn) {
@@ -101,12 +107,16 @@ void AskSecret(std::string& secret, const Question& question, bool (*accept)(con
 void AskConfirmedSecret(std::string& secret, MessageId prompt, MessageId confirmation) {
     std::string repeated;
     const console::SecretGuard guard(repeated);
-    do {
+    while (true) {
         ShowPrompt(prompt);
         console::ReadSecret(secret);
         ShowPrompt(confirmation);
         console::ReadSecret(repeated);
-    } while (secret != repeated);
+        if (secret == repeated) {
+            return;
+        }
+        console::NoteRefusedAnswer();
+    }
 }
 
 }  // namespace tavro

@@ -127,10 +127,12 @@ std::span<const Command> ScreenCommands() {
         {.code = CommandCode{2},
          .form = {"-about"},
          .access = AccessClass::Runs,
+         .decidedBy = Decision::Always(),
          .handler = ShowAbout},
         {.code = CommandCode{3},
          .form = {"-help"},
          .access = AccessClass::Warns,
+         .decidedBy = Decision::Always(),
          .handler = ShowUsage},
     };
     return Rows;

@@ -20,9 +20,15 @@ namespace tavro::console {
 // needs no output. Only what makes no sense unseen throws OutputLost: a question and a notice
 // without end.
 
+// The command is to end at once and without a word. Handlers are unwound by it and wipe their
+// secrets on the way.
+struct CommandAbandoned : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 // The program is to end, with exit code 0, because nobody would see what it is about to show.
-struct OutputLost : std::runtime_error {
-    OutputLost() : std::runtime_error("standard output cannot be written any more") {}
+struct OutputLost : CommandAbandoned {
+    OutputLost() : CommandAbandoned("standard output cannot be written any more") {}
 };
 
 // Whether output is lost, as far as is known: a write has failed.
@@ -78,6 +84,10 @@ char ReadCharacter();
 
 // Takes one character off the input and drops it; a line end counts as one character.
 void SkipCharacter();
+
+// To be called when an answer was refused and the refusal was shown. Nothing follows from it where
+// somebody types; a Device that gives the answers (redirect.h) may end the command.
+void NoteRefusedAnswer();
 
 // Drops the input up to and including the next line end. It does not wait: the next reading
 // function drops it first.

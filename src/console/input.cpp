@@ -17,6 +17,9 @@ bool Fill(State& state) {
             // A secret may come along that is asked for only later.
             platform::ForbidCrashDumps();
         }
+        if (state.device.asked) {
+            state.device.asked(std::exchange(state.openLine, {}), state.readsSecret);
+        }
         state.position = 0;
         state.filled = state.device.readBytes(state.input.data(), state.input.size());
         state.atEnd = state.filled == 0;
@@ -97,6 +100,13 @@ char ReadCharacter() {
 
 void SkipCharacter() {
     ReadCharacter();
+}
+
+void NoteRefusedAnswer() {
+    if (const auto& refused = Current().device.refused) {
+        Flush();
+        refused();
+    }
 }
 
 void DropRestOfLine() {

@@ -28,6 +28,13 @@ std::wstring Widen(std::string_view bytes, unsigned codePage) {
     return text;
 }
 
+// Keeps what the open line shows for a device that is told of questions.
+void KeepOpenLine(State& state, std::wstring_view text) {
+    if (state.device.asked) {
+        state.openLine += text;
+    }
+}
+
 // Appends text as it stands.
 void AppendRaw(State& state, std::wstring_view text) {
     if (state.device.writeText) {
@@ -38,6 +45,7 @@ void AppendRaw(State& state, std::wstring_view text) {
 }
 
 void AppendPending(State& state, std::wstring_view text) {
+    KeepOpenLine(state, text);
     if (state.device.isTerminal) {
         AppendRaw(state, platform::MaskControlCharacters(text));
     } else {
@@ -46,6 +54,9 @@ void AppendPending(State& state, std::wstring_view text) {
 }
 
 void AppendPending(State& state, std::string_view bytes) {
+    if (state.device.asked && !state.device.writeText) {
+        KeepOpenLine(state, Widen(bytes, state.device.codePage));
+    }
     if (state.device.writeText) {
         AppendPending(state, Widen(bytes, state.device.codePage));
     } else if (state.device.isTerminal) {
@@ -58,6 +69,7 @@ void AppendPending(State& state, std::string_view bytes) {
 void FinishLine(State& state) {
     PrintControlSequence(state, state.device.lineEnd);
     WritePending(state);
+    state.openLine.clear();
 }
 
 template <typename View>

@@ -1,5 +1,5 @@
-// A stand-in for the process's own output and input: the seam that unit tests of console output
-// use.
+// A stand-in for the process's own output and input: the seam through which unit tests see what is
+// printed, and through which answers come that nobody types.
 #pragma once
 
 #include <cstddef>
@@ -30,9 +30,18 @@ struct Device {
     std::string lineEnd = "\n";
     // Puts at most `size` bytes into the buffer and returns how many; 0 is the end of input.
     std::function<std::size_t(char* buffer, std::size_t size)> readBytes;
+    // Told before readBytes waits for input: what the open line shows, the prompt, and whether the
+    // answer is a secret. An answer empties the line that is told. May throw CommandAbandoned.
+    // Empty where nobody wants to know.
+    std::function<void(std::wstring_view openLine, bool isSecret)> asked;
+    // Told when an answer was refused. May throw CommandAbandoned. May be empty.
+    std::function<void()> refused;
     // Whether secrets are read key by key from the process's terminal instead of by readBytes.
     bool keysFromTerminal = false;
 };
+
+// The process's own streams.
+Device StandardDevice();
 
 // While an object of this type lives, the console uses the given device instead of the process's
 // own streams. What was pending before, in and out, is kept aside and comes back afterwards.

@@ -77,6 +77,18 @@ void ReadKeys(std::string& text) {
     }
 }
 
+// What is read from the device meanwhile belongs to a secret.
+class ReadingSecret {
+  public:
+    ReadingSecret() : state_(Current()) { state_.readsSecret = true; }
+    ~ReadingSecret() { state_.readsSecret = false; }
+    ReadingSecret(const ReadingSecret&) = delete;
+    ReadingSecret& operator=(const ReadingSecret&) = delete;
+
+  private:
+    State& state_;
+};
+
 }  // namespace
 
 void ReadSecret(std::string& text) {
@@ -86,6 +98,7 @@ void ReadSecret(std::string& text) {
     text.reserve(UsualRoom);
     try {
         RequireOutput();
+        const ReadingSecret reading;
         DropUnwanted(Current());
         ReadKeys(text);
         EndLine();

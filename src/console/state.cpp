@@ -9,7 +9,11 @@
 namespace tavro::console {
 namespace {
 
-Device ProcessDevice() {
+State* redirected = nullptr;
+
+}  // namespace
+
+Device StandardDevice() {
     Device device;
     device.writeBytes = platform::WriteStandardOutput;
     if (platform::StandardOutputIsUnicodeConsole()) {
@@ -23,12 +27,8 @@ Device ProcessDevice() {
     return device;
 }
 
-State* redirected = nullptr;
-
-}  // namespace
-
 State& Current() {
-    static State process(ProcessDevice());
+    static State process(StandardDevice());
     return redirected == nullptr ? process : *redirected;
 }
 

@@ -25,6 +25,9 @@ struct State {
     // otherwise.
     std::wstring pendingText;
     std::string pendingBytes;
+    // What the line shows that was printed last and not ended, where the device is told of
+    // questions; empty again once it was answered.
+    std::wstring openLine;
     // A write has failed; nothing is pending any more, and nothing is written.
     bool outputIsLost = false;
 
@@ -36,6 +39,8 @@ struct State {
     bool atEnd = false;
     // The last key was a CR: an LF right after it belongs to it.
     bool swallowLineFeed = false;
+    // The keys of a secret are being read.
+    bool readsSecret = false;
     // What is left of the line in front is not wanted; the next reading function drops it.
     bool dropRestOfLine = false;
 };

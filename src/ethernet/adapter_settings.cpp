@@ -125,6 +125,7 @@ Decision EditSettings(AdapterSettings& settings, const ChangeableSettings& chang
             Edit(settings, *row);
         } else {
             ShowNotice(MessageId::ValueRefused);
+            console::NoteRefusedAnswer();
         }
         console::EndLine();
         answer = AskLine(MessageId::AskNextSetting);
@@ -205,10 +206,12 @@ std::span<const Command> AdapterSettingCommands() {
         {.code = CommandCode{56},
          .form = {"-ethernet", operand::PortMac, "-getadapinfo"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadAdapterSettings,
          .handler = ShowAdapterSettings},
         {.code = CommandCode{63},
          .form = {"-ethernet", operand::PortMac, "-setadapinfo"},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::WriteAdapterSettings,
          .handler = ChangeAdapterSettings},
     };
     return Rows;

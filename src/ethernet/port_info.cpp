@@ -78,6 +78,7 @@ std::span<const Command> EthernetPortCommands() {
         {.code = CommandCode{55},
          .form = {"-ethernet", operand::PortMac, "-portinfo"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadEthernetPort,
          .handler = ShowEthernetPortInfo},
     };
     return Rows;

@@ -161,10 +161,12 @@ std::span<const Command> EthernetStatisticsCommands() {
         {.code = CommandCode{57},
          .form = {"-ethernet", operand::PortMac, "-portstat"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadEthernetStatistics,
          .handler = ShowEthernetPortStatistics},
         {.code = CommandCode{58},
          .form = {"-ethernet", operand::PortMac, "-resetstat"},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::ResetEthernetStatistics,
          .handler = ResetEthernetPortStatistics},
     };
     return Rows;

@@ -156,6 +156,7 @@ std::span<const Command> EthernetTcpIpCommands() {
         {.code = CommandCode{59},
          .form = {"-ethernet", operand::PortMac, "-gettcpip"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadEthernetTcpIp,
          .handler = ShowEthernetTcpIp},
         {.code = CommandCode{60},
          .form = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv4Family, "-dhcp",
@@ -163,6 +164,7 @@ std::span<const Command> EthernetTcpIpCommands() {
          .otherForm = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv6Family, "-dhcp",
                        Uncounted(operand::VlanId)},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::SetEthernetTcpIp,
          .handler = SetEthernetTcpIpByDhcp},
         {.code = CommandCode{61},
          .form = {"-ethernet", operand::PortMac, "-modifytcpip", operand::IPv4Family, "-static",
@@ -172,6 +174,7 @@ std::span<const Command> EthernetTcpIpCommands() {
                        "-static", Uncounted(operand::VlanId), Uncounted(operand::IPv6Address),
                        Optional(operand::PrefixLength), Optional(operand::IPv6Gateway)},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::SetEthernetTcpIp,
          .handler = SetEthernetTcpIpStatically},
     };
     return Rows;

@@ -32,6 +32,7 @@ void EditByList(AdapterSetting& setting) {
     const auto choice = setting.choices.find(LeadingInteger(AskLine(MessageId::AskChoice)));
     if (choice == setting.choices.end()) {
         ShowNotice(MessageId::ChoiceRefused);
+        console::NoteRefusedAnswer();
         return;
     }
     const std::string value = ToNarrow(choice->second);
@@ -86,6 +87,7 @@ void EditByRange(AdapterSetting& setting) {
     const std::string answer = console::ReadLine();
     if (const auto refusal = RefusalOf(answer, range)) {
         ShowNotice(*refusal);
+        console::NoteRefusedAnswer();
         return;
     }
     SetValue(setting, answer);

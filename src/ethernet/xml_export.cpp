@@ -21,6 +21,7 @@ std::span<const Command> XmlExportCommands() {
         {.code = CommandCode{62},
          .form = {"-ethernet", operand::PortMac, "-getxml"},
          .access = AccessClass::Runs,
+         .decidedBy = tavroapi::OperationCode::ExportAdapterSettings,
          .handler = GetEthernetXml},
     };
     return Rows;

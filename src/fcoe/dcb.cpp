@@ -160,10 +160,12 @@ std::span<const Command> DcbCommands() {
         {.code = CommandCode{38},
          .form = {"-fcoe", operand::PortWwn, "-getdcbinfo"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadDcbInfo,
          .handler = ShowDcbInfo},
         {.code = CommandCode{39},
          .form = {"-fcoe", operand::PortWwn, "-getdcbconfig"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadDcbConfig,
          .handler = ShowDcbConfig},
     };
     return Rows;

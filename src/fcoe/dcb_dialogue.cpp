@@ -39,6 +39,7 @@ std::string AskPriorities() {
     while (list.find(',') == std::string::npos) {
         console::EndLine();
         console::PrintLine(L"\t\t Please enter in a specified format");
+        console::NoteRefusedAnswer();
         list = AskLine(MessageId::AskPriorities);
     }
     return PriorityListFromAnswer(std::move(list));
@@ -64,6 +65,7 @@ void ChangePriorities(DcbConfig& config) {
             return;
         }
         ShowSpacedNotice(MessageId::AskYesOrNo);
+        console::NoteRefusedAnswer();
         wasRefused = true;
     }
 }
@@ -134,6 +136,7 @@ std::span<const Command> DcbDialogueCommands() {
         {.code = CommandCode{40},
          .form = {"-fcoe", operand::PortWwn, "-setdcb"},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::WriteDcbConfig,
          .handler = ChangeDcbConfig},
     };
     return Rows;

@@ -103,16 +103,19 @@ std::span<const Command> FipPingCommands() {
          .otherForm = {"-fcoe", operand::PortWwn, "-ping", operand::FcoeTarget,
                        Optional(operand::PingTimeoutOption), Optional(operand::PingTimeout)},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::PingFromFcoePort,
          .handler = PingFromFcoePort},
         // The only form that refuses further words, a trailing "-debug" included.
         {.code = CommandCode{44},
          .form = {"-fcoe", operand::PortWwn, "-getfip"},
          .furtherWords = FurtherWords::Refused,
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadFip,
          .handler = ShowFip},
         {.code = CommandCode{45},
          .form = {"-fcoe", operand::PortWwn, "-setfip", operand::VlanId},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::WriteFip,
          .handler = SetFip},
     };
     return Rows;

@@ -140,14 +140,17 @@ std::span<const Command> FcoePortCommands() {
         {.code = CommandCode{30},
          .form = {"-fcoe", operand::PortWwn, "-portinfo"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadFcoePort,
          .handler = ShowFcoePortInfo},
         {.code = CommandCode{35},
          .form = {"-fcoe", operand::PortWwn, "-portstat"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadFcoeStatistics,
          .handler = ShowFcoeStatistics},
         {.code = CommandCode{36},
          .form = {"-fcoe", operand::PortWwn, "-resetstat"},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::ResetFcoeStatistics,
          .handler = ResetFcoeStatistics},
     };
     return Rows;

@@ -198,10 +198,16 @@ void ImportConfiguration(const Invocation& invocation) {
 }  // namespace
 
 std::span<const Command> ImportCommands() {
+    // Which operations come, the file tells; a port that cannot be read is left out.
+    static constexpr Decision ImportDecision = Decision::SomeOf(
+        {OperationCode::SetInitiator, OperationCode::SetIscsiTcpIp, OperationCode::AddPortal,
+         OperationCode::LogInToTarget, tavroapi::GetDiscoveredAdaptersEntry::Name,
+         tavroapi::GetPortWWNsEntry::Name});
     static constexpr Command Rows[] = {
         {.code = CommandCode{4},
          .form = {"-import"},
          .access = AccessClass::Runs,
+         .decidedBy = ImportDecision,
          .handler = ImportConfiguration},
     };
     return Rows;

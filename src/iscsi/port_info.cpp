@@ -150,14 +150,17 @@ std::span<const Command> IscsiPortCommands() {
         {.code = CommandCode{6},
          .form = {"-iscsi", operand::PortMac, "-portinfo"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadIscsiPort,
          .handler = ShowIscsiPort},
         {.code = CommandCode{7},
          .form = {"-iscsi", operand::PortMac, "-portstat"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadIscsiStatistics,
          .handler = ShowIscsiStatistics},
         {.code = CommandCode{8},
          .form = {"-iscsi", operand::PortMac, "-defparam"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadIscsiDefaults,
          .handler = ShowIscsiDefaults},
     };
     return Rows;

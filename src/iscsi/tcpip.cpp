@@ -54,12 +54,14 @@ std::span<const Command> IscsiTcpIpCommands() {
         {.code = CommandCode{22},
          .form = {"-iscsi", operand::PortMac, "-modifytcpip", "-dhcp", Uncounted(operand::VlanId)},
          .access = AccessClass::Runs,
+         .decidedBy = tavroapi::OperationCode::SetIscsiTcpIp,
          .handler = SetIscsiTcpIpByDhcp},
         {.code = CommandCode{23},
          .form = {"-iscsi", operand::PortMac, "-modifytcpip", "-static", operand::VlanId,
                   operand::IPv4Address, operand::SubnetMask, Uncounted(operand::IPv4Gateway)},
          .tooFew = CommandCode::TooFewArguments,
          .access = AccessClass::Runs,
+         .decidedBy = tavroapi::OperationCode::SetIscsiTcpIp,
          .handler = SetIscsiTcpIpStatically},
     };
     return Rows;

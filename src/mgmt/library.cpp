@@ -1,15 +1,36 @@
 #include "mgmt/library.h"
 
+#include <memory>
+#include <optional>
+#include <utility>
+
 namespace tavro {
 
 namespace {
 
-const platform::SharedLibrary Library = platform::SharedLibrary::Load(tavroapi::LibraryFileName);
+std::optional<LibrarySource>& InUse() {
+    static std::optional<LibrarySource> source;
+    return source;
+}
 
 }  // namespace
 
-const platform::SharedLibrary& ManagementLibrary() {
-    return Library;
+LibrarySource SourceOf(platform::SharedLibrary library) {
+    std::wstring reason = library.FailureReason();
+    const auto kept = std::make_shared<platform::SharedLibrary>(std::move(library));
+    return {.failureReason = std::move(reason),
+            .find = [kept](const char* name) { return kept->Resolve(name); }};
+}
+
+const LibrarySource& ManagementLibrary() {
+    if (!InUse()) {
+        InUse() = SourceOf(platform::SharedLibrary::Load(tavroapi::LibraryFileName));
+    }
+    return *InUse();
+}
+
+void UseLibrary(LibrarySource source) {
+    InUse() = std::move(source);
 }
 
 }  // namespace tavro

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "platform/shared_library.h"
@@ -7,15 +8,31 @@
 
 namespace tavro {
 
-// The management library, loaded before the entry function runs and kept until the process ends. It
-// may be empty; nothing is reported at that moment.
-const platform::SharedLibrary& ManagementLibrary();
+// Where the program finds the management library's entry points.
+struct LibrarySource {
+    // Why there is no library, as one line without its line end; empty when there is one.
+    std::wstring failureReason;
+    // The address of the entry point of that name; null when the library lacks it.
+    std::function<void*(const char* name)> find;
+};
+
+// A library that was loaded from a file, or why it was not.
+LibrarySource SourceOf(platform::SharedLibrary library);
+
+// The management library in use, kept until the process ends. Unless UseLibrary has named one, it
+// is loaded at the first call, by its name from the program's folder; nothing is reported at that
+// moment.
+const LibrarySource& ManagementLibrary();
+
+// Puts a library in the place of the one in use, for every entry point that is looked up from then
+// on.
+void UseLibrary(LibrarySource source);
 
 // Looks an entry point up by its name, anew at each call. Null when the library or that export is
 // missing.
 template <class Entry>
 typename Entry::Function* ResolveEntryPoint() {
-    return ManagementLibrary().template Resolve<typename Entry::Function>(Entry::Name);
+    return reinterpret_cast<typename Entry::Function*>(ManagementLibrary().find(Entry::Name));
 }
 
 }  // namespace tavro

@@ -12,6 +12,7 @@ bool AskConfirmation() {
     // A refused answer is not asked for again: it is refused until nobody reads any more.
     while (!confirmed) {
         ShowSpacedNotice(MessageId::ConfirmationRefused);
+        console::NoteRefusedAnswer();
         console::RequireOutput();
     }
     return *confirmed;

@@ -187,10 +187,12 @@ std::span<const Command> PartitionCommands() {
         {.code = CommandCode{51},
          .form = {"-npar", operand::PortMac, "-get"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadPartitions,
          .handler = ShowPartitions},
         {.code = CommandCode{52},
          .form = {"-npar", operand::PortMac, "-set"},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::WritePartitions,
          .handler = SetPartitions},
     };
     return Rows;

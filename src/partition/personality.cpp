@@ -108,10 +108,12 @@ std::span<const Command> PersonalityCommands() {
         {.code = CommandCode{53},
          .form = {"-res", operand::PortMac, "-get"},
          .access = AccessClass::Runs,
+         .decidedBy = OperationCode::ReadPersonality,
          .handler = ShowPersonality},
         {.code = CommandCode{54},
          .form = {"-res", operand::PortMac, "-set"},
          .access = AccessClass::Blocked,
+         .decidedBy = OperationCode::WritePersonality,
          .handler = SetPersonality},
     };
     return Rows;

@@ -4,6 +4,9 @@
 
 namespace tavro::platform {
 
+SharedLibrary::SharedLibrary(void* handle, std::wstring failureReason)
+    : handle_(handle), failureReason_(std::move(failureReason)) {}
+
 SharedLibrary::SharedLibrary(SharedLibrary&& other) noexcept
     : handle_(std::exchange(other.handle_, nullptr)),
       failureReason_(std::exchange(other.failureReason_, {})) {}

@@ -1,6 +1,7 @@
 // Loading a library at run time and finding its entry points by name.
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 namespace tavro::platform {
@@ -24,9 +25,13 @@ class SharedLibrary {
     // FailureReason() says why.
     static SharedLibrary Load(const std::string& fileName);
 
+    // Loads the library from that file, wherever it lies; what it needs itself may lie beside it.
+    // Fails like Load.
+    static SharedLibrary LoadFrom(const std::filesystem::path& file);
+
     bool IsLoaded() const { return handle_ != nullptr; }
 
-    // The file that a failed Load tried, a colon, and the system's reason, as one line without its
+    // The file that a failed load tried, a colon, and the system's reason, as one line without its
     // line end; empty when loaded.
     const std::wstring& FailureReason() const { return failureReason_; }
 
@@ -40,6 +45,9 @@ class SharedLibrary {
     }
 
   private:
+    // The system's handle, or null and the reason.
+    SharedLibrary(void* handle, std::wstring failureReason);
+
     void* handle_ = nullptr;
     std::wstring failureReason_;
 };

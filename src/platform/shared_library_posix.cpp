@@ -4,6 +4,8 @@
 
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 #include "platform/encoding.h"
 #include "platform/shared_library.h"
@@ -50,29 +52,46 @@ std::wstring OneLine(std::string_view bytes) {
     return text;
 }
 
+// The handle, or null and the reason.
+struct LoadResult {
+    void* handle = nullptr;
+    std::wstring failureReason;
+};
+
+// `missingFolder` is the reason when the loader cannot be given the folder.
+LoadResult LoadFromFolder(const std::string& folder, const std::string& fileName,
+                          const char* missingFolder) {
+    const std::string loaderFolder = LoaderFolder(folder);
+    if (loaderFolder.empty()) {
+        return {.failureReason = OneLine(folder + fileName + ": " + missingFolder)};
+    }
+    const std::string path = loaderFolder + fileName;
+    if (void* const handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+        return {.handle = handle, .failureReason = {}};
+    }
+    const char* error = dlerror();
+    std::string_view reason = error == nullptr ? "unknown reason" : error;
+    // The loader names the file, too, unless it lacks another one that the library needs.
+    if (const std::string named = path + ": "; reason.starts_with(named)) {
+        reason.remove_prefix(named.size());
+    }
+    return {.failureReason = OneLine(folder + fileName + ": " + std::string(reason))};
+}
+
 }  // namespace
 
 SharedLibrary SharedLibrary::Load(const std::string& fileName) {
-    SharedLibrary library;
-    const std::string folder = ProgramFolder();
-    const std::string loaderFolder = LoaderFolder(folder);
-    if (loaderFolder.empty()) {
-        library.failureReason_ =
-            OneLine(folder + fileName + ": the program's folder cannot be found");
-        return library;
-    }
-    const std::string path = loaderFolder + fileName;
-    library.handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library.handle_ == nullptr) {
-        const char* error = dlerror();
-        std::string_view reason = error == nullptr ? "unknown reason" : error;
-        // The loader names the file, too, unless it lacks another one that the library needs.
-        if (const std::string named = path + ": "; reason.starts_with(named)) {
-            reason.remove_prefix(named.size());
-        }
-        library.failureReason_ = OneLine(folder + fileName + ": " + std::string(reason));
-    }
-    return library;
+    LoadResult result =
+        LoadFromFolder(ProgramFolder(), fileName, "the program's folder cannot be found");
+    return {result.handle, std::move(result.failureReason)};
+}
+
+SharedLibrary SharedLibrary::LoadFrom(const std::filesystem::path& file) {
+    std::error_code ignored;
+    const std::filesystem::path whole = std::filesystem::absolute(file, ignored);
+    LoadResult result = LoadFromFolder(whole.parent_path() / "", whole.filename(),
+                                       "the library's folder cannot be found");
+    return {result.handle, std::move(result.failureReason)};
 }
 
 void* SharedLibrary::Resolve(const char* symbol) const {

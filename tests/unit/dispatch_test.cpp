@@ -19,6 +19,8 @@
 namespace tavro {
 namespace {
 
+using tavroapi::OperationCode;
+
 const std::set<std::uint32_t> WarningCodes = {3, 5};
 const std::set<std::uint32_t> BlockedCodes = {29, 36, 40, 43, 45, 47, 48, 52, 54, 58, 60, 61, 63};
 
@@ -43,6 +45,33 @@ TEST(Dispatch, AccessClassesAreThoseOfTheRestrictedState) {
                                      : BlockedCodes.contains(code) ? AccessClass::Blocked
                                                                    : AccessClass::Runs;
         EXPECT_EQ(command->access, expected) << code;
+    }
+}
+
+TEST(Dispatch, OnlyCommandsThatAskTheLibraryForNothingAreDecidedByNoCall) {
+    for (const Command* const command : Commands()) {
+        const auto code = static_cast<std::uint32_t>(command->code);
+        const Decision::Rule rule = command->decidedBy.HowToDecide();
+        EXPECT_EQ(rule == Decision::Rule::Never, code <= 1) << code;
+        EXPECT_EQ(rule == Decision::Rule::Always, code == 2 || code == 3) << code;
+        EXPECT_EQ(command->decidedBy.Calls().empty(), code <= 3) << code;
+    }
+}
+
+// A command that changes adapters is not decided by what it reads of them.
+TEST(Dispatch, WhatIsBlockedIsDecidedByAnOperationThatChangesSomething) {
+    const std::set<OperationCode> changes = {
+        OperationCode::WriteIscsiBoot,     OperationCode::ResetFcoeStatistics,
+        OperationCode::WriteDcbConfig,     OperationCode::WriteFcoeBoot,
+        OperationCode::WriteFip,           OperationCode::CreateVirtualPorts,
+        OperationCode::DeleteVirtualPorts, OperationCode::WritePartitions,
+        OperationCode::WritePersonality,   OperationCode::ResetEthernetStatistics,
+        OperationCode::SetEthernetTcpIp,   OperationCode::WriteAdapterSettings};
+    for (const Command* const command : Commands()) {
+        if (command->access == AccessClass::Blocked) {
+            ASSERT_EQ(command->decidedBy.Calls().size(), 1U);
+            EXPECT_TRUE(changes.contains(command->decidedBy.Calls().front().operation));
+        }
     }
 }
 

@@ -18,6 +18,7 @@ constexpr Command TestCommand{
     .form = {"-family", operand::PortMac, "-do", Name, Optional(Number)},
     .otherForm = {"-family", operand::PortMac, "-do", Name, Optional(Other)},
     .access = AccessClass::Runs,
+    .decidedBy = Decision::Never(),
     .handler = nullptr};
 
 class InvocationTest : public testing::Test {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <utility>
 
@@ -54,6 +56,36 @@ TEST(SharedLibrary, MovingHandsOverTheLibrary) {
     third = std::move(second);
     EXPECT_NE(third.Resolve("HelperAnswer"), nullptr);
     EXPECT_EQ(second.Resolve("HelperAnswer"), nullptr);
+}
+
+// The file of the helper as somebody may name it.
+class LibraryFile : public testing::Test {
+  protected:
+    LibraryFile() { std::filesystem::create_directories(folder_); }
+    ~LibraryFile() override { std::filesystem::remove_all(folder_); }
+
+    const std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / "tavro $ORIGIN shared library";
+};
+
+TEST_F(LibraryFile, IsLoadedFromWhereItLies) {
+    const auto file = folder_ / "other name.so";
+    const std::filesystem::path program = testing::internal::GetArgvs().front();
+    std::filesystem::copy_file(program.parent_path() / "helper.dll", file);
+    const SharedLibrary library = SharedLibrary::LoadFrom(file);
+    ASSERT_TRUE(library.IsLoaded());
+    const auto answer = library.Resolve<int()>("HelperAnswer");
+    ASSERT_NE(answer, nullptr);
+    EXPECT_EQ(answer(), 42);
+}
+
+TEST_F(LibraryFile, ThatIsMissingOrNoLibraryIsToldWithItsPath) {
+    const auto file = folder_ / "none.dll";
+    const SharedLibrary missing = SharedLibrary::LoadFrom(file);
+    EXPECT_FALSE(missing.IsLoaded());
+    EXPECT_NE(missing.FailureReason().find(file.wstring() + L": "), std::wstring::npos);
+    std::ofstream(file) << "no library";
+    EXPECT_FALSE(SharedLibrary::LoadFrom(file).IsLoaded());
 }
 
 }  // namespace
