@@ -8,7 +8,9 @@
 #include "library/platform/file.h"
 #include "library/session/version.h"
 #include "library/text/text.h"
+#include "twin/child_modes.h"
 #include "twin/commands/commands.h"
+#include "twin/commands/program_arguments.h"
 #include "twin/documents/document.h"
 #include "twin/exit_status.h"
 #include "twin/platform/arguments.h"
@@ -19,6 +21,7 @@ namespace {
 // In the order in which `--help` lists them.
 constexpr void (*Commands[])(CLI::App& tool, int& status) = {
     AddDiffCommand,
+    AddRunCommand,
     AddSchemaCommand,
 };
 
@@ -36,6 +39,7 @@ int EndEarly(const CLI::App& tool, const CLI::ParseError& end) {
 }
 
 int ParseAndRun(std::vector<std::string> arguments) {
+    TakeProgramArguments(arguments);
     CLI::App tool("Captures a host, rehearses changes on its twin, and shows the differences.",
                   "tavrohost");
     tool.require_subcommand(1);
@@ -58,7 +62,12 @@ int ParseAndRun(std::vector<std::string> arguments) {
 
 int RunTool(int argc, const char* const* argv) {
     try {
+        if (const auto job = ReceiveJob()) {
+            return RunChildMode(*job, argc, argv);
+        }
         return ParseAndRun(platform::Utf8Arguments(argc, argv));
+    } catch (const platform::Interrupted& interrupted) {
+        return platform::EndInterrupted(interrupted);
     } catch (const tavrolib::platform::FileError& error) {
         Complain(tavrolib::Utf8FromWide(error.Text()));
     } catch (const std::exception& error) {

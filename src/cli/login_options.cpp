@@ -1,5 +1,6 @@
 #include "cli/login_options.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "cli/questions.h"
@@ -28,6 +29,27 @@ void AskInitiatorChap(tavroapi::LoginOptions& options) {
     AskChapSecret(options.initiatorSecret, MessageId::AskInitiatorSecret);
 }
 
+// What each option does to the options.
+constexpr struct {
+    std::string_view word;
+    void (*take)(tavroapi::LoginOptions& options);
+} OptionWords[] = {
+    {"-mp", [](tavroapi::LoginOptions& options) { options.multipath = "No"; }},
+    {"-hd", [](tavroapi::LoginOptions& options) { options.headerDigest = "CRC32C"; }},
+    {"-dd", [](tavroapi::LoginOptions& options) { options.dataDigest = "CRC32C"; }},
+    {"-mutualchap",
+     [](tavroapi::LoginOptions& options) {
+         options.authentication = "Mutual CHAP";
+         AskTargetChap(options);
+         AskInitiatorChap(options);
+     }},
+    {"-onewaychap",
+     [](tavroapi::LoginOptions& options) {
+         options.authentication = "One-way CHAP";
+         AskTargetChap(options);
+     }},
+};
+
 }  // namespace
 
 void ResetLoginOptions(tavroapi::LoginOptions& options) {
@@ -38,22 +60,17 @@ void ResetLoginOptions(tavroapi::LoginOptions& options) {
     options.authentication = "None";
 }
 
+bool IsLoginOption(std::string_view word) {
+    return std::ranges::any_of(OptionWords,
+                               [&](const auto& option) { return option.word == word; });
+}
+
 int ParseLoginOptions(tavroapi::LoginOptions& options, Arguments arguments, std::size_t first) {
     for (std::size_t position = first; position < arguments.size(); ++position) {
-        const std::string_view word = arguments[position];
-        if (word == "-mp") {
-            options.multipath = "No";
-        } else if (word == "-hd") {
-            options.headerDigest = "CRC32C";
-        } else if (word == "-dd") {
-            options.dataDigest = "CRC32C";
-        } else if (word == "-mutualchap") {
-            options.authentication = "Mutual CHAP";
-            AskTargetChap(options);
-            AskInitiatorChap(options);
-        } else if (word == "-onewaychap") {
-            options.authentication = "One-way CHAP";
-            AskTargetChap(options);
+        for (const auto& [word, take] : OptionWords) {
+            if (word == arguments[position]) {
+                take(options);
+            }
         }
     }
     return 0;

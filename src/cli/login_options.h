@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "cli/arguments.h"
 #include "tavroapi/iscsi_records.h"
 
@@ -7,6 +9,9 @@ namespace tavro {
 
 // Sets the defaults: multipath "Yes", no digests, no authentication, empty CHAP names and secrets.
 void ResetLoginOptions(tavroapi::LoginOptions& options);
+
+// Whether the word is one of the login options, exactly so.
+bool IsLoginOption(std::string_view word);
 
 // Takes the login options among the arguments from `first` on ("-mp", "-hd", "-dd", "-mutualchap",
 // "-onewaychap", exactly so) into `options`; other words are ignored. CHAP names and secrets are

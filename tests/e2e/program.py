@@ -34,6 +34,10 @@ class Platform:
         return "tavrocli.exe" if self.is_windows else "tavrocli"
 
     @property
+    def tool(self):
+        return "tavrohost.exe" if self.is_windows else "tavrohost"
+
+    @property
     def is_windows(self):
         return self.system == "windows"
 
@@ -92,14 +96,16 @@ class Sandbox:
         self.script = self.folder / "script.json"
         self.trace = self.folder / "trace.jsonl"
         self.binaries = platform.folder / "bin"
+        self.tool_arguments = None  # those of tavrohost that runs the program, up to "--"; None runs the program itself
         self.work.mkdir(parents=True)
         self.home.mkdir()
 
     def use_library(self, library):
-        """Puts a copy of the program beside another library (a path), or beside none (None)."""
+        """Puts copies of the programs beside another library (a path), or beside none (None)."""
         place = self.folder / "bin"
         place.mkdir()
-        copy_file(self.platform.folder / "bin" / self.platform.program, place / self.platform.program)
+        for program in (self.platform.program, self.platform.tool):
+            copy_file(self.platform.folder / "bin" / program, place / program)
         if library is not None:
             copy_file(library, place / LIBRARY)
         self.binaries = place
@@ -137,9 +143,22 @@ class Sandbox:
         return {name: value for name, value in variables.items() if value is not None}
 
     def command(self, arguments=()):
-        program = str(self.binaries / self.platform.program)
-        start = [str(WINE), program] if self.platform.is_windows else [program]
-        return start + list(arguments)
+        if self.tool_arguments is None:
+            return self._start_of(self.platform.program) + list(arguments)
+        return self._start_of(self.platform.tool) + [*self.tool_arguments, "--", *arguments]
+
+    def _start_of(self, name):
+        program = str(self.binaries / name)
+        return [str(WINE), program] if self.platform.is_windows else [program]
+
+    def run_tool(self, arguments, stdin="", locale=DEFAULT_LOCALE, env=None):
+        """Runs tavrohost itself to its end, like `run`."""
+        process = subprocess.Popen(
+            self._start_of(self.platform.tool) + list(arguments), cwd=self.work, env=self.environment(locale, env),
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+        )
+        output, errors = finish(process, stdin if isinstance(stdin, bytes) else self.platform.encode(stdin, locale))
+        return Result(output, errors, process.returncode)
 
     def start(self, arguments=(), locale=DEFAULT_LOCALE, env=None, **streams):
         """Starts the program and returns its process; by default with pipes for all three streams."""

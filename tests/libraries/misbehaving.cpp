@@ -1,9 +1,10 @@
 // A management library that lets exceptions out and writes where it should only read. What it does
 // is told by the environment:
 //   MISBEHAVING_CALLS   a file, to which the name of each entry point called is added as a line
-//   MISBEHAVING_THROW   "Entry=type ..."; these entry points throw, see `Throw`
-//   MISBEHAVING_FAIL    "Entry ..."; these entry points return status 1
-//   MISBEHAVING_COUNTS  "sent received"; what the iSCSI ping writes into its request and its result
+//   MISBEHAVING_THROW   "Entry=type ..."; these entry points throw or end in worse ways, see
+//   `Throw` MISBEHAVING_FAIL    "Entry ..."; these entry points return status 1 MISBEHAVING_COUNTS
+//   "sent received"; what the iSCSI ping writes into its request and its result
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <new>
@@ -11,6 +12,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "tavroapi/entry_points.h"
 #include "tavroapi/iscsi_records.h"
@@ -71,6 +73,12 @@ void Throw(const std::string& type, const std::string& entry) {
     }
     if (type == "speechless") {
         throw Speechless();
+    }
+    if (type == "crash") {
+        std::abort();
+    }
+    if (type == "sleep") {
+        std::this_thread::sleep_for(std::chrono::minutes(5));
     }
     if (type == "int") {
         throw 42;

@@ -1,0 +1,55 @@
+#include "twin/commands/run_options.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include "twin/answers/answer_book.h"
+#include "twin/documents/document.h"
+#include "twin/exit_status.h"
+
+namespace tavrohost {
+
+void AddTimeoutOption(CLI::App& command, std::optional<int>& seconds) {
+    constexpr int Longest = 1'000'000;
+    command
+        .add_option("--timeout", seconds, "Stop after so many seconds")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, Longest));
+}
+
+void AddLibraryOption(CLI::App& command, std::string& file) {
+    command.add_option("--library", file, "The management library, instead of the installed one")
+        ->type_name("FILE");
+}
+
+void AddAnswersOption(CLI::App& command, std::string& file) {
+    command.add_option("--answers", file, "Answers to the questions, as JSON")->type_name("FILE");
+}
+
+LibraryChoice ChosenLibrary(const std::string& file) {
+    if (file.empty()) {
+        return {};
+    }
+    return {LibraryChoice::Kind::File,
+            std::filesystem::path(std::u8string(file.begin(), file.end()))};
+}
+
+std::optional<tavrolib::Json> ReadAnswers(const std::string& file) {
+    if (file.empty()) {
+        return std::nullopt;
+    }
+    try {
+        tavrolib::Json document = tavrolib::ParseJson(ReadDocument(file));
+        const AnswerBook book(document);
+        return document;
+    } catch (const tavrolib::ShapeError& error) {
+        throw TroubleError(file + ": " + error.what());
+    }
+}
+
+std::optional<std::chrono::milliseconds> TimeLimit(const std::optional<int>& seconds) {
+    return seconds ? std::optional<std::chrono::milliseconds>(std::chrono::seconds(*seconds))
+                   : std::nullopt;
+}
+
+}  // namespace tavrohost

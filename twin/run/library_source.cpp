@@ -1,0 +1,71 @@
+#include "twin/run/library_source.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "platform/shared_library.h"
+#include "tavroapi/exported_functions.h"
+#include "twin/platform/environment.h"
+
+namespace tavrohost {
+namespace {
+
+using tavro::platform::SharedLibrary;
+
+struct Linked {
+    std::string_view name;
+    void* entryPoint;
+};
+
+template <class Entry>
+Linked LinkedAs(typename Entry::Function& function) {
+    return {Entry::Name, reinterpret_cast<void*>(&function)};
+}
+
+// The simulator that is part of this program.
+const Linked LinkedEntryPoints[] = {
+    LinkedAs<tavroapi::InitializeEntry>(TAVROAPI_Initialize),
+    LinkedAs<tavroapi::UninitializeEntry>(TAVROAPI_Uninitialize),
+    LinkedAs<tavroapi::DoOperationEntry>(TAVROAPI_DoOperation),
+    LinkedAs<tavroapi::GetLocalizeMessageEntry>(TAVROAPI_GetLocalizeMessage),
+    LinkedAs<tavroapi::GetLastErrorMessageEntry>(TAVROAPI_GetLastErrorMessage),
+    LinkedAs<tavroapi::GetHostNameEntry>(TAVROAPI_GetHostName),
+    LinkedAs<tavroapi::GetDiscoveredAdaptersEntry>(TAVROAPI_GetDiscoveredAdapters),
+    LinkedAs<tavroapi::GetPortWWNsEntry>(TAVROAPI_GetPortWWNs),
+    LinkedAs<tavroapi::GetPartitionStateEntry>(TAVROAPI_GetPartitionState),
+    LinkedAs<tavroapi::GetAdapterTypeEntry>(TAVROAPI_GetAdapterType),
+    LinkedAs<tavroapi::GetAdapterPortNumberEntry>(TAVROAPI_GetAdapterPortNumber),
+};
+
+void PlayHost(const std::filesystem::path& hostFile) {
+    for (const char* const name : {"TAVROSIM_SCRIPT", "TAVROSIM_TRACE", "TAVROSIM_TRACE_SECRETS",
+                                   "TAVROSIM_TRACE_OUTPUTS"}) {
+        platform::UnsetVariable(name);
+    }
+    platform::SetVariable("TAVROSIM_HOST", hostFile);
+}
+
+tavro::LibrarySource LinkedSource() {
+    return {.failureReason = {}, .find = [](const char* name) -> void* {
+                const auto* const found = std::ranges::find(LinkedEntryPoints, name, &Linked::name);
+                return found == std::end(LinkedEntryPoints) ? nullptr : found->entryPoint;
+            }};
+}
+
+}  // namespace
+
+tavro::LibrarySource SourceOf(const LibraryChoice& choice) {
+    switch (choice.kind) {
+        case LibraryChoice::Kind::File:
+            return tavro::SourceOf(SharedLibrary::LoadFrom(choice.path));
+        case LibraryChoice::Kind::Twin:
+            PlayHost(choice.path);
+            return LinkedSource();
+        case LibraryChoice::Kind::Installed:
+            break;
+    }
+    return tavro::SourceOf(SharedLibrary::Load(tavroapi::LibraryFileName));
+}
+
+}  // namespace tavrohost

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "mgmt/library.h"
+#include "twin/run/program_job.h"
+
+namespace tavrohost {
+
+// The library that was chosen. For a twin this process's environment is changed so that the
+// simulator plays the host of that file and nothing else.
+tavro::LibrarySource SourceOf(const LibraryChoice& choice);
+
+}  // namespace tavrohost

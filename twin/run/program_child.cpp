@@ -1,0 +1,106 @@
+#include "twin/run/program_child.h"
+
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "console/redirect.h"
+#include "library/text/text.h"
+#include "platform/keyboard.h"
+#include "platform/output.h"
+#include "program.h"
+#include "twin/answers/answering.h"
+#include "twin/run/library_source.h"
+#include "twin/watch/watch.h"
+
+namespace tavrohost {
+namespace {
+
+using tavrolib::Json;
+namespace console = tavro::console;
+
+// Kept output is at most so large; then it is lost like that to a file that must not grow.
+constexpr std::size_t LargestOutput = std::size_t{32} << 20;
+
+constexpr std::pair<LibraryChoice::Kind, const char*> LibraryKinds[] = {
+    {LibraryChoice::Kind::Installed, "installed"},
+    {LibraryChoice::Kind::File, "file"},
+    {LibraryChoice::Kind::Twin, "twin"},
+};
+
+Json JsonOf(const LibraryChoice& library) {
+    for (const auto& [kind, name] : LibraryKinds) {
+        if (kind == library.kind) {
+            const std::u8string path = library.path.u8string();
+            return {{"kind", name},
+                    {"path", tavrolib::Utf8FromBytes(std::string(path.begin(), path.end()))}};
+        }
+    }
+    return {};
+}
+
+LibraryChoice LibraryFrom(const Json& json) {
+    LibraryChoice library;
+    for (const auto& [kind, name] : LibraryKinds) {
+        if (json.at("kind") == name) {
+            library.kind = kind;
+        }
+    }
+    const std::string path = tavrolib::BytesFromUtf8(json.at("path").get<std::string>());
+    library.path = std::filesystem::path(std::u8string(path.begin(), path.end()));
+    return library;
+}
+
+// What is printed, as UTF-8 whatever it would be encoded in, in the process's standard output.
+console::Device KeptOutput() {
+    console::Device device = console::StandardDevice();
+    device.writeText = [size = std::size_t{0}](std::wstring_view text) mutable {
+        const std::string bytes = tavrolib::Utf8FromWide(text);
+        size += bytes.size();
+        return size <= LargestOutput && tavro::platform::WriteStandardOutput(bytes);
+    };
+    device.isTerminal = false;
+    device.lineEnd = "\n";
+    return device;
+}
+
+bool NobodySeesQuestions(bool keepsOutput) {
+    return keepsOutput && tavro::platform::StandardInputIsTerminal();
+}
+
+}  // namespace
+
+std::filesystem::path JournalFileIn(const std::filesystem::path& folder) {
+    return folder / "journal";
+}
+
+Json DetailsOf(const ProgramJob& job) {
+    Json details{{"library", JsonOf(job.library)}, {"keepsOutput", job.output == OutputUse::Keep}};
+    if (job.answers) {
+        details["answers"] = *job.answers;
+    }
+    return details;
+}
+
+int RunAsProgram(const ReceivedJob& job, int argc, const char* const* argv) {
+    const bool keepsOutput = job.details.at("keepsOutput").get<bool>();
+    const bool hasAnswers = job.details.contains("answers");
+    Watch watch(SourceOf(LibraryFrom(job.details.at("library"))), JournalFileIn(job.folder));
+    tavro::UseLibrary(watch.Watched());
+    console::Device device = keepsOutput ? KeptOutput() : console::StandardDevice();
+    if (hasAnswers || NobodySeesQuestions(keepsOutput)) {
+        device = Answering(
+            std::move(device),
+            {.book = hasAnswers ? AnswerBook(job.details["answers"]) : AnswerBook(),
+             .messageIn = [&](std::wstring_view line) { return watch.MessageIn(line); },
+             .trouble = [&](const std::string& sentence) { watch.Writer().NoteTrouble(sentence); }});
+    }
+    std::wstring failure;
+    {
+        const console::Redirect redirect(std::move(device));
+        failure = tavro::RunCommandLine(argc, argv);
+    }
+    tavro::platform::WriteStandardError(failure);
+    return 0;
+}
+
+}  // namespace tavrohost

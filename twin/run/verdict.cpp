@@ -1,0 +1,74 @@
+#include "twin/run/verdict.h"
+
+#include <algorithm>
+
+#include "tavroapi/codes.h"
+
+namespace tavrohost {
+namespace {
+
+using tavro::DecidingCall;
+using tavro::Decision;
+
+bool Is(const WatchedCall& call, const DecidingCall& deciding) {
+    const bool isEntryPoint = deciding.entryPoint.ends_with("_" + call.entryPoint);
+    const bool isOperation = deciding.entryPoint == tavroapi::DoOperationEntry::Name;
+    return isEntryPoint &&
+           (!isOperation || call.operation == static_cast<std::uint32_t>(deciding.operation));
+}
+
+bool Succeeded(const WatchedCall& call) {
+    const std::int64_t code = call.completionCode.value_or(0);
+    return call.status == 0U && (code == 0 || code == tavroapi::AppliedAtRestart);
+}
+
+bool WasMade(std::span<const WatchedCall> calls, const DecidingCall& deciding) {
+    return std::ranges::any_of(calls,
+                               [&](const WatchedCall& call) { return Is(call, deciding); });
+}
+
+bool WasInitialized(std::span<const WatchedCall> calls) {
+    return std::ranges::any_of(calls, [](const WatchedCall& call) {
+        return Is(call, tavroapi::InitializeEntry::Name) && call.status == 0U;
+    });
+}
+
+// Whether those calls came that the rule wants.
+bool CameAsWanted(const Decision& decision, std::span<const WatchedCall> calls) {
+    const auto wasMade = [&](const DecidingCall& deciding) { return WasMade(calls, deciding); };
+    const auto isOperation = [](const DecidingCall& deciding) {
+        return deciding.entryPoint == tavroapi::DoOperationEntry::Name;
+    };
+    switch (decision.HowToDecide()) {
+        case Decision::Rule::Never:
+            return false;
+        case Decision::Rule::Always:
+            return true;
+        case Decision::Rule::EachOf:
+            return std::ranges::all_of(decision.Calls(), wasMade);
+        case Decision::Rule::SomeOf:
+            return std::ranges::any_of(decision.Calls(), [&](const DecidingCall& deciding) {
+                return isOperation(deciding) && wasMade(deciding);
+            });
+    }
+    return false;
+}
+
+}  // namespace
+
+Verdict Judge(const Decision& decision, std::span<const WatchedCall> calls) {
+    Verdict verdict{.isDone = WasInitialized(calls) && CameAsWanted(decision, calls)};
+    for (const WatchedCall& call : calls) {
+        const bool decides = std::ranges::any_of(
+            decision.Calls(), [&](const DecidingCall& deciding) { return Is(call, deciding); });
+        if (decides) {
+            verdict.isDone = verdict.isDone && Succeeded(call);
+            verdict.restartRequired = verdict.restartRequired ||
+                                      (call.status == 0U &&
+                                       call.completionCode == tavroapi::AppliedAtRestart);
+        }
+    }
+    return verdict;
+}
+
+}  // namespace tavrohost

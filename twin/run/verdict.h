@@ -1,0 +1,23 @@
+#pragma once
+
+#include <span>
+
+#include "cli/command.h"
+#include "twin/watch/journal.h"
+
+namespace tavrohost {
+
+// How a command went, by the calls that it made.
+struct Verdict {
+    // Every call that decides was made and returned 0, with a completion code of 0 or 201 where
+    // there is one.
+    bool isDone = false;
+    // What was done takes effect at the restart of the host: one of them had the completion code
+    // 201.
+    bool restartRequired = false;
+};
+
+// Judges by the row of the command. A library that could not be initialized has done nothing.
+Verdict Judge(const tavro::Decision& decision, std::span<const WatchedCall> calls);
+
+}  // namespace tavrohost
