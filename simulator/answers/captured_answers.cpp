@@ -32,6 +32,26 @@ constexpr auto Number(OperationCode code) {
     return static_cast<std::uint32_t>(code);
 }
 
+// The operations whose inputs are WWNs.
+bool TakesWwns(std::uint32_t operation) {
+    return operation == Number(OperationCode::ReadFcoeTarget) ||
+           operation == Number(OperationCode::ListFcoeLuns) ||
+           operation == Number(OperationCode::ListVirtualPortTargets) ||
+           operation == Number(OperationCode::ListVirtualPortLuns);
+}
+
+Json WithNormalTexts(Json input) {
+    if (input.is_string()) {
+        return tavrolib::NormalText(input.get<std::string>());
+    }
+    if (input.is_array()) {
+        for (Json& element : input) {
+            element = WithNormalTexts(element);
+        }
+    }
+    return input;
+}
+
 // What of an operation's input identifies what is read. The rest of a session's record is filled
 // in by the library.
 Json IdentifyingInput(std::uint32_t operation, const Json& input) {
@@ -40,7 +60,7 @@ Json IdentifyingInput(std::uint32_t operation, const Json& input) {
         input.size() > SessionTexts) {
         return Json::array({input[0], input[1]});
     }
-    return input;
+    return TakesWwns(operation) ? WithNormalTexts(input) : input;
 }
 
 // One text for all that identifies what is read. An identifier that is left out is an empty one.

@@ -25,11 +25,12 @@ class CapturedAnswers {
     CapturedAnswers(const CapturedAnswers&) = delete;
     CapturedAnswers& operator=(const CapturedAnswers&) = delete;
 
-    // The answer to a call of the same entry point, operation, identifier (compared as the model
-    // does, see NormalIdentifier), adapter, port and input; null when there is none, and the first
-    // one where there are several. Of the input of ReadSession only the target and the session's
-    // number count, and ExportAdapterSettings is answered as ReadAdapterSettings is. The call's
-    // input must be there if the operation has one. The result lives as long as the answers.
+    // The answer to a call of the same entry point, operation, identifier, adapter, port and input;
+    // null when there is none, and the first one where there are several. Identifiers, also WWNs
+    // in the input of FCoE operations, are compared as the model does (see NormalIdentifier). Of
+    // the input of ReadSession only the target and the session's number count, and
+    // ExportAdapterSettings is answered as ReadAdapterSettings is. The call's input must be there
+    // if the operation has one. The result lives as long as the answers.
     const Answer* Find(const tavrolib::Call& call) const;
 
     // The object as it was read.

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "simulator/answers/answer.h"
+#include "tavroapi/fcoe_records.h"
 #include "tavroapi/iscsi_storage_records.h"
 
 namespace tavrosim {
@@ -114,6 +115,23 @@ TEST(CapturedAnswers, AreFoundByTheInput) {
     number = 1;
     EXPECT_EQ(StatusFor(answers, OperationCall<OperationCode::ReadFcoeStatistics>("k", &number)),
               NoAnswer);
+}
+
+TEST(CapturedAnswers, HowAWwnInTheInputIsWrittenDoesNotMatter) {
+    const CapturedAnswers answers(CapturedWith(R"([
+        {"call": "DoOperation", "operation": 36, "request": "k",
+         "input": "20:00:02:00:5E:20:00:01", "status": 1},
+        {"call": "DoOperation", "operation": 52, "request": "k",
+         "input": ["20:00:02:00:5E:20:00:01", "10:00:02:00:5E:10:00:04"], "status": 2},
+        {"call": "DoOperation", "operation": 10, "request": "k",
+         "input": "20:00:02:00:5E:20:00:01", "status": 3}])"));
+    char wwn[] = "200002005e200001";
+    EXPECT_EQ(StatusFor(answers, OperationCall<OperationCode::ReadFcoeTarget>("k", wwn)), 1U);
+    EXPECT_EQ(StatusFor(answers, OperationCall<OperationCode::ListFcoeLuns>("k", wwn)), NoAnswer);
+    tavroapi::VirtualPortQuery query{"20-00-02-00-5e-20-00-01", "1000:0200:5e10:0004"};
+    EXPECT_EQ(StatusFor(answers, OperationCall<OperationCode::ListVirtualPortTargets>("k", &query)),
+              2U);
+    EXPECT_EQ(StatusFor(answers, OperationCall<OperationCode::ReadTarget>("k", wwn)), NoAnswer);
 }
 
 TEST(CapturedAnswers, OfASessionAreFoundByTargetAndNumber) {
