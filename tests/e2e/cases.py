@@ -5,7 +5,7 @@ import json
 
 from case_file import SHARED, CaseError, CaseFile, check_keys, place_of, require
 from program import DEFAULT_LOCALE, PLATFORMS, ROOT, TESTS
-from transcript import TranscriptError, read_screen, split_words
+from transcript import TranscriptError, read_questions, read_screen, split_words
 
 CASES = TESTS / "cases"
 DEFAULT_SCRIPT = {"messages": "numbers", "model": False, "answers": []}
@@ -27,6 +27,7 @@ KINDS = {  # what stands under a key, where it is one thing only
 class Step:
     arguments: list
     typed: str
+    questions: list  # what the screen asks, with what is typed there
     typed_as_is: bool  # otherwise each "\n" becomes the platform's line end
     script: dict  # None: no script at all
     env: dict
@@ -151,9 +152,11 @@ def read_step(step, case, taken_over, blocks):
     require(len(shown) == 1, f"exactly one of {sorted(SCREEN_KEYS)} is needed", place)
     require(not ("calls" in step and "allCalls" in step), '"calls" and "allCalls" together', place)
     try:
-        output, typed = step.get("outputText"), []
+        output, typed, questions = step.get("outputText"), [], []
         if "outputText" not in step:
-            output, typed = read_screen(blocks.expand(step[shown[0]]))
+            screen = blocks.expand(step[shown[0]])
+            output, typed = read_screen(screen)
+            questions = read_questions(screen)
     except TranscriptError as error:
         raise CaseError(str(error), place_of(step, *shown)) from None
     errors = step.get("stderr", "")
@@ -167,6 +170,7 @@ def read_step(step, case, taken_over, blocks):
         arguments=split_words(step["args"]) if isinstance(step["args"], str) else step["args"],
         typed=step.get("stdinText", "".join(f"{line}\n" for line in typed)),
         typed_as_is="stdinText" in step,
+        questions=questions,
         script=read_script(step.get("script", {}), has_host={"host", "hostFile"} & set(case)),
         env=step.get("env", {}),
         locale=step.get("locale", DEFAULT_LOCALE),

@@ -18,7 +18,16 @@ def pytest_generate_tests(metafunc):
 
 
 def test_case(case, platform, tmp_path):
-    sandbox = Sandbox(platform, tmp_path)
+    sandbox = prepare(case, platform, tmp_path)
+    for place, step in numbered_steps(case):
+        problems = compare_run(step, platform, place, run_step(sandbox, step))
+        if problems:
+            pytest.fail("\n".join(problems))
+
+
+def prepare(case, platform, folder):
+    """A sandbox in which the steps of a case can be run."""
+    sandbox = Sandbox(platform, folder)
     if case.without is not None:
         sandbox.use_library_without(case.without)
     if not case.has_library:
@@ -28,12 +37,15 @@ def test_case(case, platform, tmp_path):
     if case.host is not None:
         text = case.host if isinstance(case.host, str) else json.dumps(case.host, ensure_ascii=False)
         sandbox.host.write_text(text, encoding="utf-8")
-    for number, step in enumerate(case.steps):
-        place = f"step {number + 1} ({' '.join(step.arguments)})"
-        run_step(sandbox, step, place)
+    return sandbox
 
 
-def run_step(sandbox, step, place):
+def numbered_steps(case):
+    return [(f"step {number} ({' '.join(step.arguments)})", step) for number, step in enumerate(case.steps, 1)]
+
+
+def run_step(sandbox, step):
+    """Runs a step and returns its result and the calls that the library traced."""
     platform = sandbox.platform
     if step.restarted:
         sandbox.restart_host()
@@ -43,14 +55,18 @@ def run_step(sandbox, step, place):
     else:
         typed = platform.encode(step.typed, step.locale)
     if step.output_start is not None:
-        expected = platform.encode(step.output_start, step.locale)
-        result = sandbox.run_until(len(expected), step.arguments, typed, step.locale, step.env)
+        size = len(platform.encode(step.output_start, step.locale))
+        result = sandbox.run_until(size, step.arguments, typed, step.locale, step.env)
     else:
-        expected = platform.encode(step.output, step.locale)
         result = sandbox.run(step.arguments, typed, step.locale, step.env)
-    calls = sandbox.calls()
+    return result, sandbox.calls()
 
-    problems = compare_text(f"{place}: standard output", expected, result.output)
+
+def compare_run(step, platform, place, run):
+    """What differs between a step and a run of it."""
+    result, calls = run
+    output = step.output if step.output_start is None else step.output_start
+    problems = compare_text(f"{place}: standard output", platform.encode(output, step.locale), result.output)
     problems += compare_text(
         f"{place}: standard error", platform.encode(step.errors, step.locale), result.errors
     )
@@ -62,8 +78,7 @@ def run_step(sandbox, step, place):
     if step.all_calls is not None:
         expected_calls = [with_start_values(call, platform, step.locale) for call in step.all_calls]
         problems += compare_calls(f"{place}: calls", expected_calls, calls)
-    if problems:
-        pytest.fail("\n".join(problems))
+    return problems
 
 
 def with_start_values(call, platform, locale):

@@ -97,6 +97,12 @@ def read_screen(text):
     return output.removesuffix("\n") if ends_open else output, typed
 
 
+def read_questions(text):
+    """What is asked on such a screen: the line as it stands when it is answered, and the answer."""
+    answers = filter(None, map(TYPED.fullmatch, text.split("\n")))
+    return [(unmark(answer["shown"]), unmark(answer["typed"])) for answer in answers]
+
+
 def unmark(text):
     """The text with real tabs and blanks for their marks."""
     if "\t" in text:

@@ -1,0 +1,137 @@
+#include "twin/answers/answering.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "console/console.h"
+#include "console/redirect.h"
+#include "console/secret.h"
+#include "twin/platform/environment.h"
+#include "twin/process/private_folder.h"
+
+namespace tavrohost {
+namespace {
+
+namespace console = tavro::console;
+
+// A console on which these questions are answered; message 5 is the prompt "Five".
+class AnsweringTest : public testing::Test {
+  protected:
+    console::Device Device(const std::string& answers) {
+        console::Device device;
+        device.writeBytes = [this](std::string_view bytes) {
+            output_ += bytes;
+            return true;
+        };
+        device.keysFromTerminal = true;
+        return Answering(
+            device, {.book = AnswerBook(
+                         tavrolib::ParseJson(R"({"format": 1, "answers": [)" + answers + "]}")),
+                     .messageIn = [](std::wstring_view line) -> std::optional<std::uint32_t> {
+                         return line.find(L"Five") == std::wstring_view::npos ? std::nullopt
+                                                                              : std::optional(5U);
+                     },
+                     .trouble = [this](const std::string& sentence) { trouble_ = sentence; }});
+    }
+
+    // A file in a folder that goes with the test.
+    std::string FileOf(const std::string& content) {
+        const std::filesystem::path path = folder_.Path() / "answer";
+        std::ofstream(path, std::ios::binary) << content;
+        const std::u8string name = path.generic_u8string();
+        return {name.begin(), name.end()};
+    }
+
+    PrivateFolder folder_;
+    std::string output_;
+    std::string trouble_;
+};
+
+std::string Ask(const wchar_t* prompt) {
+    console::Print(prompt);
+    return console::ReadLine();
+}
+
+std::string AskSecret(const wchar_t* prompt) {
+    console::Print(prompt);
+    std::string secret;
+    console::ReadSecret(secret);
+    return secret;
+}
+
+TEST_F(AnsweringTest, QuestionsAreAnsweredByMessageOrByText) {
+    const console::Redirect redirect(Device(
+        R"({"message": 5, "answers": ["one", ""]}, {"prompt": "Fixed :", "answers": ["two"]})"));
+    EXPECT_EQ(Ask(L"\n\tFive : "), "one");
+    EXPECT_EQ(Ask(L"\n\t Fixed : "), "two");
+    EXPECT_EQ(Ask(L"\n\tFive : "), "");
+    EXPECT_EQ(trouble_, "");
+    EXPECT_EQ(output_, "\n\tFive : \n\t Fixed : \n\tFive : ");
+}
+
+TEST_F(AnsweringTest, AQuestionWithoutAnAnswerEndsTheCommand) {
+    const console::Redirect redirect(Device(R"({"message": 5, "answers": ["one"]})"));
+    EXPECT_THROW(Ask(L"Other : "), console::CommandAbandoned);
+    EXPECT_EQ(trouble_, "question \"Other :\" has no answer");
+    EXPECT_EQ(Ask(L"Five : "), "one");
+    EXPECT_THROW(Ask(L"Five : "), console::CommandAbandoned);
+    EXPECT_EQ(trouble_, "question 5 \"Five :\" is asked again and has no further answer");
+}
+
+TEST_F(AnsweringTest, ARefusedAnswerEndsTheCommand) {
+    const console::Redirect redirect(Device(R"({"message": 5, "answers": ["one", "two"]})"));
+    Ask(L"Five : ");
+    console::Print(L"Again : ");
+    EXPECT_THROW(console::NoteRefusedAnswer(), console::CommandAbandoned);
+    EXPECT_EQ(trouble_, "the answer to question 5 \"Five :\" was refused");
+}
+
+TEST_F(AnsweringTest, ASecretComesFromAFileOrTheEnvironment) {
+    const std::string file = FileOf("first line\r\nsecond\n");
+    platform::SetVariable("TAVROHOST_TEST_SECRET", "of the environment");
+    const console::Redirect redirect(
+        Device(R"({"message": 5, "answers": [{"file": ")" + file +
+               R"("}, {"environment": "TAVROHOST_TEST_SECRET"}, "of the document"]})"));
+    EXPECT_EQ(AskSecret(L"Five : "), "first line");
+    EXPECT_EQ(AskSecret(L"Five : "), "of the environment");
+    EXPECT_THROW(AskSecret(L"Five : "), console::CommandAbandoned);
+    EXPECT_EQ(trouble_,
+              "question 5 \"Five :\" asks for a secret, which has to come from a file or the "
+              "environment");
+    EXPECT_EQ(output_.find("line"), std::string::npos);
+    platform::UnsetVariable("TAVROHOST_TEST_SECRET");
+}
+
+TEST_F(AnsweringTest, WhatASecretShouldComeFromHasToBeThere) {
+    const console::Redirect redirect(Device(
+        R"({"message": 5, "answers": [{"file": "/no such/file"}, {"environment": "NO_SUCH_NAME"}]})"));
+    EXPECT_THROW(AskSecret(L"Five : "), console::CommandAbandoned);
+    EXPECT_EQ(trouble_, "the answer to question 5 \"Five :\": /no such/file cannot be read");
+    EXPECT_THROW(AskSecret(L"Five : "), console::CommandAbandoned);
+    EXPECT_EQ(trouble_,
+              "the answer to question 5 \"Five :\": there is no environment variable NO_SUCH_NAME");
+}
+
+TEST_F(AnsweringTest, AnAnswerIsReadInWhateverPieces) {
+    const std::string longest(4000, 'x');
+    const console::Redirect redirect(Device(R"({"message": 5, "answers": ["yes", "no", ")" +
+                                            longest +
+                                            R"("]}, {"prompt": "List", "answers": ["3,4"]})"));
+    console::Print(L"Five : ");
+    EXPECT_EQ(console::ReadLineLeavingLineEnd(), "yes");
+    console::Print(L"List");
+    console::SkipCharacter();
+    EXPECT_EQ(console::ReadLine(), "3,4");
+    console::Print(L"Five : ");
+    EXPECT_EQ(console::ReadCharacter(), 'n');
+    console::DropRestOfLine();
+    EXPECT_EQ(Ask(L"Five : "), longest);
+}
+
+}  // namespace
+}  // namespace tavrohost
