@@ -12,6 +12,7 @@ from program import PLATFORMS, ROOT
 from test_cases import compare_run, numbered_steps, prepare, run_step
 from test_run import MAC, PERSONALITY_ANSWERS, SECRET, SET_INITIATOR, SET_PERSONALITY, run_json, script, watched
 from test_run_cases import OUTPUTS, as_the_case_traces, expected_status
+from terminal import Terminal
 
 SCHEMA = json.loads((ROOT / "docs" / "answers.schema.json").read_text(encoding="utf-8"))
 CHAP_SECRET = SECRET[:16]
@@ -52,6 +53,7 @@ def test_answers_stand_for_standard_input(watched):
     assert call["input"][0] == "2"
 
 
+@pytest.mark.platforms("native", "sanitize")
 def test_answers_may_come_from_standard_input(watched):
     script(watched, *PERSONALITY_ANSWERS, {"operation": 61})
     watched.tool_arguments = ["run", "--answers", "-"]
@@ -59,6 +61,7 @@ def test_answers_may_come_from_standard_input(watched):
     assert watched.run(SET_PERSONALITY, stdin=json.dumps(document)).exit_code == 0
 
 
+@pytest.mark.platforms("native", "sanitize")
 @pytest.mark.parametrize("entries, sentence", [
     pytest.param([message(29456, "2")], 'question 29197 "#29197 :" has no answer', id="none"),
     pytest.param([message(29456, "3", "2"), message(29197, "y")], 'the answer to question 29456 "#29456 :" was refused',
@@ -105,6 +108,7 @@ def test_a_secret_from_the_environment_appears_nowhere(watched):
     assert CHAP_SECRET in call["input"][1]
 
 
+@pytest.mark.platforms("native", "sanitize")
 @pytest.mark.parametrize("answer, told", [
     pytest.param(CHAP_SECRET, "asks for a secret, which has to come from a file or the environment", id="text"),
     pytest.param({"environment": "NOT_SET"}, "there is no environment variable NOT_SET", id="variable"),
@@ -119,6 +123,7 @@ def test_a_secret_has_to_be_where_it_should(watched, answer, told):
     assert operations(watched, 31) == []
 
 
+@pytest.mark.platforms("native", "sanitize")
 @pytest.mark.parametrize("content, told", [
     pytest.param("", b"answers.json: ", id="empty"),
     pytest.param('{"format": 1}', b"answers.json: answers: is missing", id="no answers"),
@@ -136,10 +141,19 @@ def test_damaged_answers_are_told_and_nothing_is_done(watched, content, told):
     assert watched.calls() == []
 
 
+@pytest.mark.platforms("native", "windows")
+def test_a_terminal_shows_answers_as_if_they_were_typed(watched):
+    script(watched, *PERSONALITY_ANSWERS)
+    watched.tool_arguments = ["run", "--answers", write_answers(watched, message(29456, "2"))]
+    with Terminal(watched, SET_PERSONALITY) as terminal:
+        assert terminal.wait_for_end() == 2
+        shown = [line.strip() for line in terminal.lines()]
+    assert "#29456 : 2" in shown
+    assert shown[-2:] == ["#29197 :", 'tavrohost: question 29197 "#29197 :" has no answer']
+
+
 @pytest.mark.platforms("native")
 def test_a_report_shows_no_questions_so_a_terminal_cannot_answer_them(watched):
-    from terminal import Terminal
-
     script(watched, *PERSONALITY_ANSWERS)
     watched.tool_arguments = ["run", "--json"]
     with Terminal(watched, SET_PERSONALITY) as terminal:

@@ -79,7 +79,8 @@ std::string AsTyped(std::string text) {
 // The answers of one run as input.
 class AnswerInput {
   public:
-    explicit AnswerInput(AnsweringRun run) : run_(std::move(run)) {}
+    AnswerInput(AnsweringRun run, bool isOnTerminal)
+        : run_(std::move(run)), isOnTerminal_(isOnTerminal) {}
     ~AnswerInput() { console::WipeSecret(line_); }
     AnswerInput(const AnswerInput&) = delete;
     AnswerInput& operator=(const AnswerInput&) = delete;
@@ -90,7 +91,9 @@ class AnswerInput {
         }
         question_ = {.message = run_.messageIn(openLine), .prompt = Trimmed(openLine)};
         try {
-            Answer(run_.book.Next(question_), isSecret);
+            const tavrohost::Answer& answer = run_.book.Next(question_);
+            Take(answer, isSecret);
+            Show(answer, isSecret);
         } catch (const TroubleError& error) {
             Abandon(error.what());
         }
@@ -111,7 +114,7 @@ class AnswerInput {
     [[noreturn]] void Refuse() { Abandon("the answer to " + question_.Text() + " was refused"); }
 
   private:
-    void Answer(const tavrohost::Answer& answer, bool isSecret) {
+    void Take(const tavrohost::Answer& answer, bool isSecret) {
         if (isSecret && answer.source == tavrohost::Answer::Source::Text) {
             throw TroubleError(question_.Text() +
                                " asks for a secret, which has to come from a file or the "
@@ -130,6 +133,17 @@ class AnswerInput {
         console::WipeSecret(line);
     }
 
+    // A terminal shows what was typed there; who reads its screen is to see the same now.
+    void Show(const tavrohost::Answer& answer, bool isSecret) const {
+        if (!isOnTerminal_ || isSecret) {
+            return;
+        }
+        if (answer.source == tavrohost::Answer::Source::Text) {
+            console::Print(tavrolib::WideFromUtf8(answer.text));
+        }
+        console::EndLine();
+    }
+
     static std::string Trimmed(std::wstring_view openLine) {
         constexpr const wchar_t* Blanks = L" \t";
         const std::size_t first = openLine.find_first_not_of(Blanks);
@@ -141,11 +155,15 @@ class AnswerInput {
     }
 
     [[noreturn]] void Abandon(const std::string& sentence) {
+        if (isOnTerminal_) {
+            console::EndLine();  // the sentence gets a line of its own
+        }
         run_.trouble(sentence);
         throw console::CommandAbandoned(sentence);
     }
 
     AnsweringRun run_;
+    bool isOnTerminal_;
     Question question_;
     std::string line_;  // what is left to be read of the answer
 };
@@ -153,7 +171,7 @@ class AnswerInput {
 }  // namespace
 
 console::Device Answering(console::Device device, AnsweringRun run) {
-    const auto input = std::make_shared<AnswerInput>(std::move(run));
+    const auto input = std::make_shared<AnswerInput>(std::move(run), device.isTerminal);
     device.asked = [input](std::wstring_view openLine, bool isSecret) {
         input->Ask(openLine, isSecret);
     };

@@ -29,6 +29,7 @@ class AnsweringTest : public testing::Test {
             return true;
         };
         device.keysFromTerminal = true;
+        device.isTerminal = isTerminal_;
         return Answering(
             device, {.book = AnswerBook(
                          tavrolib::ParseJson(R"({"format": 1, "answers": [)" + answers + "]}")),
@@ -47,6 +48,7 @@ class AnsweringTest : public testing::Test {
         return {name.begin(), name.end()};
     }
 
+    bool isTerminal_ = false;
     PrivateFolder folder_;
     std::string output_;
     std::string trouble_;
@@ -72,6 +74,18 @@ TEST_F(AnsweringTest, QuestionsAreAnsweredByMessageOrByText) {
     EXPECT_EQ(Ask(L"\n\tFive : "), "");
     EXPECT_EQ(trouble_, "");
     EXPECT_EQ(output_, "\n\tFive : \n\t Fixed : \n\tFive : ");
+}
+
+TEST_F(AnsweringTest, ATerminalShowsAnswersThatAreNoSecrets) {
+    isTerminal_ = true;
+    const std::string file = FileOf("from a file\n");
+    const console::Redirect redirect(Device(R"({"message": 5, "answers": ["one", {"file": ")" +
+                                            file + R"("}, {"file": ")" + file + "\"}]}"));
+    Ask(L"Five : ");
+    Ask(L"Five : ");
+    AskSecret(L"Five : ");
+    EXPECT_THROW(Ask(L"Other : "), console::CommandAbandoned);
+    EXPECT_EQ(output_, "Five : one\nFive : \nFive : ***********\nOther : \n");
 }
 
 TEST_F(AnsweringTest, AQuestionWithoutAnAnswerEndsTheCommand) {
