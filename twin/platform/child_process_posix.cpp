@@ -68,6 +68,7 @@ class KeptTerminal {
 // Pointers to texts, as the system's functions want them; the texts outlive it.
 std::vector<char*> PointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }
