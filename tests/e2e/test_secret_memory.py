@@ -3,6 +3,7 @@ the program's writable memory when everything else has ended; it finds eight cha
 together, as bytes or as wide characters. Freed memory is kept as it is: by the sanitizer's own allocator, and in the
 program without sanitizers by one that frees nothing."""
 
+import json
 import subprocess
 
 import pytest
@@ -143,6 +144,28 @@ def test_on_a_terminal(watched):
         terminal.answer_secret("#28696 :", SECRET)
         assert terminal.wait_for_end() == 0
     assert watched.given() == {31: 1}
+
+
+@pytest.mark.parametrize("secret, abandoned, given", [
+    (SECRET, False, {31: 2}), (SECRET, True, {}), (LONG, False, {})], ids=["accepted", "abandoned", "refused"])
+def test_answers_from_a_file(watched, secret, abandoned, given):
+    """The watched program in which the answers come from files."""
+    file = watched.sandbox.folder / "secret"
+    file.write_text(f"{secret}\n{SECRET}\n", encoding="utf-8")
+    answers = [(28692, "user"), (28693, {"file": str(file)}), (28694, "user"), (28695, {"file": str(file)})]
+    entries = [{"message": number, "answers": [answer]} for number, answer in answers[:2 if abandoned else 4]]
+    document = watched.sandbox.folder / "answers.json"
+    document.write_text(json.dumps({"format": 1, "answers": entries}), encoding="utf-8")
+    watched.sandbox.tool_arguments = ["run", "--answers", str(document)]
+    result = watched.run(["-iscsi", "-setinitiator", NAME, "-mutualchap"])
+    assert result.exit_code == (0 if given else 2)
+    assert watched.given() == given
+
+
+def test_typed_into_the_watched_program(watched):
+    watched.sandbox.tool_arguments = ["run", "--json"]
+    assert watched.run(["-iscsi", "-setinitiator", NAME, "-mutualchap"], CHAP).exit_code == 0
+    assert watched.given() == {31: 2}
 
 
 LOGIN = f'<Target_Secret value="{LONG}"/><Initiator_Secret value="{SECRET}"/>'
