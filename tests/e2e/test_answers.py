@@ -3,12 +3,14 @@
 import dataclasses
 import json
 import re
+import signal
+import time
 
 import jsonschema
 import pytest
 
 import cases
-from program import PLATFORMS, ROOT
+from program import LIBRARY, PLATFORMS, ROOT, TIME_LIMIT
 from test_cases import compare_run, numbered_steps, prepare, run_step
 from test_run import MAC, PERSONALITY_ANSWERS, SECRET, SET_INITIATOR, SET_PERSONALITY, run_json, script, watched
 from test_run_cases import OUTPUTS, as_the_case_traces, expected_status
@@ -106,6 +108,32 @@ def test_a_secret_from_the_environment_appears_nowhere(watched):
     assert CHAP_SECRET.encode() not in result.output + result.errors
     [call] = operations(watched, 31)
     assert CHAP_SECRET in call["input"][1]
+
+
+@pytest.mark.platforms("sanitize")
+def test_a_secret_stands_in_no_temporary_file(watched):
+    """Looked for while the library has the secret and does not come back."""
+    watched.use_library(watched.platform.folder / "variants" / "misbehaving" / LIBRARY)
+    file = watched.folder / "the secret"
+    file.write_text(CHAP_SECRET, encoding="utf-8")
+    answers = write_answers(watched, message(28692, "user"), message(28693, {"file": str(file)}))
+    watched.tool_arguments = ["run", "--json", "--answers", answers]
+    process = watched.start(SET_INITIATOR, env={
+        "MISBEHAVING_THROW": "DoOperation=sleep", "MISBEHAVING_CALLS": str(watched.folder / "called")})
+    end = time.monotonic() + TIME_LIMIT
+    files = {}
+    while b"SetInitiator" not in files.get("journal", b""):
+        assert time.monotonic() < end
+        try:
+            files = {path.name: path.read_bytes() for path in watched.temporary.glob("tavrohost-*/*")}
+        except FileNotFoundError:
+            pass  # the job was on its way to its place
+    assert {"job.json", "output", "journal"} <= set(files)
+    assert b"the secret" in files["job.json"]
+    assert all(CHAP_SECRET.encode() not in content for content in files.values())
+    process.terminate()
+    process.communicate(timeout=TIME_LIMIT)
+    assert process.returncode == -signal.SIGTERM
 
 
 @pytest.mark.platforms("native", "sanitize")
