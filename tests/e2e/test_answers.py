@@ -55,6 +55,22 @@ def test_answers_stand_for_standard_input(watched):
     assert call["input"][0] == "2"
 
 
+@pytest.mark.platforms("native", "windows")
+def test_answers_reach_the_library_as_if_they_were_typed(watched):
+    """In the encoding in which they would be typed; what it lacks cannot be typed."""
+    script(watched, {"operation": 31})
+    answers = [message(28692, "Zoë"), message(28693, {"environment": "CHAP"})]
+    result = run_with_answers(watched, SET_INITIATOR, *answers, env={"CHAP": CHAP_SECRET})
+    [answered] = operations(watched, 31)
+    watched.tool_arguments = ["run"]
+    assert watched.run(SET_INITIATOR, stdin=f"Zoë\n{CHAP_SECRET}\n").exit_code == result.exit_code == 0
+    assert [answered] == operations(watched, 31)
+    if watched.platform.is_windows:
+        result = run_with_answers(watched, SET_INITIATOR, message(28692, "発信者"))
+        assert result.exit_code == 2
+        assert b"holds a character that the console's code page lacks" in result.errors
+
+
 @pytest.mark.platforms("native", "sanitize")
 def test_answers_may_come_from_standard_input(watched):
     script(watched, *PERSONALITY_ANSWERS, {"operation": 61})

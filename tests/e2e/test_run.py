@@ -233,6 +233,14 @@ def test_a_command_that_takes_too_long_is_stopped(watched):
     assert b"did not end in time" in result.errors
 
 
+@pytest.mark.platforms("sanitize")
+def test_a_command_that_does_not_want_to_stop_is_killed(watched):
+    watched.use_library(watched.platform.folder / "variants" / "misbehaving" / LIBRARY)
+    stubborn = {"MISBEHAVING_THROW": "GetHostName=stubborn", "MISBEHAVING_CALLS": str(watched.folder / "called")}
+    result, report = run_json(watched, ["-about"], "--timeout", "1", env=stubborn)
+    assert (result.exit_code, report["failure"]) == (2, "the command did not end in time and was stopped")
+
+
 def wait_for_question(process, sandbox):
     """Until the command waits for the first answer of `-res -set`: its prompt was read."""
     shown = b""
@@ -263,6 +271,16 @@ def test_a_signal_ends_both_and_leaves_nothing(watched, ending):
     assert process.wait(TIME_LIMIT) == -ending
     process.communicate()
     assert not os.path.exists(f"/proc/{child}")
+
+
+@pytest.mark.platforms("native")
+def test_a_signal_that_is_ignored_from_the_start_ends_nothing(watched):
+    script(watched, *PERSONALITY_ANSWERS, {"operation": 61})
+    process = watched.start(SET_PERSONALITY, preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+    wait_for_question(process, watched)
+    process.send_signal(signal.SIGHUP)
+    _, errors = finish(process, b"2\ny\n")
+    assert (process.returncode, errors) == (0, b"")
 
 
 @pytest.mark.platforms("native")

@@ -5,6 +5,7 @@
 //   `Throw` MISBEHAVING_FAIL    "Entry ..."; these entry points return status 1 MISBEHAVING_COUNTS
 //   "sent received"; what the iSCSI ping writes into its request and its result
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <new>
@@ -77,7 +78,10 @@ void Throw(const std::string& type, const std::string& entry) {
     if (type == "crash") {
         std::abort();
     }
-    if (type == "sleep") {
+    if (type == "stubborn") {
+        std::signal(SIGTERM, SIG_IGN);
+    }
+    if (type == "sleep" || type == "stubborn") {
         std::this_thread::sleep_for(std::chrono::minutes(5));
     }
     if (type == "int") {
