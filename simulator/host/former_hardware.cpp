@@ -29,7 +29,6 @@ constexpr std::pair<OwnText, std::string_view> FormerDefaults[] = {
     {&FunctionHardware::bootCodeVersion, "5.2.3"},
     {&FunctionHardware::optionRomVersion, "5.1.0"},
     {&FunctionHardware::optionRomVersion, "5.2.1.0"},
-    {&FunctionHardware::linkStatus, LinkUp},
     {&FunctionHardware::maximumSpeed, "10 Gbps"},
     {&FunctionHardware::pciLocation, ""},
     {&FunctionHardware::deviceName, ""},
@@ -47,10 +46,9 @@ constexpr SharedText<Card> CardTexts[] = {
     {&FunctionHardware::optionRomVersion, &Card::optionRomVersion},
 };
 
-constexpr SharedText<PortLink> LinkTexts[] = {
-    {&FunctionHardware::linkStatus, &PortLink::status},
-    {&FunctionHardware::maximumSpeed, &PortLink::maximumSpeed},
-};
+constexpr SharedText<PortLink> LinkStatus[] = {{&FunctionHardware::linkStatus, &PortLink::status}};
+constexpr SharedText<PortLink> LinkSpeed[] = {
+    {&FunctionHardware::maximumSpeed, &PortLink::maximumSpeed}};
 
 // "10 Gbit/s" is "10 Gbps".
 void SpellSpeed(std::string& speed) {
@@ -99,6 +97,19 @@ void TakeOver(const std::vector<FunctionHardware*>& functions,
     }
 }
 
+// The link that the port's functions state. Where one says that it is up, nobody loses it by what
+// another one says: a function that differs keeps its own status.
+PortLink LinkOf(const std::vector<FunctionHardware*>& functions) {
+    PortLink link;
+    TakeOver<PortLink>(functions, LinkSpeed, link);
+    const bool isUp = std::ranges::any_of(
+        functions, [](const FunctionHardware* each) { return each->linkStatus == LinkUp; });
+    if (!isUp) {
+        TakeOver<PortLink>(functions, LinkStatus, link);
+    }
+    return link;
+}
+
 void MakeCard(Adapter& adapter) {
     std::vector<FunctionHardware*> ofCard;
     for (Port& port : adapter.ports) {
@@ -110,7 +121,12 @@ void MakeCard(Adapter& adapter) {
             }
         }
         if (!port.link) {
-            TakeOver<PortLink>(ofPort, LinkTexts, port.link.emplace());
+            port.link = LinkOf(ofPort);
+        }
+        for (FunctionHardware* const each : ofPort) {
+            if (each->linkStatus == port.link->status) {
+                each->linkStatus.reset();
+            }
         }
         ofCard.insert(ofCard.end(), ofPort.begin(), ofPort.end());
     }

@@ -6,7 +6,8 @@ namespace tavrosim {
 
 // Earlier files state card and link with each function, also what nobody chose. The card of an
 // adapter that has none, and the links of its ports, become what its functions state: of each text
-// the first one in the file; a function that differs keeps its own. Speeds get the one spelling of
+// the first one in the file, but a link that any function says is up is up; a function that
+// differs keeps its own. Speeds get the one spelling of
 // their unit. Every function must be of one kind.
 void StateHardwareOnce(Host& host);
 

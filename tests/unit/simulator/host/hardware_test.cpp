@@ -120,6 +120,22 @@ TEST_F(Hardware, ACardThatIsNotStatedIsWhatItsFunctionsState) {
     EXPECT_EQ(At(2).fcoe->hardware, own);
 }
 
+// "Up" is what earlier versions wrote unasked. It is a statement all the same.
+TEST_F(Hardware, ALinkIsUpWhenAnyFunctionSaysSo) {
+    const std::string up = R"("linkStatus": "Up"})";
+    const std::string down = R"("linkStatus": "Down"})";
+    Read({.ethernet = R"(, "port": {)" + up, .fcoe = R"(, "hardware": {)" + down});
+    EXPECT_EQ(Told(&ToldHardware::linkStatus), (Texts{"Up", "Up", "Down"}));
+    EXPECT_FALSE(At(0).ethernet->hardware);
+    Read({.ethernet = R"(, "port": {)" + down, .fcoe = R"(, "hardware": {)" + up});
+    EXPECT_EQ(Told(&ToldHardware::linkStatus), (Texts{"Down", "Up", "Up"}));
+    EXPECT_FALSE(At(2).fcoe->hardware);
+    Read({.ethernet = R"(, "port": {)" + down, .iscsi = R"(, "hardware": {)" + down});
+    EXPECT_EQ(Told(&ToldHardware::linkStatus), All("Down"));
+    Read({.port = R"(, "link": {"status": "Down"})", .iscsi = R"(, "hardware": {)" + up});
+    EXPECT_EQ(Told(&ToldHardware::linkStatus), (Texts{"Down", "Up", "Down"}));
+}
+
 // As earlier versions wrote it, with the defaults that they had for each kind of function.
 const Stated FormerFile{
     .ethernet =
