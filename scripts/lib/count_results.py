@@ -2,20 +2,40 @@
 
 usage: count_results.py FOLDER [FAILED-STEP...]
 
-A skipped or disabled test counts as failed: a test that stands in the tree is run. A failed step (a build, a
-check, a test program that crashed) counts as one more failure. The exit code is 0 when something passed and
-nothing failed.
+A skipped or disabled test counts as failed: a test that stands in the tree is run. The exception is a test that needs
+what this machine or user does not have, and says so: one of NEEDS. It is neither passed nor failed, and told by name.
+A failed step (a build, a check, a test program that crashed) counts as one more failure. The exit code is 0 when
+something passed and nothing failed.
 """
 
 import pathlib
 import sys
 import xml.etree.ElementTree as ElementTree
 
+# What a test may lack, in the words by which it skips itself. Nothing else excuses one.
+NEEDS = (
+    "not run here: needs root, or a user namespace with other users",
+    "not run here: needs a file system with access lists",
+)
+
+
+def need_of(case):
+    """What a skipped test says it needs; None for every other test."""
+    skipped = [child for child in case if child.tag == "skipped"]
+    others = [child for child in case if child.tag in ("failure", "error")]
+    said = " ".join(skipped[0].get("message", "").split()) if len(skipped) == 1 and not others else ""
+    return next((need for need in NEEDS if said.endswith(need)), None)
+
 
 def count(report):
-    """Returns (passed, texts of the failures) of one report in the JUnit form of GoogleTest and pytest."""
-    passed, failures = 0, []
+    """Returns (passed, texts of the failures, texts of what is not run here) of one report in the JUnit form of
+    GoogleTest and pytest."""
+    passed, failures, unrun = 0, [], []
     for case in ElementTree.parse(report).iter("testcase"):
+        need = need_of(case)
+        if need:
+            unrun.append(f"{case.get('classname')}.{case.get('name')}: {need}")
+            continue
         wrong = [child.tag for child in case if child.tag in ("failure", "error", "skipped")]
         if case.get("status") == "notrun":
             wrong.append("not run")
@@ -23,19 +43,20 @@ def count(report):
             failures.append(f"{case.get('classname')}.{case.get('name')}: {', '.join(wrong)}")
         else:
             passed += 1
-    return passed, failures
+    return passed, failures, unrun
 
 
 def main(folder, failed_steps):
     passed, failed = 0, 0
     for report in sorted(pathlib.Path(folder).rglob("*.xml")):
         try:
-            report_passed, failures = count(report)
+            report_passed, failures, unrun = count(report)
         except ElementTree.ParseError as error:
-            report_passed, failures = 0, [f"unreadable report: {error}"]
-        print(f"{report.relative_to(folder).with_suffix('')}: {report_passed} passed, {len(failures)} failed")
-        for failure in failures:
-            print(f"    {failure}")
+            report_passed, failures, unrun = 0, [f"unreadable report: {error}"], []
+        beside = f", {len(unrun)} not run here" if unrun else ""
+        print(f"{report.relative_to(folder).with_suffix('')}: {report_passed} passed, {len(failures)} failed{beside}")
+        for text in failures + unrun:
+            print(f"    {text}")
         passed += report_passed
         failed += len(failures)
     for step in failed_steps:

@@ -114,6 +114,17 @@ class PosixFileTest : public testing::Test {
     Folder folder_;
 };
 
+// What only root can try out: files of other users, and being another user. They are a test of
+// ctest by themselves, which scripts/lib/as_root makes root where the system lets it.
+class RootFileTest : public PosixFileTest {
+  protected:
+    void SetUp() override {
+        if (geteuid() != 0) {
+            GTEST_SKIP() << "not run here: needs root, or a user namespace with other users";
+        }
+    }
+};
+
 TEST_F(PosixFileTest, APipeIsRefusedAndNobodyIsWaitedFor) {
     const auto path = folder_ / "pipe";
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
@@ -173,7 +184,7 @@ TEST_F(PosixFileTest, ANewContentKeepsTheAccessList) {
     const auto path = folder_ / "file";
     Write(path, "old");
     if (!SetList(path, AccessList)) {
-        GTEST_SKIP() << "the file system has no access lists";
+        GTEST_SKIP() << "not run here: needs a file system with access lists";
     }
     ReplaceContent(path, "new");
     EXPECT_THAT(ListOf(path), ElementsAreArray(ReadersList));
@@ -184,7 +195,7 @@ TEST_F(PosixFileTest, WhatTheFolderHandsDownGivesNobodyMore) {
     Write(path, "old");
     ASSERT_EQ(chmod(path.c_str(), 0640), 0);
     if (!SetList(folder_ / "", "system.posix_acl_default")) {
-        GTEST_SKIP() << "the file system has no access lists";
+        GTEST_SKIP() << "not run here: needs a file system with access lists";
     }
     const auto handedDown = folder_ / "other";
     Write(handedDown, "");
@@ -198,10 +209,7 @@ TEST_F(PosixFileTest, WhatTheFolderHandsDownGivesNobodyMore) {
     }
 }
 
-TEST_F(PosixFileTest, WhatRootChangesStaysItsOwners) {
-    if (geteuid() != 0) {
-        GTEST_SKIP() << "only root can make a file of another user";
-    }
+TEST_F(RootFileTest, WhatRootChangesStaysItsOwners) {
     const auto path = ForeignFile(0640);
     ReplaceContent(path, "new");
     const auto lockPath = folder_ / "lock";
@@ -222,10 +230,7 @@ TEST_F(PosixFileTest, ALockThatIsThereStaysAsItIs) {
     EXPECT_EQ(ModeOf(path), 0604U);
 }
 
-TEST_F(PosixFileTest, AnOwnerWhoMayNotWriteCanLockAgain) {
-    if (geteuid() != 0) {
-        GTEST_SKIP() << "only root can become another user";
-    }
+TEST_F(RootFileTest, AnOwnerWhoMayNotWriteCanLockAgain) {
     const auto path = ForeignFile(0444);
     const auto lockPath = folder_ / "lock";
     { const FileLock lock(lockPath, AtOnce, path); }
@@ -236,10 +241,7 @@ TEST_F(PosixFileTest, AnOwnerWhoMayNotWriteCanLockAgain) {
               lockPath.wstring() + L": is held by another program");
 }
 
-TEST_F(PosixFileTest, WhatCannotStayItsOwnersIsReadByNobodyElse) {
-    if (geteuid() != 0) {
-        GTEST_SKIP() << "only root can become another user";
-    }
+TEST_F(RootFileTest, WhatCannotStayItsOwnersIsReadByNobodyElse) {
     const auto path = RootsFile(SomeGroup, 0644);
     {
         const AsNobody user;
@@ -249,10 +251,7 @@ TEST_F(PosixFileTest, WhatCannotStayItsOwnersIsReadByNobodyElse) {
     EXPECT_EQ(ModeOf(path), 0600U);
 }
 
-TEST_F(PosixFileTest, WhatAGroupSharesStaysTheGroups) {
-    if (geteuid() != 0) {
-        GTEST_SKIP() << "only root can become another user";
-    }
+TEST_F(RootFileTest, WhatAGroupSharesStaysTheGroups) {
     const auto path = RootsFile(getegid(), 0660);
     {
         const AsNobody user;
@@ -263,10 +262,7 @@ TEST_F(PosixFileTest, WhatAGroupSharesStaysTheGroups) {
     EXPECT_EQ(ModeOf(path), 0660U);
 }
 
-TEST_F(PosixFileTest, AFileThatCannotBeKeptFromOthersIsRefused) {
-    if (geteuid() != 0) {
-        GTEST_SKIP() << "only root can become another user";
-    }
+TEST_F(RootFileTest, AFileThatCannotBeKeptFromOthersIsRefused) {
     const auto path = RootsFile(SomeGroup, 0666);
     const AsNobody user;
     const auto open = [&path](Readers readers) {
