@@ -108,7 +108,7 @@ class Builder : public Json::json_sax_t {
 
   private:
     [[noreturn]] void RefuseAt(std::size_t byte, const char* reason) const {
-        throw ShapeError(LineAndColumn(text_, byte) + ": " + reason);
+        throw ShapeError(LineAndColumn(text_, byte), reason);
     }
     std::size_t Reached() const { return static_cast<std::size_t>(furthest_ - text_.data()); }
 
@@ -209,11 +209,17 @@ void WantObject(const Json& json, const Place& place) {
 void RefuseUnknownMembers(const Json& json, const std::function<bool(std::string_view)>& isKnown,
                           const Place& place) {
     WantObject(json, place);
+    Findings first;
+    CheckMembers(json, isKnown, place, first);
+}
+
+void CheckMembers(const Json& json, const std::function<bool(std::string_view)>& isKnown,
+                  const Place& place, Findings& findings) {
     std::size_t number = 0;
     for (const auto& item : json.items()) {
         ++number;
         if (!isKnown(item.key())) {
-            throw ShapeError(place, "member " + std::to_string(number) + " is unknown");
+            findings.Add(place, "member " + std::to_string(number) + " is unknown");
         }
     }
 }

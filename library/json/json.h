@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "library/json/findings.h"
 #include "library/json/place.h"
 
 // Reading JSON documents with errors that a person can act on. An error tells the place, and what
@@ -43,6 +44,10 @@ void WantObject(const Json& json, const Place& place);
 // one by its number in the object.
 void RefuseUnknownMembers(const Json& json, const std::function<bool(std::string_view)>& isKnown,
                           const Place& place);
+
+// Tells `findings` of every member of the object that is not known, by its number in the object.
+void CheckMembers(const Json& json, const std::function<bool(std::string_view)>& isKnown,
+                  const Place& place, Findings& findings);
 
 // Throws ShapeError unless `json` is true or false.
 bool TruthAt(const Json& json, const Place& place);

@@ -42,9 +42,21 @@ class Place {
 // Thrown where a JSON document is not of the wanted shape; `what()` is "<place>: <reason>".
 class ShapeError : public std::runtime_error {
   public:
-    ShapeError(const Place& place, const std::string& reason)
-        : std::runtime_error(place.Text().empty() ? reason : place.Text() + ": " + reason) {}
-    explicit ShapeError(const std::string& text) : std::runtime_error(text) {}
+    ShapeError(const Place& place, const std::string& reason) : ShapeError(place.Text(), reason) {}
+    // About a place that is told in words, such as "line 3, column 5".
+    ShapeError(const std::string& place, const std::string& reason)
+        : std::runtime_error(place.empty() ? reason : place + ": " + reason),
+          placeSize_(place.size()) {}
+    explicit ShapeError(const std::string& reason) : std::runtime_error(reason) {}
+
+    // The place in words, empty for the whole document.
+    std::string PlaceText() const { return std::string(what(), placeSize_); }
+
+    // What is wrong there.
+    std::string Reason() const { return what() + (placeSize_ == 0 ? 0 : placeSize_ + 2); }
+
+  private:
+    std::size_t placeSize_ = 0;
 };
 
 }  // namespace tavrolib

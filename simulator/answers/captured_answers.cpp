@@ -17,6 +17,7 @@ namespace {
 using tavroapi::OperationCode;
 using tavrolib::Call;
 using tavrolib::EntryPoint;
+using tavrolib::Findings;
 using tavrolib::Json;
 using tavrolib::Place;
 using tavrolib::RecordType;
@@ -125,18 +126,36 @@ void CheckIdentifiesCall(const Answer& answer, const Place& place) {
 
 CapturedAnswers::CapturedAnswers(const Json& captured, const Place& place)
     : json_(std::make_unique<const Json>(captured)) {
-    RefuseUnknown(captured, PartNames, place);
+    Findings first;
+    Read(place, first);
+}
+
+CapturedAnswers::CapturedAnswers(const Json& captured, const Place& place, Findings& findings)
+    : json_(std::make_unique<const Json>(captured)) {
+    Read(place, findings);
+}
+
+void CapturedAnswers::Read(const Place& place, Findings& findings) {
+    if (!findings.PassReading(place, [&] { WantObject(*json_, place); })) {
+        return;
+    }
+    CheckMembers(*json_, IsOneOf(PartNames), place, findings);
     for (const char* const part : PartNames) {
-        if (!captured.contains(part)) {
-            throw ShapeError(place, '"' + std::string(part) + "\" is missing");
+        if (!json_->contains(part)) {
+            findings.Add(place, '"' + std::string(part) + "\" is missing");
         }
     }
-    const Json& answers = captured["answers"];
+    const auto answers = json_->find("answers");
+    if (answers == json_->end()) {
+        return;
+    }
     const Place at(place, "answers");
-    const std::size_t count = SizeAt(answers, std::numeric_limits<std::size_t>::max(), at);
+    std::size_t count = 0;
+    findings.PassReading(
+        at, [&] { count = SizeAt(*answers, std::numeric_limits<std::size_t>::max(), at); });
     answers_.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
-        Add(answers[i], Place(at, i));
+        findings.Pass([&] { Add((*answers)[i], Place(at, i)); });
     }
 }
 

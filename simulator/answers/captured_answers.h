@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "library/calls/call.h"
+#include "library/json/findings.h"
 #include "library/json/json.h"
 
 namespace tavrosim {
@@ -21,6 +22,9 @@ class CapturedAnswers {
     // that names the place of an unknown or missing member, and of an answer that is none, is for
     // a call that identifies nothing to read, or does not fit the call's records.
     explicit CapturedAnswers(const tavrolib::Json& captured, const tavrolib::Place& place = {});
+    // The same, which tells `findings` what it would throw, of an answer the first.
+    CapturedAnswers(const tavrolib::Json& captured, const tavrolib::Place& place,
+                    tavrolib::Findings& findings);
     ~CapturedAnswers();
     CapturedAnswers(const CapturedAnswers&) = delete;
     CapturedAnswers& operator=(const CapturedAnswers&) = delete;
@@ -37,6 +41,7 @@ class CapturedAnswers {
     const tavrolib::Json& AsJson() const { return *json_; }
 
   private:
+    void Read(const tavrolib::Place& place, tavrolib::Findings& findings);
     void Add(const tavrolib::Json& answer, const tavrolib::Place& place);
 
     std::unique_ptr<const tavrolib::Json> json_;

@@ -11,14 +11,19 @@
 
 namespace tavrosim {
 
+// Whether a name is one of these, which outlive the result.
+template <std::size_t Count>
+auto IsOneOf(const std::array<const char*, Count>& known) {
+    return [&known](std::string_view name) {
+        return std::find(known.begin(), known.end(), name) != known.end();
+    };
+}
+
 // Throws ShapeError unless `json` is an object without members but these.
 template <std::size_t Count>
 void RefuseUnknown(const tavrolib::Json& json, const std::array<const char*, Count>& known,
                    const tavrolib::Place& place) {
-    const auto isKnown = [&known](std::string_view name) {
-        return std::find(known.begin(), known.end(), name) != known.end();
-    };
-    RefuseUnknownMembers(json, isKnown, place);
+    RefuseUnknownMembers(json, IsOneOf(known), place);
 }
 
 // Calls `use(member, its place)` where the object has the member.

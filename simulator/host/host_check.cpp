@@ -30,25 +30,26 @@ struct Kinds {
     }
 };
 
-void CheckFunction(const Function& function, Kinds& kinds, const Place& place) {
+void CheckFunction(const Function& function, Kinds& kinds, const Place& place, Findings& findings) {
     const int count = int{function.ethernet.has_value()} + int{function.iscsi.has_value()} +
                       int{function.fcoe.has_value()};
     if (count != 1) {
-        throw ShapeError(place, "exactly one of \"ethernet\", \"iscsi\" and \"fcoe\" is wanted");
+        findings.Add(place, "exactly one of \"ethernet\", \"iscsi\" and \"fcoe\" is wanted");
+        return;
     }
-    CheckMac(function.mac, Place(place, "mac"));
+    const Place mac(place, "mac");
     Kind& kind = kinds.Of(function);
-    if (!kind.identifiers.insert(NormalIdentifier(function.mac)).second) {
-        throw ShapeError(Place(place, "mac"),
-                         "another " + std::string(kind.name) + " function has this MAC");
+    if (findings.Pass([&] { CheckMac(function.mac, mac); }) &&
+        !kind.identifiers.insert(NormalIdentifier(function.mac)).second) {
+        findings.Add(mac, "another " + std::string(kind.name) + " function has this MAC");
     }
     if (function.fcoe) {
-        CheckFcoePart(*function.fcoe, kind.identifiers, Place(place, "fcoe"));
+        CheckFcoePart(*function.fcoe, kind.identifiers, Place(place, "fcoe"), findings);
     }
 }
 
 void CheckName(const std::string& name, std::initializer_list<std::string_view> names,
-               const Place& place) {
+               const Place& place, Findings& findings) {
     if (std::find(names.begin(), names.end(), name) != names.end()) {
         return;
     }
@@ -56,35 +57,42 @@ void CheckName(const std::string& name, std::initializer_list<std::string_view> 
     for (const std::string_view each : names) {
         list += (list.empty() ? "\"" : ", \"") + std::string(each) + '"';
     }
-    throw ShapeError(place, "one of " + list + " is wanted");
+    findings.Add(place, "one of " + list + " is wanted");
 }
 
-void CheckPartitions(const std::optional<Partitions>& partitions, const Place& place) {
+void CheckPartitions(const std::optional<Partitions>& partitions, const Place& place,
+                     Findings& findings) {
     if (!partitions) {
         return;
     }
-    CheckName(partitions->mode, {SingleFunctionMode, PartitionedMode}, Place(place, "mode"));
+    CheckName(partitions->mode, {SingleFunctionMode, PartitionedMode}, Place(place, "mode"),
+              findings);
     const Place functions(place, "functions");
     for (std::size_t f = 0; f < partitions->functions.size(); ++f) {
         const Place function(functions, f);
         CheckName(partitions->functions[f].personality,
                   {EthernetPersonality, IscsiPersonality, FcoePersonality},
-                  Place(function, "personality"));
+                  Place(function, "personality"), findings);
     }
 }
 
-void CheckResources(const Resources& resources, const Place& place) {
+void CheckResources(const Resources& resources, const Place& place, Findings& findings) {
     CheckName(resources.personality, {IscsiPersonality, FcoePersonality},
-              Place(place, "personality"));
+              Place(place, "personality"), findings);
     if (resources.pendingPersonality) {
         CheckName(*resources.pendingPersonality, {IscsiPersonality, FcoePersonality},
-                  Place(place, "pendingPersonality"));
+                  Place(place, "pendingPersonality"), findings);
     }
 }
 
 }  // namespace
 
 void CheckHost(const Host& host, const Place& root) {
+    Findings first;
+    CheckHost(host, root, first);
+}
+
+void CheckHost(const Host& host, const Place& root, Findings& findings) {
     const Place adapters(root, "adapters");
     std::set<std::string> names;
     Kinds kinds;
@@ -92,27 +100,28 @@ void CheckHost(const Host& host, const Place& root) {
         const Adapter& adapter = host.adapters[a];
         const Place adapterPlace(adapters, a);
         if (!names.insert(adapter.name).second) {
-            throw ShapeError(Place(adapterPlace, "name"), "another adapter has this name");
+            findings.Add(Place(adapterPlace, "name"), "another adapter has this name");
         }
-        CheckPartitions(adapter.partitions, Place(adapterPlace, "partitions"));
-        CheckPartitions(adapter.pendingPartitions, Place(adapterPlace, "pendingPartitions"));
+        CheckPartitions(adapter.partitions, Place(adapterPlace, "partitions"), findings);
+        CheckPartitions(adapter.pendingPartitions, Place(adapterPlace, "pendingPartitions"),
+                        findings);
         if (adapter.pendingPartitions && adapter.partitionState == tavroapi::PartitionedForGood) {
-            throw ShapeError(Place(adapterPlace, "pendingPartitions"),
-                             "the partitions of this adapter are fixed");
+            findings.Add(Place(adapterPlace, "pendingPartitions"),
+                         "the partitions of this adapter are fixed");
         }
         const Place ports(adapterPlace, "ports");
         for (std::size_t p = 0; p < adapter.ports.size(); ++p) {
             const Place port(ports, p);
             if (adapter.ports[p].resources) {
-                CheckResources(*adapter.ports[p].resources, Place(port, "resources"));
+                CheckResources(*adapter.ports[p].resources, Place(port, "resources"), findings);
             }
             const Place functions(port, "functions");
             for (std::size_t f = 0; f < adapter.ports[p].functions.size(); ++f) {
-                CheckFunction(adapter.ports[p].functions[f], kinds, Place(functions, f));
+                CheckFunction(adapter.ports[p].functions[f], kinds, Place(functions, f), findings);
             }
         }
     }
-    CheckFabric(host.fcoeFabric, Place(root, "fcoeFabric"));
+    CheckFabric(host.fcoeFabric, Place(root, "fcoeFabric"), findings);
 }
 
 }  // namespace tavrosim

@@ -16,56 +16,79 @@
 namespace tavrosim {
 namespace {
 
+using tavrolib::Findings;
 using tavrolib::Json;
 using tavrolib::Place;
-using tavrolib::ShapeError;
 
 constexpr const char* CapturedPart = "captured";
 constexpr const char* AnswersPart = "answers";
 constexpr const char* HostPart = "host";
 
 // Asked before all else: what a newer format holds is unknown here.
-void CheckFormat(const Json& json, const Place& place) {
-    WantObject(json, place);
+bool HasKnownFormat(const Json& json, const Place& place, Findings& findings) {
+    if (!findings.PassReading(place, [&] { WantObject(json, place); })) {
+        return false;
+    }
     const auto found = json.find("format");
     if (found == json.end()) {
-        return;
+        return true;
     }
     constexpr std::uint32_t Largest = std::numeric_limits<std::uint32_t>::max();
-    const std::int64_t format = NumberAt(*found, 1, Largest, Place(place, "format"));
+    const Place at(place, "format");
+    std::int64_t format = HostFormat;
+    findings.PassReading(at, [&] { format = NumberAt(*found, 1, Largest, at); });
     if (format > HostFormat) {
-        throw ShapeError(place, "the file has format " + std::to_string(format) +
-                                    "; this library reads format " + std::to_string(HostFormat));
+        findings.Add(place, "the file has format " + std::to_string(format) +
+                                "; this library reads format " + std::to_string(HostFormat));
     }
+    return format <= HostFormat;
 }
 
 // The host of an object; a member `foreign` of it is left to the caller.
-Host HostFromJson(const Json& json, const Place& place, std::string_view foreign = {}) {
-    CheckFormat(json, place);
+std::optional<Host> HostFromJson(const Json& json, const Place& place, Findings& findings,
+                                 std::string_view foreign = {}) {
+    if (!HasKnownFormat(json, place, findings)) {
+        return std::nullopt;
+    }
     Host host;
-    HostValueFromJson(HostTypeOf<Host>(), json, &host, place, foreign);
-    CheckHost(host, place);
-    StateHardwareOnce(host);
+    HostValueFromJson(HostTypeOf<Host>(), json, &host, place, foreign, findings);
+    CheckHost(host, place, findings);
+    if (!findings.AreCollected()) {
+        StateHardwareOnce(host);
+    }
     return host;
 }
 
 // Gives a host what was captured.
-void TakeCaptured(Host& host, const Json& captured, const Place& place) {
-    host.captured = std::make_shared<const CapturedAnswers>(captured, place);
-    Host made = HostFromJson(captured[HostPart], Place(place, HostPart));
-    made.captured = host.captured;
-    host.asCaptured = std::make_shared<const Host>(std::move(made));
+void TakeCaptured(Host& host, const Json& captured, const Place& place, Findings& findings) {
+    host.captured = std::make_shared<const CapturedAnswers>(captured, place, findings);
+    const auto part = captured.find(HostPart);
+    if (part == captured.end()) {
+        return;
+    }
+    if (auto made = HostFromJson(*part, Place(place, HostPart), findings)) {
+        made->captured = host.captured;
+        host.asCaptured = std::make_shared<const Host>(*std::move(made));
+    }
 }
 
 }  // namespace
 
 Host HostFromText(std::string_view text) {
-    const Json json = tavrolib::ParseJson(text);
+    Findings first;
+    return *HostFromText(text, first);
+}
+
+std::optional<Host> HostFromText(std::string_view text, Findings& findings) {
+    Json json;
+    if (!findings.Pass([&] { json = tavrolib::ParseJson(text); })) {
+        return std::nullopt;
+    }
     const Place root;
-    Host host = HostFromJson(json, root, CapturedPart);
+    std::optional<Host> host = HostFromJson(json, root, findings, CapturedPart);
     const auto captured = json.find(CapturedPart);
-    if (captured != json.end()) {
-        TakeCaptured(host, *captured, Place(root, CapturedPart));
+    if (host && captured != json.end()) {
+        TakeCaptured(*host, *captured, Place(root, CapturedPart), findings);
     }
     return host;
 }
@@ -85,8 +108,9 @@ Host CapturedHost(const Host& made, const Json& answers) {
     captured[AnswersPart] = answers;
     captured[HostPart] = json;
     const Place root;
-    Host host = HostFromJson(json, root);
-    TakeCaptured(host, captured, Place(root, CapturedPart));
+    Findings first;
+    Host host = *HostFromJson(json, root, first);
+    TakeCaptured(host, captured, Place(root, CapturedPart), first);
     return host;
 }
 

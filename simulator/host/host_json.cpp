@@ -12,9 +12,9 @@ namespace tavrosim {
 namespace {
 
 using tavrolib::BytesFromUtf8;
+using tavrolib::Findings;
 using tavrolib::Json;
 using tavrolib::Place;
-using tavrolib::ShapeError;
 using tavrolib::Utf8FromBytes;
 using Shape = HostType::Shape;
 
@@ -41,7 +41,7 @@ Json ListToJson(const HostType& type, const void* list) {
 
 // A value may stand under its key or a former one, not under both.
 void CheckIsStatedOnce(const HostType& type, const Json& json, const void* owner,
-                       const Place& place) {
+                       const Place& place, Findings& findings) {
     std::map<const void*, std::string_view> keys;
     for (const HostMember& member : type.members) {
         if (!json.contains(std::string(member.key))) {
@@ -49,21 +49,25 @@ void CheckIsStatedOnce(const HostType& type, const Json& json, const void* owner
         }
         const auto [other, isNew] = keys.try_emplace(member.find(owner), member.key);
         if (!isNew) {
-            throw ShapeError(Place(place, member.key),
-                             "this is \"" + std::string(other->second) + "\", which is here too");
+            findings.Add(Place(place, member.key),
+                         "this is \"" + std::string(other->second) + "\", which is here too");
         }
     }
 }
 
 void StructFromJson(const HostType& type, const Json& json, void* owner, const Place& place,
-                    std::string_view foreign) {
-    WantObject(json, place);
+                    std::string_view foreign, Findings& findings) {
+    if (!findings.PassReading(place, [&] { WantObject(json, place); })) {
+        return;
+    }
     for (const HostMember& member : type.members) {
+        const Place at(place, member.key);
         const auto found = json.find(std::string(member.key));
         if (found != json.end()) {
-            HostValueFromJson(*member.type, *found, member.make(owner), Place(place, member.key));
+            HostValueFromJson(*member.type, *found, member.make(owner), at, {}, findings);
         } else if (member.presence == Presence::Required) {
-            throw ShapeError(place, "\"" + std::string(member.key) + "\" is missing");
+            findings.Add(place, "\"" + std::string(member.key) + "\" is missing");
+            findings.MarkUnreadable(at);
         }
     }
     const auto isKnown = [&](std::string_view name) {
@@ -71,16 +75,33 @@ void StructFromJson(const HostType& type, const Json& json, void* owner, const P
                std::any_of(type.members.begin(), type.members.end(),
                            [name](const HostMember& member) { return member.key == name; });
     };
-    RefuseUnknownMembers(json, isKnown, place);
-    CheckIsStatedOnce(type, json, owner, place);
+    CheckMembers(json, isKnown, place, findings);
+    CheckIsStatedOnce(type, json, owner, place, findings);
 }
 
-void ListFromJson(const HostType& type, const Json& json, void* list, const Place& place) {
-    const std::size_t given = SizeAt(json, type.most, place);
+void ListFromJson(const HostType& type, const Json& json, void* list, const Place& place,
+                  Findings& findings) {
+    std::size_t given = 0;
+    if (!findings.PassReading(place, [&] { given = SizeAt(json, type.most, place); })) {
+        return;
+    }
     char* element = static_cast<char*>(type.resize(list, given));
     for (std::size_t i = 0; i < given; ++i) {
-        HostValueFromJson(*type.element, json[i], element, Place(place, i));
+        HostValueFromJson(*type.element, json[i], element, Place(place, i), {}, findings);
         element += type.elementSize;
+    }
+}
+
+void LeafFromJson(const HostType& type, const Json& json, void* value, const Place& place) {
+    switch (type.shape) {
+        case Shape::Text:
+            *static_cast<std::string*>(value) = BytesFromUtf8(TextAt(json, place));
+            break;
+        case Shape::Truth:
+            *static_cast<bool*>(value) = TruthAt(json, place);
+            break;
+        default:
+            type.setNumber(value, NumberAt(json, type.lowest, type.highest, place));
     }
 }
 
@@ -105,22 +126,21 @@ Json HostValueToJson(const HostType& type, const void* value) {
 
 void HostValueFromJson(const HostType& type, const Json& json, void* value, const Place& place,
                        std::string_view foreign) {
+    Findings first;
+    HostValueFromJson(type, json, value, place, foreign, first);
+}
+
+void HostValueFromJson(const HostType& type, const Json& json, void* value, const Place& place,
+                       std::string_view foreign, Findings& findings) {
     switch (type.shape) {
-        case Shape::Text:
-            *static_cast<std::string*>(value) = BytesFromUtf8(TextAt(json, place));
-            break;
-        case Shape::Truth:
-            *static_cast<bool*>(value) = TruthAt(json, place);
-            break;
-        case Shape::Number:
-            type.setNumber(value, NumberAt(json, type.lowest, type.highest, place));
-            break;
         case Shape::Struct:
-            StructFromJson(type, json, value, place, foreign);
+            StructFromJson(type, json, value, place, foreign, findings);
             break;
         case Shape::List:
-            ListFromJson(type, json, value, place);
+            ListFromJson(type, json, value, place, findings);
             break;
+        default:
+            findings.PassReading(place, [&] { LeafFromJson(type, json, value, place); });
     }
 }
 

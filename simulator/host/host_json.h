@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "library/json/findings.h"
 #include "library/json/json.h"
 #include "library/json/place.h"
 #include "simulator/host/host_type.h"
@@ -15,5 +16,11 @@ tavrolib::Json HostValueToJson(const HostType& type, const void* value);
 // is then partly filled. A struct may have a member `foreign`, which is left to the caller.
 void HostValueFromJson(const HostType& type, const tavrolib::Json& json, void* value,
                        const tavrolib::Place& place, std::string_view foreign = {});
+
+// The same, which tells `findings` what it would throw. Where they are collected, all that can be
+// read is read, and the rest of `value` stays as it was made.
+void HostValueFromJson(const HostType& type, const tavrolib::Json& json, void* value,
+                       const tavrolib::Place& place, std::string_view foreign,
+                       tavrolib::Findings& findings);
 
 }  // namespace tavrosim
