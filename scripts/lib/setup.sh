@@ -16,7 +16,7 @@ formatPackages=(clang-format)
 testPackages=("${nativePackages[@]}" "${unitTestPackages[@]}" "${windowsPackages[@]}"
     "${formatPackages[@]}" clang clang-tidy libclang-rt-14-dev libpugixml-dev
     libbenchmark-dev hunspell hunspell-en-us locales wine wine64 python3 python3-pytest python3-pytest-xdist
-    python3-jsonschema python3-pexpect python3-pyte python3-yaml)
+    python3-jsonpatch python3-jsonschema python3-pexpect python3-pyte python3-yaml)
 
 say() { printf '%s\n' "$*" >&2; }
 

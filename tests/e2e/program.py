@@ -151,10 +151,14 @@ class Sandbox:
         program = str(self.binaries / name)
         return [str(WINE), program] if self.platform.is_windows else [program]
 
+    def tool_command(self, arguments):
+        """The command line of tavrohost itself."""
+        return self._start_of(self.platform.tool) + list(arguments)
+
     def run_tool(self, arguments, stdin="", locale=DEFAULT_LOCALE, env=None):
         """Runs tavrohost itself to its end, like `run`."""
         process = subprocess.Popen(
-            self._start_of(self.platform.tool) + list(arguments), cwd=self.work, env=self.environment(locale, env),
+            self.tool_command(arguments), cwd=self.work, env=self.environment(locale, env),
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
         )
         output, errors = finish(process, stdin if isinstance(stdin, bytes) else self.platform.encode(stdin, locale))
@@ -198,13 +202,8 @@ class Sandbox:
 
     def restart_host(self):
         """Restarts the simulated host: what is pending in its file is in force afterwards."""
-        program = str(self.platform.folder / "programs" / ("restart_host.exe" if self.platform.is_windows else "restart_host"))
-        start = [str(WINE), program] if self.platform.is_windows else [program]
-        process = subprocess.Popen(
-            [*start, self.platform.path(self.host)], cwd=self.work, env=self.environment(), stderr=subprocess.PIPE
-        )
-        _, errors = finish(process, None)
-        assert (process.returncode, errors) == (0, b"")
+        result = self.run_tool(["restart", self.platform.path(self.host)])
+        assert (result.exit_code, result.errors) == (0, b"")
 
     def calls(self):
         """The calls that the library traced, in order, as decoded JSON; and forgets them."""

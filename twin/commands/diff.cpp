@@ -1,11 +1,10 @@
 #include <CLI/CLI.hpp>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "twin/commands/commands.h"
+#include "twin/commands/show_difference.h"
 #include "twin/diff/difference.h"
-#include "twin/diff/text.h"
 #include "twin/documents/document.h"
 #include "twin/documents/host_document.h"
 #include "twin/exit_status.h"
@@ -27,8 +26,7 @@ int Diff(const DiffArguments& arguments) {
     const HostDocument before = ReadHostDocument(arguments.before);
     const HostDocument after = ReadHostDocument(arguments.after);
     const Difference difference = DifferenceOf(before.host, after.host, arguments.options);
-    constexpr int Indent = 2;
-    WriteOutput(arguments.asPatch ? difference.patch.dump(Indent) + '\n' : TextOf(difference));
+    ShowDifference(before, difference, arguments.asPatch);
     return difference.changes.empty() ? Success : Negative;
 }
 

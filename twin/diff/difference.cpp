@@ -173,8 +173,7 @@ class Comparison {
         for (std::size_t index = 0; index < after.size(); ++index) {
             if (origin[index]) {
                 const Json& former = before[*origin[index]];
-                Compare(*type.element, former, after[index],
-                        ElementOf(spot, type, former, index));
+                Compare(*type.element, former, after[index], ElementOf(spot, type, former, index));
             } else {
                 NoteElement(Change::Kind::Added, type, after, index, spot);
             }

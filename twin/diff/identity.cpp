@@ -143,10 +143,10 @@ bool IsCounterMember(std::string_view key) {
 bool HasNamedElements(const HostType& list) {
     const HostType& element = *list.element;
     const bool isFixed = list.most != std::numeric_limits<std::size_t>::max();
-    return !isFixed && (element.shape == HostType::Shape::Text ||
-                        &element == &HostTypeOf<tavrosim::Function>() ||
-                        std::ranges::find(Identities, &element, &Identity::element) !=
-                            std::end(Identities));
+    return !isFixed &&
+           (element.shape == HostType::Shape::Text ||
+            &element == &HostTypeOf<tavrosim::Function>() ||
+            std::ranges::find(Identities, &element, &Identity::element) != std::end(Identities));
 }
 
 std::string NameOfElement(const HostType& element, const Json& value) {
@@ -177,8 +177,8 @@ bool IsHostPart(const HostType& element) {
 
 std::string MemberPath(const std::string& owner, const HostType& type,
                        const tavrosim::HostMember& member) {
-    const bool isKind = &type == &HostTypeOf<tavrosim::Function>() &&
-                        member.type->shape == HostType::Shape::Struct;
+    const bool isKind =
+        &type == &HostTypeOf<tavrosim::Function>() && member.type->shape == HostType::Shape::Struct;
     return isKind          ? owner
            : owner.empty() ? std::string(member.key)
                            : owner + '.' + std::string(member.key);

@@ -75,7 +75,8 @@ std::vector<RearrangementStep> Rearrange(std::size_t size, const ListOrigin& ori
         current.erase(found);
         next -= from < next ? 1 : 0;
         if (from != next) {
-            steps.push_back({.kind = Kind::Move, .element = *origin[index], .at = next, .from = from});
+            steps.push_back(
+                {.kind = Kind::Move, .element = *origin[index], .at = next, .from = from});
         }
         current.insert(place(next++), index);
     }

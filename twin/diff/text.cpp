@@ -23,8 +23,8 @@ constexpr const char* HiddenSecret = "(secret)";
 
 bool IsControl(std::string_view text, std::size_t at) {
     const auto byte = static_cast<unsigned char>(text[at]);
-    const bool isSecondary = byte == 0xC2 && at + 1 < text.size() &&
-                             static_cast<unsigned char>(text[at + 1]) < 0xA0;
+    const bool isSecondary =
+        byte == 0xC2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0;
     return byte < 0x20 || byte == 0x7F || isSecondary;
 }
 

@@ -1,22 +1,18 @@
 #include "twin/documents/document.h"
 
 #include <array>
-#include <filesystem>
 
 #include "library/platform/environment.h"
 #include "library/platform/file.h"
 #include "library/text/text.h"
 #include "platform/control_characters.h"
+#include "platform/crash_dump.h"
 #include "platform/input.h"
 #include "platform/output.h"
 #include "twin/exit_status.h"
 
 namespace tavrohost {
 namespace {
-
-std::filesystem::path PathFrom(const std::string& name) {
-    return std::filesystem::path(std::u8string(name.begin(), name.end()));
-}
 
 std::string ReadStandardInputWhole() {
     std::string content;
@@ -42,8 +38,7 @@ bool WriteLinesToTerminal(std::string_view text) {
             takesText ? tavro::platform::WriteConsoleText(line)
                       : tavro::platform::WriteStandardOutput(tavrolib::Utf8FromWide(line));
         if (!written || (end != std::string_view::npos &&
-                         !tavro::platform::WriteStandardOutput(
-                             tavro::platform::OutputLineEnd()))) {
+                         !tavro::platform::WriteStandardOutput(tavro::platform::OutputLineEnd()))) {
             return false;
         }
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
@@ -53,11 +48,16 @@ bool WriteLinesToTerminal(std::string_view text) {
 
 }  // namespace
 
+std::filesystem::path PathOfDocument(const std::string& name) {
+    return std::filesystem::path(std::u8string(name.begin(), name.end()));
+}
+
 std::string ReadDocument(const std::string& name) {
+    tavro::platform::ForbidCrashDumps();  // it may hold secrets
     if (name == StandardStream) {
         return ReadStandardInputWhole();
     }
-    const std::filesystem::path path = PathFrom(name);
+    const std::filesystem::path path = PathOfDocument(name);
     auto content = tavrolib::platform::ReadWholeFile(path);
     if (!content) {
         throw TroubleError(name + ": there is no such file");
@@ -70,7 +70,8 @@ void WriteDocument(const std::string& name, std::string_view content) {
         WriteOutput(content);
         return;
     }
-    tavrolib::platform::ReplaceContent(tavrolib::platform::WithoutLinks(PathFrom(name)), content);
+    tavrolib::platform::ReplaceContent(tavrolib::platform::WithoutLinks(PathOfDocument(name)),
+                                       content);
 }
 
 void WriteOutput(std::string_view text) {

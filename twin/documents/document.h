@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -9,7 +10,11 @@ namespace tavrohost {
 // What stands for standard input or output in the place of a file name.
 inline constexpr std::string_view StandardStream = "-";
 
-// The whole content of the file of that name (UTF-8), or of standard input for "-". Throws
+// The path of the file of that name (UTF-8).
+std::filesystem::path PathOfDocument(const std::string& name);
+
+// The whole content of the file of that name (UTF-8), or of standard input for "-". Since it can
+// hold secrets, the process leaves no core from then on. Throws
 // TroubleError when there is no such file, and tavrolib::platform::FileError when it cannot be read
 // (see ReadWholeFile).
 std::string ReadDocument(const std::string& name);
