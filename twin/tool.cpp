@@ -20,9 +20,7 @@ namespace {
 
 // In the order in which `--help` lists them.
 constexpr void (*Commands[])(CLI::App& tool, int& status) = {
-    AddDiffCommand,
-    AddRunCommand,
-    AddSchemaCommand,
+    AddDiffCommand, AddCheckCommand, AddRestartCommand, AddRunCommand, AddSchemaCommand,
 };
 
 // What `--help` and `--version` print goes to standard output, everything else is a diagnostic.

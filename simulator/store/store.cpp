@@ -124,8 +124,11 @@ Outcome Store::Change(const std::function<Outcome(Host&)>& change) {
     }
 }
 
-Outcome Store::RestartHost() {
-    return Change([](Host& host) {
+Outcome Store::RestartHost(const std::function<void(const Host&)>& look) {
+    return Change([&look](Host& host) {
+        if (look) {
+            look(host);
+        }
         Restart(host);
         return Done();
     });

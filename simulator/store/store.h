@@ -44,8 +44,9 @@ class Store {
     // written, the file stays as it is.
     Outcome Change(const std::function<Outcome(Host&)>& change);
 
-    // Restarts the host: what is pending is in force afterwards.
-    Outcome RestartHost();
+    // Restarts the host: what is pending is in force afterwards. `look` gets the host as it is just
+    // before, while nobody else can change it.
+    Outcome RestartHost(const std::function<void(const Host&)>& look = nullptr);
 
   private:
     HostPlace place_;

@@ -11,6 +11,8 @@ namespace tavrohost {
 // taken in, and leaves its exit status in `status`; what it cannot do it throws as TroubleError.
 // Both references outlive the command.
 void AddDiffCommand(CLI::App& tool, int& status);
+void AddCheckCommand(CLI::App& tool, int& status);
+void AddRestartCommand(CLI::App& tool, int& status);
 void AddRunCommand(CLI::App& tool, int& status);
 void AddSchemaCommand(CLI::App& tool, int& status);
 
