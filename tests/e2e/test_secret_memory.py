@@ -147,7 +147,8 @@ def test_on_a_terminal(watched):
 
 
 @pytest.mark.parametrize("secret, abandoned, given", [
-    (SECRET, False, {31: 2}), (SECRET, True, {}), (LONG, False, {})], ids=["accepted", "abandoned", "refused"])
+    (SECRET, False, {31: 2}), (SECRET[:12], False, {31: 0}), (SECRET, True, {}), (LONG, False, {})],
+    ids=["accepted", "short", "abandoned", "refused"])
 def test_answers_from_a_file(watched, secret, abandoned, given):
     """The watched program in which the answers come from files."""
     file = watched.sandbox.folder / "secret"

@@ -20,73 +20,80 @@ namespace {
 
 namespace console = tavro::console;
 
-// The first line of the file, which may be a pipe. No copy stays behind but the result.
-std::string FirstLineOf(const std::string& name) {
-    constexpr std::size_t LongestLine = 4000;
+// What is an answer at most, in bytes; an environment variable may hold more.
+constexpr std::size_t LongestLine = 4000;
+
+// Reads the first line of the file, which may be a pipe. No copy stays behind but the result.
+void ReadFirstLine(const std::string& name, std::string& line) {
     std::filebuf file;
     file.pubsetbuf(nullptr, 0);
     if (file.open(std::filesystem::path(std::u8string(name.begin(), name.end())),
                   std::ios::in | std::ios::binary) == nullptr) {
         throw TroubleError(name + " cannot be read");
     }
-    std::array<char, LongestLine + 2> block{};
-    const std::streamsize count = file.sgetn(block.data(), block.size());
-    const std::string_view content(block.data(), static_cast<std::size_t>(count));
-    std::string line(content.substr(0, content.find_first_of("\r\n")));
-    tavro::platform::WipeBytes(block.data(), block.size());
-    if (line.size() > LongestLine) {
-        console::WipeSecret(line);
+    line.resize(LongestLine + 1);
+    const std::streamsize count =
+        file.sgetn(line.data(), static_cast<std::streamsize>(line.size()));
+    const std::string_view content(line.data(), static_cast<std::size_t>(count));
+    const std::size_t end = std::min(content.find_first_of("\r\n"), content.size());
+    tavro::platform::WipeBytes(line.data() + end, line.size() - end);
+    line.resize(end);
+    if (end > LongestLine) {
         throw TroubleError("the first line of " + name + " is too long");
     }
-    return line;
 }
 
-std::string TextOf(const Answer& answer) {
+// Puts the answer into a text that has room for it, so that no copy is made on the way.
+void ReadAnswer(const Answer& answer, std::string& line) {
     switch (answer.source) {
         case Answer::Source::File:
-            return FirstLineOf(answer.text);
+            ReadFirstLine(answer.text, line);
+            return;
         case Answer::Source::Environment:
-            if (auto value = platform::TextVariable(answer.text)) {
-                return *std::move(value);
+            if (const auto value = platform::TextVariable(answer.text)) {
+                line = *value;
+                return;
             }
             throw TroubleError("there is no environment variable " + answer.text);
         case Answer::Source::Text:
-            break;
+            line = answer.text;
+            return;
     }
-    return answer.text;
 }
 
 bool IsAscii(std::string_view text) {
     return std::ranges::all_of(text, [](char character) { return (character & 0x80) == 0; });
 }
 
-// The text as it would arrive if it were typed.
-std::string AsTyped(std::string text) {
+// Makes of UTF-8 what would arrive if it were typed.
+void EncodeAsTyped(std::string& line) {
     const unsigned codePage = tavro::platform::OutputCodePage();
-    if (codePage == tavro::platform::Utf8CodePage || IsAscii(text)) {
-        return text;
+    if (codePage == tavro::platform::Utf8CodePage || IsAscii(line)) {
+        return;
     }
-    std::wstring wide = tavrolib::WideFromUtf8(text);
+    std::wstring wide = tavrolib::WideFromUtf8(line);
     const tavro::platform::WipeAtEnd guard(wide);
-    console::WipeSecret(text);
     auto typed = tavro::platform::EncodeExactly(wide, codePage);
     if (!typed) {
         throw TroubleError("it holds a character that the console's code page lacks");
     }
-    return *std::move(typed);
+    const console::SecretGuard typedGuard(*typed);
+    line.replace(0, line.size(), *typed);
 }
 
 // The answers of one run as input.
 class AnswerInput {
   public:
     AnswerInput(AnsweringRun run, bool isOnTerminal)
-        : run_(std::move(run)), isOnTerminal_(isOnTerminal) {}
+        : run_(std::move(run)), isOnTerminal_(isOnTerminal) {
+        line_.reserve(LongestLine + 2);
+    }
     ~AnswerInput() { console::WipeSecret(line_); }
     AnswerInput(const AnswerInput&) = delete;
     AnswerInput& operator=(const AnswerInput&) = delete;
 
     void Ask(std::wstring_view openLine, bool isSecret) {
-        if (!line_.empty()) {
+        if (position_ < line_.size()) {
             return;  // the rest of an answer that is being read
         }
         question_ = {.message = run_.messageIn(openLine), .prompt = Trimmed(openLine)};
@@ -100,13 +107,11 @@ class AnswerInput {
     }
 
     std::size_t Read(char* buffer, std::size_t size) {
-        const std::size_t count = line_.copy(buffer, size);
-        if (count < line_.size()) {
-            std::string rest = line_.substr(count);
-            line_.swap(rest);
-            console::WipeSecret(rest);
-        } else {
+        const std::size_t count = line_.copy(buffer, size, position_);
+        position_ += count;
+        if (position_ == line_.size()) {
             console::WipeSecret(line_);
+            position_ = 0;
         }
         return count;
     }
@@ -121,16 +126,13 @@ class AnswerInput {
                                "environment");
         }
         try {
-            line_ = AsTyped(TextOf(answer));
+            ReadAnswer(answer, line_);
+            EncodeAsTyped(line_);
         } catch (const TroubleError& error) {
+            console::WipeSecret(line_);
             throw TroubleError("the answer to " + question_.Text() + ": " + error.what());
         }
-        std::string line;
-        line.reserve(line_.size() + 1);
-        line += line_;
-        line += '\n';
-        line_.swap(line);
-        console::WipeSecret(line);
+        line_ += '\n';
     }
 
     // A terminal shows what was typed there; who reads its screen is to see the same now.
@@ -165,7 +167,8 @@ class AnswerInput {
     AnsweringRun run_;
     bool isOnTerminal_;
     Question question_;
-    std::string line_;  // what is left to be read of the answer
+    std::string line_;  // the answer that is being read
+    std::size_t position_ = 0;  // of what is left of it
 };
 
 }  // namespace
