@@ -21,7 +21,8 @@ constexpr struct {
 }  // namespace
 
 int RunChildMode(const ReceivedJob& job, int argc, const char* const* argv) {
-    const auto* const mode = std::ranges::find(ChildModes, job.mode, [](const auto& row) { return row.name; });
+    const auto* const mode =
+        std::ranges::find(ChildModes, job.mode, [](const auto& row) { return row.name; });
     if (mode == std::end(ChildModes)) {
         throw TroubleError("a child of an unknown mode");
     }

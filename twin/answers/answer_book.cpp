@@ -113,7 +113,10 @@ AnswerBook::AnswerBook(const Json& document) {
     const Place whole;
     tavrolib::WantObject(document, whole);
     tavrolib::RefuseUnknownMembers(
-        document, [](std::string_view name) { return IsOneOf(name, {"format", "answers"}); },
+        document,
+        [](std::string_view name) {
+            return IsOneOf(name, {"format", "answers"});
+        },
         whole);
     const Place formatPlace(whole, "format");
     if (!document.contains("format")) {

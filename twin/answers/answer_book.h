@@ -45,8 +45,8 @@ class AnswerBook {
     // Throws tavrolib::ShapeError when the document is none of answers.
     explicit AnswerBook(const tavrolib::Json& document);
 
-    // The answer to the question that is asked now: the n-th to its n-th asking. Throws TroubleError
-    // with a sentence that names the question when there is none (any more).
+    // The answer to the question that is asked now: the n-th to its n-th asking. Throws
+    // TroubleError with a sentence that names the question when there is none (any more).
     const Answer& Next(const Question& question);
 
   private:

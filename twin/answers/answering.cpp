@@ -167,7 +167,7 @@ class AnswerInput {
     AnsweringRun run_;
     bool isOnTerminal_;
     Question question_;
-    std::string line_;  // the answer that is being read
+    std::string line_;          // the answer that is being read
     std::size_t position_ = 0;  // of what is left of it
 };
 

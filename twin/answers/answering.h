@@ -23,8 +23,8 @@ struct AnsweringRun {
 
 // The device with answers from the book in place of input. A question without an answer, a refused
 // answer and a secret that would have to come from the document are told as trouble and end the
-// command (console::CommandAbandoned). Secrets are wiped once they were read. On a terminal answers are
-// shown as if they had been typed, but for secrets and what came from elsewhere.
+// command (console::CommandAbandoned). Secrets are wiped once they were read. On a terminal answers
+// are shown as if they had been typed, but for secrets and what came from elsewhere.
 tavro::console::Device Answering(tavro::console::Device device, AnsweringRun run);
 
 }  // namespace tavrohost

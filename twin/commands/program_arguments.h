@@ -10,8 +10,8 @@ namespace tavrohost {
 // Nothing when there is no "--". Set before the command is chosen.
 std::optional<std::vector<std::string>>& ProgramArguments();
 
-// Cuts what belongs to ProgramArguments off the tool's own arguments, its name first, when they name
-// a command that runs the program.
+// Cuts what belongs to ProgramArguments off the tool's own arguments, its name first, when they
+// name a command that runs the program.
 void TakeProgramArguments(std::vector<std::string>& toolArguments);
 
 // The command line of the program; throws TroubleError when there is none.

@@ -46,8 +46,9 @@ void AddRunCommand(CLI::App& tool, int& status) {
     AddAnswersOption(*command, options->answersFile);
     AddLibraryOption(*command, options->libraryFile);
     AddTimeoutOption(*command, options->timeLimit);
-    command->footer("The arguments of tavrocli stand behind --, as in\n"
-                    "  tavrohost run -- -showadapter");
+    command->footer(
+        "The arguments of tavrocli stand behind --, as in\n"
+        "  tavrohost run -- -showadapter");
     command->callback([options, &status] { status = Run(*options); });
 }
 

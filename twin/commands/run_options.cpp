@@ -11,8 +11,7 @@ namespace tavrohost {
 
 void AddTimeoutOption(CLI::App& command, std::optional<int>& seconds) {
     constexpr int Longest = 1'000'000;
-    command
-        .add_option("--timeout", seconds, "Stop after so many seconds")
+    command.add_option("--timeout", seconds, "Stop after so many seconds")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, Longest));
 }

@@ -52,10 +52,10 @@ struct ChildEnd {
     int code = 0;
 };
 
-// Starts the program file of this process and waits for the end. A child whose time is over, or that
-// a signal is to end, is asked to end first (on Windows ended at once) and killed if it goes on; the
-// terminal is then as it was. Throws Interrupted after that signal, and TroubleError when the
-// program cannot be started.
+// Starts the program file of this process and waits for the end. A child whose time is over, or
+// that a signal is to end, is asked to end first (on Windows ended at once) and killed if it goes
+// on; the terminal is then as it was. Throws Interrupted after that signal, and TroubleError when
+// the program cannot be started.
 ChildEnd RunThisProgram(const ChildCommand& command);
 
 // To be called by the child: it is not to outlive its parent.

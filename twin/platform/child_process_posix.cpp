@@ -76,7 +76,8 @@ std::vector<char*> PointersTo(std::vector<std::string>& texts) {
     return pointers;
 }
 
-std::vector<std::string> EnvironmentWith(const std::pair<std::string, std::filesystem::path>& added) {
+std::vector<std::string> EnvironmentWith(
+    const std::pair<std::string, std::filesystem::path>& added) {
     const std::string start = added.first + '=';
     std::vector<std::string> variables;
     for (char** variable = environ; *variable != nullptr; ++variable) {

@@ -23,8 +23,8 @@ struct HandleCloser {
 };
 using Handle = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
 
-// Of the process: how many HeldSignals there are, and the events by which the handler, which runs in
-// a thread of its own, tells that the process is to end and learns that it may.
+// Of the process: how many HeldSignals there are, and the events by which the handler, which runs
+// in a thread of its own, tells that the process is to end and learns that it may.
 int heldCount = 0;
 HANDLE endIsWanted = nullptr;
 HANDLE endIsNear = nullptr;

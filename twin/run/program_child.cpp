@@ -92,7 +92,8 @@ int RunAsProgram(const ReceivedJob& job, int argc, const char* const* argv) {
             std::move(device),
             {.book = hasAnswers ? AnswerBook(job.details["answers"]) : AnswerBook(),
              .messageIn = [&](std::wstring_view line) { return watch.MessageIn(line); },
-             .trouble = [&](const std::string& sentence) { watch.Writer().NoteTrouble(sentence); }});
+             .trouble =
+                 [&](const std::string& sentence) { watch.Writer().NoteTrouble(sentence); }});
     }
     std::wstring failure;
     {

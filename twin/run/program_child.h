@@ -16,8 +16,8 @@ tavrolib::Json DetailsOf(const ProgramJob& job);
 // Where the child writes down what it watches (ReadJournal).
 std::filesystem::path JournalFileIn(const std::filesystem::path& folder);
 
-// Runs the command line of this process as the program would, watched. Returns 0 however the command
-// goes.
+// Runs the command line of this process as the program would, watched. Returns 0 however the
+// command goes.
 int RunAsProgram(const ReceivedJob& job, int argc, const char* const* argv);
 
 }  // namespace tavrohost

@@ -33,8 +33,8 @@ struct ProgramJob {
     // Without the program's name; in UTF-8, outside Windows any bytes.
     std::vector<std::string> arguments;
     LibraryChoice library{};
-    // The document that answers the questions (AnswerBook); without it they are answered by standard
-    // input, unless that is a terminal and the output is kept: then nobody would see them.
+    // The document that answers the questions (AnswerBook); without it they are answered by
+    // standard input, unless that is a terminal and the output is kept: then nobody would see them.
     std::optional<tavrolib::Json> answers{};
     OutputUse output = OutputUse::PassThrough;
     std::optional<std::chrono::milliseconds> timeLimit{};

@@ -114,8 +114,8 @@ std::vector<std::string> ShownArguments(const std::vector<std::string>& argument
     std::vector<std::string> shown;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
         const std::string& argument = arguments[index];
-        const bool mayBeSecret = first && index >= *first && argument != "-debug" &&
-                                 !tavro::IsLoginOption(argument);
+        const bool mayBeSecret =
+            first && index >= *first && argument != "-debug" && !tavro::IsLoginOption(argument);
         shown.push_back(mayBeSecret ? "***" : tavrolib::Utf8FromBytes(argument));
     }
     return shown;

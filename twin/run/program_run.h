@@ -15,7 +15,8 @@ namespace tavrohost {
 
 enum class RunOutcome {
     Done,     // the library did what was asked for
-    Refused,  // it refused, or was not asked: a bad operand, a declined question, an unknown command
+    Refused,  // it refused, or was not asked: a bad operand, a declined question, an unknown
+              // command
     Failed,   // the run did not come to its end, or there is no library
 };
 

@@ -23,8 +23,7 @@ bool Succeeded(const WatchedCall& call) {
 }
 
 bool WasMade(std::span<const WatchedCall> calls, const DecidingCall& deciding) {
-    return std::ranges::any_of(calls,
-                               [&](const WatchedCall& call) { return Is(call, deciding); });
+    return std::ranges::any_of(calls, [&](const WatchedCall& call) { return Is(call, deciding); });
 }
 
 bool WasInitialized(std::span<const WatchedCall> calls) {
@@ -63,9 +62,9 @@ Verdict Judge(const Decision& decision, std::span<const WatchedCall> calls) {
             decision.Calls(), [&](const DecidingCall& deciding) { return Is(call, deciding); });
         if (decides) {
             verdict.isDone = verdict.isDone && Succeeded(call);
-            verdict.restartRequired = verdict.restartRequired ||
-                                      (call.status == 0U &&
-                                       call.completionCode == tavroapi::AppliedAtRestart);
+            verdict.restartRequired =
+                verdict.restartRequired ||
+                (call.status == 0U && call.completionCode == tavroapi::AppliedAtRestart);
         }
     }
     return verdict;

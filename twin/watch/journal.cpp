@@ -25,8 +25,9 @@ Json EndOf(std::uint32_t status, std::optional<std::int64_t> completionCode) {
 }
 
 std::optional<std::string> TextIn(const Json& json, const char* name) {
-    return json.contains(name) ? std::optional(tavrolib::BytesFromUtf8(json[name].get<std::string>()))
-                               : std::nullopt;
+    return json.contains(name)
+               ? std::optional(tavrolib::BytesFromUtf8(json[name].get<std::string>()))
+               : std::nullopt;
 }
 
 template <class Number>

@@ -12,8 +12,8 @@
 #include "library/json/json.h"
 #include "tavroapi/inventory_records.h"
 
-// What a watched run leaves behind in a file, line by line, so that it is there when the run ends in
-// the middle.
+// What a watched run leaves behind in a file, line by line, so that it is there when the run ends
+// in the middle.
 namespace tavrohost {
 
 // One call of the library. Narrow texts are bytes as the program has them.
