@@ -38,12 +38,21 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path);
 // platform allows that to be told; else the path itself.
 std::filesystem::path WithoutLinks(std::filesystem::path path);
 
+// Who may read a file that was there before; a new one is the owner's alone.
+enum class Readers {
+    AsBefore,
+    // Others are shut out; where that cannot be done, the file is refused.
+    OwnerOnly,
+};
+
 // Puts a file with this content in the place of `path`, which need not exist: a new file is
 // written beside it, brought to the disk, and renamed, so that a crash leaves the old or the new
 // content. It keeps owner, group and mode of the old one (on Windows its access list, and the owner
 // where the user may give files away). Where these cannot be kept, and where there was none, only
-// the owner can read it. Callers hold a lock: two of them must not replace the same file at once.
-void ReplaceContent(const std::filesystem::path& path, std::string_view content);
+// the owner can read it. With OwnerOnly nothing is kept, and the owner is who runs this process.
+// Callers hold a lock: two of them must not replace the same file at once.
+void ReplaceContent(const std::filesystem::path& path, std::string_view content,
+                    Readers readers = Readers::AsBefore);
 
 // Makes the folder and those above it where they are missing; only the owner can enter a new one.
 void MakeFolder(const std::filesystem::path& path);
@@ -72,13 +81,6 @@ enum class Accept {
     // A symbolic link in their place only when the user that runs this process owns it. On Windows
     // no link: what an administrator makes belongs to a group there, and an owner says too little.
     OwnRegularFiles,
-};
-
-// Who may read an AppendFile that was there before; a new one is the owner's alone.
-enum class Readers {
-    AsBefore,
-    // Others are shut out; where that cannot be done, the file is refused.
-    OwnerOnly,
 };
 
 // A file that only grows; several programs may append to it at once. Made when missing. Throws

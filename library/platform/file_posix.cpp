@@ -318,7 +318,7 @@ std::filesystem::path WithoutLinks(std::filesystem::path path) {
     return path;
 }
 
-void ReplaceContent(const std::filesystem::path& path, std::string_view content) {
+void ReplaceContent(const std::filesystem::path& path, std::string_view content, Readers readers) {
     std::filesystem::path fresh = path;
     fresh += ".new";
     unlink(fresh.c_str());  // what a crash may have left
@@ -333,7 +333,9 @@ void ReplaceContent(const std::filesystem::path& path, std::string_view content)
     if (const int error = WriteAll(file.Value(), content)) {
         giveUp(L"cannot be written", error);
     }
-    MakeLike(file, path);
+    if (readers == Readers::AsBefore) {
+        MakeLike(file, path);
+    }
     if (fsync(file.Value()) != 0 || file.Close() != 0) {
         giveUp(L"cannot be written", errno);
     }

@@ -319,7 +319,7 @@ std::filesystem::path WithoutLinks(std::filesystem::path path) {
                : std::filesystem::path(std::wstring(name.data(), length));
 }
 
-void ReplaceContent(const std::filesystem::path& path, std::string_view content) {
+void ReplaceContent(const std::filesystem::path& path, std::string_view content, Readers readers) {
     std::filesystem::path fresh = path;
     fresh += L".new";
     DeleteFileW(fresh.c_str());  // what a crash may have left
@@ -340,7 +340,9 @@ void ReplaceContent(const std::filesystem::path& path, std::string_view content)
     if (const DWORD error = WriteAll(file.Value(), content)) {
         giveUp(fresh, L"cannot be written", error);
     }
-    MakeLike(file.Value(), path);
+    if (readers == Readers::AsBefore) {
+        MakeLike(file.Value(), path);
+    }
     if (FlushFileBuffers(file.Value()) == 0 || !file.Close()) {
         giveUp(fresh, L"cannot be written", GetLastError());
     }

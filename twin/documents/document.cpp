@@ -71,7 +71,7 @@ void WriteDocument(const std::string& name, std::string_view content) {
         return;
     }
     tavrolib::platform::ReplaceContent(tavrolib::platform::WithoutLinks(PathOfDocument(name)),
-                                       content);
+                                       content, tavrolib::platform::Readers::OwnerOnly);
 }
 
 void WriteOutput(std::string_view text) {

@@ -19,9 +19,10 @@ std::filesystem::path PathOfDocument(const std::string& name);
 // (see ReadWholeFile).
 std::string ReadDocument(const std::string& name);
 
-// Puts a file with this content in the place of `name` (UTF-8), readable by its owner only when it
-// is new; writes to standard output for "-". Throws tavrolib::platform::FileError or TroubleError
-// when that is impossible; the file is then as it was.
+// Puts a file with this content in the place of `name` (UTF-8), which only the user of this process
+// can read, whoever could read a file of that name; writes to standard output for "-". Throws
+// tavrolib::platform::FileError or TroubleError when that is impossible; the file is then as it
+// was.
 void WriteDocument(const std::string& name, std::string_view content);
 
 // Writes a result to standard output: on a terminal without control characters that would act on

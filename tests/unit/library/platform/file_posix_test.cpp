@@ -180,6 +180,15 @@ TEST_F(PosixFileTest, ANewContentKeepsTheMode) {
     }
 }
 
+TEST_F(PosixFileTest, ANewContentForItsOwnerKeepsNoMode) {
+    const auto path = folder_ / "file";
+    Write(path, "old");
+    ASSERT_EQ(chmod(path.c_str(), 0664), 0);
+    ReplaceContent(path, "new", Readers::OwnerOnly);
+    EXPECT_EQ(Read(path), "new");
+    EXPECT_EQ(ModeOf(path), 0600U);
+}
+
 TEST_F(PosixFileTest, ANewContentKeepsTheAccessList) {
     const auto path = folder_ / "file";
     Write(path, "old");

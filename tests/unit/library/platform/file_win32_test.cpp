@@ -3,10 +3,15 @@
 #ifdef _WIN32
 
 #include <gtest/gtest.h>
+// windows.h must come before the other Windows headers.
 #include <windows.h>
+
+#include <sddl.h>
 
 #include <chrono>
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "library/platform/file.h"
 #include "unit/library/support.h"
@@ -16,6 +21,7 @@ namespace {
 
 using tavrolib_test::Folder;
 using tavrolib_test::Read;
+using tavrolib_test::Write;
 
 // What taking a pipe for a file fails with; the pipe is made anew for it, since each taker uses one
 // instance up.
@@ -46,6 +52,39 @@ TEST(Win32FileTest, APipeIsRefused) {
                   const FileLock lock(path, std::chrono::milliseconds(0));
               }),
               L": is a pipe");
+}
+
+// Who may do what with the file, as text.
+std::wstring AccessListOf(const std::filesystem::path& path) {
+    DWORD size = 0;
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<unsigned char> descriptor(size);
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), size, &size);
+    wchar_t* text = nullptr;
+    EXPECT_NE(ConvertSecurityDescriptorToStringSecurityDescriptorW(
+                  descriptor.data(), SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text, nullptr),
+              0);
+    const std::wstring list = text;
+    LocalFree(text);
+    return list;
+}
+
+TEST(Win32FileTest, ANewContentForItsOwnerKeepsNoAccessList) {
+    constexpr const wchar_t* Everybody = L";;;WD)";
+    const Folder folder;
+    const auto path = folder / "file";
+    Write(path, "old");
+    void* list = nullptr;
+    ASSERT_NE(ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:P(A;;FA;;;WD)",
+                                                                   SDDL_REVISION_1, &list, nullptr),
+              0);
+    EXPECT_NE(SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, list), 0);
+    LocalFree(list);
+    ReplaceContent(path, "new");
+    EXPECT_NE(AccessListOf(path).find(Everybody), std::wstring::npos);
+    ReplaceContent(path, "newer", Readers::OwnerOnly);
+    EXPECT_EQ(AccessListOf(path).find(Everybody), std::wstring::npos);
+    EXPECT_EQ(Read(path), "newer");
 }
 
 TEST(Win32FileTest, AnAppendWaitsForItsTurnAndThenNoLonger) {
