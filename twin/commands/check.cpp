@@ -6,6 +6,7 @@
 
 #include "twin/check/check.h"
 #include "twin/commands/commands.h"
+#include "twin/commands/run_options.h"
 #include "twin/documents/document.h"
 #include "twin/documents/host_document.h"
 #include "twin/documents/json_text.h"
@@ -31,7 +32,9 @@ int Check(const CheckArguments& arguments) {
 void AddCheckCommand(CLI::App& tool, int& status) {
     const auto arguments = std::make_shared<CheckArguments>();
     CLI::App* command = tool.add_subcommand("check", "Tell all that is wrong with a host file");
-    command->add_option("FILE", arguments->file, "The host file, or \"-\"")->required();
+    command->add_option("FILE", arguments->file, "The host file, or \"-\"")
+        ->required()
+        ->check(NotEmpty());
     command->add_flag("--json", arguments->asJson, "Tell it as JSON");
     command->callback([arguments, &status] { status = Check(*arguments); });
 }

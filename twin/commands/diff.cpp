@@ -3,6 +3,7 @@
 #include <string>
 
 #include "twin/commands/commands.h"
+#include "twin/commands/run_options.h"
 #include "twin/commands/show_difference.h"
 #include "twin/diff/difference.h"
 #include "twin/documents/document.h"
@@ -35,8 +36,12 @@ int Diff(const DiffArguments& arguments) {
 void AddDiffCommand(CLI::App& tool, int& status) {
     const auto arguments = std::make_shared<DiffArguments>();
     CLI::App* command = tool.add_subcommand("diff", "Show what differs between two host files");
-    command->add_option("A", arguments->before, "The host file of before, or \"-\"")->required();
-    command->add_option("B", arguments->after, "The host file of after, or \"-\"")->required();
+    command->add_option("A", arguments->before, "The host file of before, or \"-\"")
+        ->required()
+        ->check(NotEmpty());
+    command->add_option("B", arguments->after, "The host file of after, or \"-\"")
+        ->required()
+        ->check(NotEmpty());
     CLI::Option* const json = command->add_flag("--json", arguments->asPatch,
                                                 "Show it as JSON Patch, which makes B of A");
     command->add_flag("--counters", arguments->options.counters,

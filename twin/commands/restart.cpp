@@ -5,6 +5,7 @@
 #include "library/text/text.h"
 #include "simulator/store/store.h"
 #include "twin/commands/commands.h"
+#include "twin/commands/run_options.h"
 #include "twin/commands/show_difference.h"
 #include "twin/diff/difference.h"
 #include "twin/documents/document.h"
@@ -49,7 +50,7 @@ void AddRestartCommand(CLI::App& tool, int& /*status*/) {
     const auto arguments = std::make_shared<RestartArguments>();
     CLI::App* command = tool.add_subcommand(
         "restart", "Put in force what waits for the restart of a host file's host");
-    command->add_option("FILE", arguments->file, "The host file")->required();
+    command->add_option("FILE", arguments->file, "The host file")->required()->check(NotEmpty());
     command->add_flag("--json", arguments->asPatch, "Show what changed as JSON Patch");
     command->callback([arguments] { RestartHostFile(*arguments); });
 }

@@ -9,6 +9,13 @@
 
 namespace tavrohost {
 
+CLI::Validator NotEmpty() {
+    return {[](const std::string& value) {
+                return value.empty() ? std::string("must not be empty") : std::string();
+            },
+            ""};
+}
+
 void AddTimeoutOption(CLI::App& command, std::optional<int>& seconds) {
     constexpr int Longest = 1'000'000;
     command.add_option("--timeout", seconds, "Stop after so many seconds")
@@ -18,11 +25,14 @@ void AddTimeoutOption(CLI::App& command, std::optional<int>& seconds) {
 
 void AddLibraryOption(CLI::App& command, std::string& file) {
     command.add_option("--library", file, "The management library, instead of the installed one")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(NotEmpty());
 }
 
 void AddAnswersOption(CLI::App& command, std::string& file) {
-    command.add_option("--answers", file, "Answers to the questions, as JSON")->type_name("FILE");
+    command.add_option("--answers", file, "Answers to the questions, as JSON")
+        ->type_name("FILE")
+        ->check(NotEmpty());
 }
 
 LibraryChoice ChosenLibrary(const std::string& file) {

@@ -8,9 +8,13 @@
 
 namespace CLI {
 class App;
+class Validator;
 }  // namespace CLI
 
 namespace tavrohost {
+
+// Refuses an empty value of an option: what is not wanted is left out.
+CLI::Validator NotEmpty();
 
 // Options that several commands share.
 void AddTimeoutOption(CLI::App& command, std::optional<int>& seconds);
