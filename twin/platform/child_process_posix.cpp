@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <span>
 
 #include "twin/exit_status.h"
 
@@ -20,7 +21,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::array EndingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+// Those of a terminal first.
+constexpr std::array EndingSignals{SIGINT,  SIGQUIT, SIGHUP,    SIGTERM, SIGALRM, SIGUSR1, SIGUSR2,
+                                   SIGPIPE, SIGPOLL, SIGVTALRM, SIGPROF, SIGXCPU, SIGXFSZ};
+constexpr std::span TerminalSignals = std::span(EndingSignals).first<3>();
 
 // How long a child that was asked to end may take.
 constexpr std::chrono::seconds Grace{3};
@@ -164,7 +168,9 @@ class Waiting {
 
     // What a terminal sends goes to the child as well.
     void Interrupt(int signal, const siginfo_t& info) {
-        if (info.si_code != SI_KERNEL) {
+        const bool isOfTerminal =
+            std::ranges::find(TerminalSignals, signal) != TerminalSignals.end();
+        if (!isOfTerminal || info.si_code != SI_KERNEL) {
             kill(child_, signal);
         }
         interruptedBy_ = signal;
