@@ -11,6 +11,7 @@
 #include "cli/operand.h"
 #include "tavroapi/entry_points.h"
 #include "tavroapi/operation_code.h"
+#include "tavroapi/operations.h"
 
 namespace tavro {
 
@@ -109,6 +110,9 @@ class Decision {
     };
     static constexpr std::size_t MostCalls = 6;
 
+    // Whether the records of a call that has returned 0 tell that all was done.
+    using RecordsTellSuccess = bool(const void* input, const void* output);
+
     static constexpr Decision Always() { return {Rule::Always, {}}; }
     static constexpr Decision Never() { return {Rule::Never, {}}; }
     static constexpr Decision EachOf(std::array<DecidingCall, MostCalls> calls) {
@@ -122,7 +126,21 @@ class Decision {
     // NOLINTNEXTLINE(google-explicit-constructor)
     constexpr Decision(tavroapi::OperationCode code) : Decision(Rule::EachOf, {code}) {}
 
+    // One operation decides, and where it has returned 0 its records do: AllWasDone(input, output).
+    template <tavroapi::OperationCode Code, auto AllWasDone>
+    static constexpr Decision ByRecordsOf() {
+        Decision decision(Code);
+        decision.recordsTellSuccess_ = [](const void* input, const void* output) {
+            return AllWasDone(*static_cast<const tavroapi::InputOf<Code>*>(input),
+                              *static_cast<const tavroapi::OutputOf<Code>*>(output));
+        };
+        return decision;
+    }
+
     constexpr Rule HowToDecide() const { return rule_; }
+
+    // Null where the records do not matter.
+    constexpr RecordsTellSuccess* SuccessInRecords() const { return recordsTellSuccess_; }
 
     constexpr std::span<const DecidingCall> Calls() const {
         std::size_t count = 0;
@@ -138,6 +156,7 @@ class Decision {
 
     Rule rule_;
     std::array<DecidingCall, MostCalls> calls_;
+    RecordsTellSuccess* recordsTellSuccess_ = nullptr;
 };
 
 // One row of the command table. Code, form, access class, decision and handler have no defaults: a

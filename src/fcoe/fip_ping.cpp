@@ -53,6 +53,11 @@ bool WasAnswered(CallOutcome outcome) {
            (outcome == CallOutcome::Failed && LastStatus == tavroapi::FcoePingRepliesMissing);
 }
 
+// Whether the library tells of no lost reply.
+bool NothingWasLost(const FcoePingRequest&, const tavroapi::FcoePingResult& result) {
+    return result.lost.empty() || result.lost == "0";
+}
+
 // Pings a target from an FCoE port.
 void PingFromFcoePort(const Invocation& invocation) {
     FcoePingRequest request = PingRequest(invocation);
@@ -103,7 +108,7 @@ std::span<const Command> FipPingCommands() {
          .otherForm = {"-fcoe", operand::PortWwn, "-ping", operand::FcoeTarget,
                        Optional(operand::PingTimeoutOption), Optional(operand::PingTimeout)},
          .access = AccessClass::Runs,
-         .decidedBy = OperationCode::PingFromFcoePort,
+         .decidedBy = Decision::ByRecordsOf<OperationCode::PingFromFcoePort, NothingWasLost>(),
          .handler = PingFromFcoePort},
         // The only form that refuses further words, a trailing "-debug" included.
         {.code = CommandCode{44},

@@ -1,6 +1,8 @@
 // The host's iSCSI initiator, and the ping that goes out from one of its ports.
 #include "iscsi/commands.h"
 
+#include <stdexcept>
+
 #include "cli/invocation.h"
 #include "cli/login_options.h"
 #include "cli/validation.h"
@@ -16,6 +18,8 @@ namespace tavro {
 using tavroapi::OperationCode;
 
 namespace {
+
+constexpr std::int32_t PingCount = 5;
 
 // A ping of which replies are missing has completed all the same.
 bool PingCompleted(CallOutcome outcome) {
@@ -35,6 +39,15 @@ std::int32_t LossPercentage(const std::string& sentText, const std::string& rece
     // One quotient does not fit into 32 bits, that of the smallest number and -1.
     const std::int64_t percentage = std::int64_t{static_cast<std::int32_t>(lost * 100U)} / sent;
     return static_cast<std::int32_t>(percentage);
+}
+
+// Whether the library tells of as many replies as it was asked for.
+bool AllRepliesCame(const tavroapi::IscsiPingRequest&, const tavroapi::IscsiPingResult& result) {
+    try {
+        return ParseSigned(result.received) >= PingCount;
+    } catch (const std::logic_error&) {
+        return false;
+    }
 }
 
 // Shows the name of the host's iSCSI initiator.
@@ -73,7 +86,7 @@ void PingFromIscsiPort(const Invocation& invocation) {
         ShowFailure(MessageId::IscsiPingFailed);
         return;
     }
-    tavroapi::IscsiPingRequest request{.count = "5",
+    tavroapi::IscsiPingRequest request{.count = std::to_string(PingCount),
                                        .packetSize = "32",
                                        .timeout = "500",
                                        .address = invocation.Text(operand::PingAddress)};
@@ -111,7 +124,7 @@ std::span<const Command> InitiatorCommands() {
         {.code = CommandCode{27},
          .form = {"-iscsi", operand::PortMac, "-ping", Uncounted(operand::PingAddress)},
          .access = AccessClass::Runs,
-         .decidedBy = OperationCode::PingFromIscsiPort,
+         .decidedBy = Decision::ByRecordsOf<OperationCode::PingFromIscsiPort, AllRepliesCame>(),
          .handler = PingFromIscsiPort},
     };
     return Rows;

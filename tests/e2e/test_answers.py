@@ -110,7 +110,7 @@ def ask_for_secret(sandbox, answer, *options, **names):
 
 def test_a_secret_from_a_file_appears_nowhere(watched):
     file = watched.folder / "the secret"
-    file.write_text(CHAP_SECRET + "\nnot this\n", encoding="utf-8")
+    file.write_text(CHAP_SECRET + "\n", encoding="utf-8")
     result, report = ask_for_secret(watched, {"file": watched.platform.path(file)})
     assert (result.exit_code, report["outcome"]) == (0, "done")
     assert CHAP_SECRET.encode() not in result.output + result.errors
@@ -157,9 +157,12 @@ def test_a_secret_stands_in_no_temporary_file(watched):
     pytest.param(CHAP_SECRET, "asks for a secret, which has to come from a file or the environment", id="text"),
     pytest.param({"environment": "NOT_SET"}, "there is no environment variable NOT_SET", id="variable"),
     pytest.param({"file": "no such file"}, "no such file cannot be read", id="file"),
+    pytest.param({"file": "."}, ". cannot be read", id="folder"),
+    pytest.param({"environment": "TWO_LINES"}, "the environment variable TWO_LINES must hold one line without control "
+                 "characters, of at most 4000 bytes", id="two lines"),
 ])
 def test_a_secret_has_to_be_where_it_should(watched, answer, told):
-    result, report = ask_for_secret(watched, answer)
+    result, report = ask_for_secret(watched, answer, env={"TWO_LINES": f"{CHAP_SECRET}\ny"})
     assert result.exit_code == 2
     assert 'question 28693 "#28693 :"' in report["failure"]
     assert report["failure"].endswith(told)

@@ -2,6 +2,7 @@
 
 import json
 import os
+import resource
 import signal
 import subprocess
 import time
@@ -13,6 +14,7 @@ from program import LIBRARY, ROOT, TIME_LIMIT, finish
 from terminal import Terminal
 
 MAC = "02-00-5E-00-00-01"
+WWN = "10:00:02:00:5E:10:00:04"
 SET_PERSONALITY = ["-res", MAC, "-set"]
 SET_INITIATOR = ["-iscsi", "-setinitiator", "iqn.2015-01.com.example:host", "-onewaychap"]
 SECRET = "a-very-secret-text"
@@ -129,6 +131,65 @@ def test_the_completion_code_counts(watched, code, status, restart):
     [write] = [call for call in report["calls"] if call.get("operation") == 61]
     assert write == {"call": "DoOperation", "operation": 61, "name": "WritePersonality", "request": MAC, "status": 0,
                      "completion_code": code}
+
+
+@pytest.mark.platforms("native", "sanitize")
+@pytest.mark.parametrize("arguments, answer, status", [
+    (["-iscsi", MAC, "-ping", "192.0.2.1"], {"operation": 18, "output": ["", "5"]}, 0),
+    (["-iscsi", MAC, "-ping", "192.0.2.1"], {"operation": 18, "output": ["", "4"]}, 1),
+    (["-fcoe", WWN, "-ping", WWN], {"operation": 41, "output": ["4", "", "", "", "4", "0"]}, 0),
+    (["-fcoe", WWN, "-ping", WWN], {"operation": 41, "output": ["4", "", "", "", "3", "1"]}, 1),
+], ids=["iSCSI", "iSCSI with losses", "FCoE", "FCoE with losses"])
+def test_a_ping_with_losses_is_not_done(watched, arguments, answer, status):
+    script(watched, answer)
+    result, report = run_json(watched, arguments)
+    assert (result.exit_code, report["outcome"]) == (status, ["done", "refused"][status])
+    [ping] = [call for call in report["calls"] if call.get("operation") == answer["operation"]]
+    assert (ping["status"], ping.get("incomplete", False)) == (0, status == 1)
+
+
+@pytest.mark.platforms("native", "sanitize")
+def test_an_error_of_a_call_that_decides_nothing_is_not_told(watched):
+    """The list of targets is refused; the login is not sent, because the question in between is declined."""
+    error = {"code": 9, "message": "No list.", "action": "", "additional": "", "details": ""}
+    script(watched, {"operation": 7, "status": 9, "error": error})
+    result, report = run_json(watched, ["-iscsi", MAC, "-target", "-login", "iqn.x", "192.0.2.1"], stdin="n\n")
+    assert (result.exit_code, report["outcome"]) == (1, "refused")
+    assert [call["status"] for call in report["calls"] if call.get("operation") == 7] == [9]
+    assert [call for call in report["calls"] if call.get("operation") == 11] == []
+    assert "error" not in report
+
+
+@pytest.mark.platforms("native", "sanitize")
+def test_an_exception_is_trouble(watched):
+    script(watched, {"operation": 18, "output": ["", "none"]})
+    result, report = run_json(watched, ["-iscsi", MAC, "-ping", "192.0.2.1"])
+    assert (result.exit_code, report["outcome"]) == (2, "failed")
+    assert report["failure"] == "the command failed: invalid stol argument"
+    assert result.errors == b"tavrocli: invalid stol argument\ntavrohost: " + report["failure"].encode() + b"\n"
+
+
+@pytest.mark.platforms("native", "sanitize")
+def test_a_journal_that_cannot_be_written_is_trouble(watched):
+    script(watched, {"operation": 30})
+    process = watched.start(
+        ["-iscsi", "-getinitiator"], preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (200, 200)))
+    output, errors = finish(process, None)
+    assert process.returncode == 2
+    assert errors == b"tavrohost: the command ended early, or what it did could not be written down\n"
+    watched.tool_arguments = None
+    assert watched.run(["-iscsi", "-getinitiator"]).output == output
+
+
+@pytest.mark.platforms("native", "sanitize")
+@pytest.mark.parametrize("tool", [
+    ["run", "--answers", "", "--", "-about"], ["run", "--library", "", "--", "-about"],
+    ["run", "--timeout", "", "--", "-about"], ["diff", "", "-"], ["diff", "-", ""], ["check", ""], ["restart", ""],
+], ids=" ".join)
+def test_an_empty_value_is_refused(watched, tool):
+    result = watched.run_tool(tool)
+    assert (result.exit_code, result.output) == (2, b"")
+    assert b"must not be empty" in result.errors or "--timeout" in tool
 
 
 @pytest.mark.platforms("native", "sanitize")
@@ -260,7 +321,9 @@ def test_the_time_limit_holds_for_questions_too(watched):
 
 
 @pytest.mark.platforms("native", "sanitize")
-@pytest.mark.parametrize("ending", [signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT])
+@pytest.mark.parametrize("ending", [
+    signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT, signal.SIGALRM, signal.SIGUSR1, signal.SIGUSR2,
+    signal.SIGPOLL, signal.SIGVTALRM, signal.SIGPROF, signal.SIGXCPU])
 def test_a_signal_ends_both_and_leaves_nothing(watched, ending):
     script(watched, *PERSONALITY_ANSWERS)
     heed = lambda: [signal.signal(number, signal.SIG_DFL) for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGHUP)]
@@ -320,21 +383,51 @@ def test_a_child_does_not_outlive_a_killed_parent(watched):
 
 
 @pytest.mark.platforms("native", "sanitize")
-def test_closed_streams_change_nothing(watched):
+def test_closed_streams_change_nothing_but_the_status(watched):
     script(watched, {"operation": 30})
     process = watched.start(["-iscsi", "-getinitiator"], preexec_fn=lambda: [os.close(number) for number in (0, 1)])
     _, errors = finish(process, None)
-    assert (process.returncode, errors) == (0, b"")
+    assert (process.returncode, errors) == (2, b"tavrohost: standard output cannot be written\n")
+    assert [call["operation"] for call in watched.calls() if "operation" in call] == [30]
 
 
-def test_a_lost_output_does_not_keep_the_command_from_being_done(watched):
+@pytest.mark.platforms("native", "sanitize")
+def test_a_full_output_is_trouble(watched):
+    script(watched, {"operation": 30})
+    with open("/dev/full", "wb") as full:
+        process = watched.start(["-iscsi", "-getinitiator"], stdout=full)
+        _, errors = finish(process, None)
+    assert (process.returncode, errors) == (2, b"tavrohost: standard output cannot be written\n")
+
+
+@pytest.mark.platforms("native")
+def test_a_kept_output_that_is_cut_off_is_trouble(watched):
+    error = {"code": 7, "message": "x" * (33 << 20), "action": "", "additional": "", "details": ""}
+    script(watched, {"operation": 30, "status": 7, "error": error})
+    result, report = run_json(watched, ["-iscsi", "-getinitiator"])
+    assert (result.exit_code, report["outcome"]) == (2, "failed")
+    assert report["failure"] == "the output of the command is too large, or cannot be kept"
+
+
+@pytest.mark.platforms("native", "sanitize")
+@pytest.mark.parametrize("typed, question", [("", "29456"), ("3\n", "29456"), ("2\nmaybe", "29197")])
+def test_a_report_does_not_wait_for_answers_behind_the_end_of_input(watched, typed, question):
+    script(watched, *PERSONALITY_ANSWERS)
+    result, report = run_json(watched, SET_PERSONALITY, stdin=typed)
+    assert (result.exit_code, report["outcome"]) == (2, "failed")
+    assert report["failure"] == (
+        f'the answer to question {question} "#{question} :" was refused, and standard input has ended')
+
+
+def test_a_lost_output_does_not_keep_the_command_from_being_sent(watched):
     script(watched, {"operation": 30})
     process = watched.start(["-iscsi", "-getinitiator"])
     process.stdout.close()
     process.stdin.close()
     process.stdin = process.stdout = None
     _, errors = finish(process, None)
-    assert (process.returncode, errors) == (0, b"")
+    assert (process.returncode, errors.rstrip(b"\r\n")) == (2, b"tavrohost: standard output cannot be written")
+    assert [call["operation"] for call in watched.calls() if "operation" in call] == [30]
 
 
 @pytest.mark.platforms("native", "sanitize")

@@ -147,12 +147,12 @@ def test_on_a_terminal(watched):
 
 
 @pytest.mark.parametrize("secret, abandoned, given", [
-    (SECRET, False, {31: 2}), (SECRET[:12], False, {31: 0}), (SECRET, True, {}), (LONG, False, {})],
-    ids=["accepted", "short", "abandoned", "refused"])
+    (SECRET, False, {31: 2}), (SECRET[:12], False, {31: 0}), (SECRET, True, {}), (LONG, False, {}),
+    (f"{SECRET}\n{SECRET}", False, {})], ids=["accepted", "short", "abandoned", "refused", "two lines"])
 def test_answers_from_a_file(watched, secret, abandoned, given):
     """The watched program in which the answers come from files."""
     file = watched.sandbox.folder / "secret"
-    file.write_text(f"{secret}\n{SECRET}\n", encoding="utf-8")
+    file.write_text(f"{secret}\n", encoding="utf-8")
     answers = [(28692, "user"), (28693, {"file": str(file)}), (28694, "user"), (28695, {"file": str(file)})]
     entries = [{"message": number, "answers": [answer]} for number, answer in answers[:2 if abandoned else 4]]
     document = watched.sandbox.folder / "answers.json"

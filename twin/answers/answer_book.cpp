@@ -17,17 +17,10 @@ using tavrolib::ShapeError;
 constexpr std::int64_t Format = 1;
 constexpr std::size_t MostEntries = 10000;
 constexpr std::size_t MostAnswers = 10000;
-constexpr std::size_t LongestAnswer = 4000;  // bytes
 
-// An answer is a line: what would end it, or act on a terminal, cannot be typed.
 const std::string& LineAt(const Json& json, const Place& place) {
     const std::string& text = tavrolib::TextAt(json, place);
-    constexpr unsigned char FirstPrintable = 0x20;
-    constexpr unsigned char Delete = 0x7F;
-    const bool isLine = std::ranges::all_of(text, [](unsigned char character) {
-        return character >= FirstPrintable && character != Delete;
-    });
-    if (!isLine || text.size() > LongestAnswer) {
+    if (!IsAnswerLine(text)) {
         throw ShapeError(place, "must be one line without control characters, of at most " +
                                     std::to_string(LongestAnswer) + " bytes");
     }
@@ -60,6 +53,15 @@ std::string WithoutOuterBlanks(const std::string& text) {
 }
 
 }  // namespace
+
+// What would end the line, or act on a terminal, cannot be typed.
+bool IsAnswerLine(std::string_view text) {
+    constexpr unsigned char FirstPrintable = 0x20;
+    constexpr unsigned char Delete = 0x7F;
+    return text.size() <= LongestAnswer && std::ranges::all_of(text, [](unsigned char character) {
+               return character >= FirstPrintable && character != Delete;
+           });
+}
 
 std::string Question::Text() const {
     const std::string quoted = '"' + prompt + '"';

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "library/json/json.h"
@@ -16,11 +17,18 @@
 //         {"message": 29054, "answers": [{"file": "secret.txt"}, {"environment": "CHAP_SECRET"}]}]}
 namespace tavrohost {
 
+// What is an answer at most, in bytes.
+inline constexpr std::size_t LongestAnswer = 4000;
+
+// Whether the text (UTF-8) can be typed as one line: it holds no control characters and is not too
+// long for an answer.
+bool IsAnswerLine(std::string_view text);
+
 // One answer and where it comes from. Secrets come from a file or the environment only.
 struct Answer {
     enum class Source {
         Text,         // `text` is the answer
-        File,         // `text` names a file (UTF-8), whose first line is the answer
+        File,         // `text` names a file (UTF-8), whose only line is the answer
         Environment,  // `text` names an environment variable
     };
     Source source = Source::Text;

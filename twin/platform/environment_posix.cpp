@@ -4,9 +4,12 @@
 
 namespace tavrohost::platform {
 
-std::optional<std::string> TextVariable(const std::string& name) {
-    const char* const value = std::getenv(name.c_str());
-    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+bool ReadVariable(const std::string& name, std::string& value) {
+    const char* const found = std::getenv(name.c_str());
+    if (found != nullptr) {
+        value.assign(found);
+    }
+    return found != nullptr;
 }
 
 void SetVariable(const std::string& name, const std::filesystem::path& value) {

@@ -3,25 +3,27 @@
 #include <windows.h>
 
 #include "library/text/text.h"
+#include "platform/wipe.h"
 
 namespace tavrohost::platform {
 
-std::optional<std::string> TextVariable(const std::string& name) {
+bool ReadVariable(const std::string& name, std::string& value) {
     const std::wstring wideName = tavrolib::WideFromUtf8(name);
-    std::wstring value(1, L'\0');
-    while (true) {
-        SetLastError(ERROR_SUCCESS);
-        const DWORD needed = GetEnvironmentVariableW(wideName.c_str(), value.data(),
-                                                     static_cast<DWORD>(value.size()));
-        if (needed == 0 && GetLastError() == ERROR_ENVVAR_NOT_FOUND) {
-            return std::nullopt;
-        }
-        const bool fits = needed < value.size();
-        value.resize(needed);
-        if (fits) {
-            return tavrolib::Utf8FromWide(value);
-        }
+    // With the zero at the end, so that an empty value has a length, too.
+    const DWORD room = GetEnvironmentVariableW(wideName.c_str(), nullptr, 0);
+    std::wstring wide(room, L'\0');
+    const tavro::platform::WipeAtEnd wideGuard(wide);
+    const DWORD length = GetEnvironmentVariableW(wideName.c_str(), wide.data(), room);
+    if (length >= room) {  // none, or another one than a moment ago
+        return false;
     }
+    constexpr std::size_t MostBytesOfAUnit = 3;
+    value.resize(MostBytesOfAUnit * length);
+    const int size =
+        WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(length), value.data(),
+                            static_cast<int>(value.size()), nullptr, nullptr);
+    value.resize(static_cast<std::size_t>(size));
+    return true;
 }
 
 // Both kinds of libraries see it: those that ask the system and those that ask the C runtime.

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "console/console.h"
 #include "console/redirect.h"
 #include "library/text/text.h"
 #include "platform/keyboard.h"
@@ -67,6 +68,15 @@ bool NobodySeesQuestions(bool keepsOutput) {
     return keepsOutput && tavro::platform::StandardInputIsTerminal();
 }
 
+// The sentence of the program's line "tavrocli: <sentence>".
+std::string SentenceIn(std::wstring_view line) {
+    constexpr std::wstring_view Start = L"tavrocli: ";
+    if (line.starts_with(Start)) {
+        line.remove_prefix(Start.size());
+    }
+    return tavrolib::Utf8FromWide(line.substr(0, line.find(L'\n')));
+}
+
 }  // namespace
 
 std::filesystem::path JournalFileIn(const std::filesystem::path& folder) {
@@ -84,23 +94,38 @@ Json DetailsOf(const ProgramJob& job) {
 int RunAsProgram(const ReceivedJob& job, int argc, const char* const* argv) {
     const bool keepsOutput = job.details.at("keepsOutput").get<bool>();
     const bool hasAnswers = job.details.contains("answers");
-    Watch watch(SourceOf(LibraryFrom(job.details.at("library"))), JournalFileIn(job.folder));
+    const LibraryChoice library = LibraryFrom(job.details.at("library"));
+    Watch watch(SourceOf(library), JournalFileIn(job.folder));
+    JournalWriter& journal = watch.Writer();
     tavro::UseLibrary(watch.Watched());
+    AskingRun asking{
+        .messageIn = [&](std::wstring_view line) { return watch.MessageIn(line); },
+        .trouble = [&](const std::string& sentence) { journal.NoteTrouble(sentence); }};
     console::Device device = keepsOutput ? KeptOutput() : console::StandardDevice();
     if (hasAnswers || NobodySeesQuestions(keepsOutput)) {
-        device = Answering(
-            std::move(device),
-            {.book = hasAnswers ? AnswerBook(job.details["answers"]) : AnswerBook(),
-             .messageIn = [&](std::wstring_view line) { return watch.MessageIn(line); },
-             .trouble =
-                 [&](const std::string& sentence) { watch.Writer().NoteTrouble(sentence); }});
+        device = Answering(std::move(device),
+                           hasAnswers ? AnswerBook(job.details["answers"]) : AnswerBook(),
+                           std::move(asking));
+    } else if (keepsOutput || library.kind == LibraryChoice::Kind::Twin) {
+        device = EndingWithInput(std::move(device), std::move(asking));
     }
     std::wstring failure;
+    bool outputIsLost = false;
     {
         const console::Redirect redirect(std::move(device));
         failure = tavro::RunCommandLine(argc, argv);
+        outputIsLost = console::OutputIsLost();
     }
-    tavro::platform::WriteStandardError(failure);
+    if (!failure.empty()) {
+        tavro::platform::WriteStandardError(failure);
+        journal.NoteTrouble("the command failed: " + SentenceIn(failure));
+    }
+    if (outputIsLost) {
+        journal.NoteTrouble(keepsOutput
+                                ? "the output of the command is too large, or cannot be kept"
+                                : "standard output cannot be written");
+    }
+    journal.Close();
     return 0;
 }
 

@@ -54,6 +54,9 @@ std::string FailureOf(const platform::ChildEnd& end, const Journal& journal) {
     if (journal.noLibrary) {
         return "cannot load " + *journal.noLibrary;
     }
+    if (!journal.isWhole) {
+        return "the command ended early, or what it did could not be written down";
+    }
     return {};
 }
 
@@ -93,7 +96,8 @@ RunReport RunProgram(const ProgramJob& job) {
     if (report.failure.empty()) {
         report.outcome = verdict.isDone ? RunOutcome::Done : RunOutcome::Refused;
     }
-    if (report.outcome != RunOutcome::Done) {
+    if (report.outcome != RunOutcome::Done && verdict.lastFailure &&
+        verdict.lastFailure == journal.errorCall) {
         report.error = std::move(journal.error);
     }
     report.calls = std::move(journal.calls);

@@ -29,8 +29,8 @@ struct RunReport {
     // What the command printed, in UTF-8, where it was kept.
     std::string output;
     std::vector<WatchedCall> calls{};
-    // What the library says of its last failure, unless the command is done: an object with the
-    // members of ErrorRecord.
+    // What the library says of the last call that keeps the command from being done, where it was
+    // asked: an object with the members of ErrorRecord.
     std::optional<tavrolib::Json> error{};
     // The row of the command table that the arguments name.
     const tavro::Command* command = nullptr;

@@ -19,17 +19,21 @@ bool Is(const WatchedCall& call, const DecidingCall& deciding) {
 
 bool Succeeded(const WatchedCall& call) {
     const std::int64_t code = call.completionCode.value_or(0);
-    return call.status == 0U && (code == 0 || code == tavroapi::AppliedAtRestart);
+    return call.status == 0U && !call.isIncomplete &&
+           (code == 0 || code == tavroapi::AppliedAtRestart);
 }
 
 bool WasMade(std::span<const WatchedCall> calls, const DecidingCall& deciding) {
     return std::ranges::any_of(calls, [&](const WatchedCall& call) { return Is(call, deciding); });
 }
 
+bool IsInitialization(const WatchedCall& call) {
+    return Is(call, tavroapi::InitializeEntry::Name);
+}
+
 bool WasInitialized(std::span<const WatchedCall> calls) {
-    return std::ranges::any_of(calls, [](const WatchedCall& call) {
-        return Is(call, tavroapi::InitializeEntry::Name) && call.status == 0U;
-    });
+    return std::ranges::any_of(
+        calls, [](const WatchedCall& call) { return IsInitialization(call) && call.status == 0U; });
 }
 
 // Whether those calls came that the rule wants.
@@ -57,9 +61,13 @@ bool CameAsWanted(const Decision& decision, std::span<const WatchedCall> calls) 
 
 Verdict Judge(const Decision& decision, std::span<const WatchedCall> calls) {
     Verdict verdict{.isDone = WasInitialized(calls) && CameAsWanted(decision, calls)};
-    for (const WatchedCall& call : calls) {
+    for (std::size_t place = 0; place < calls.size(); ++place) {
+        const WatchedCall& call = calls[place];
         const bool decides = std::ranges::any_of(
             decision.Calls(), [&](const DecidingCall& deciding) { return Is(call, deciding); });
+        if ((decides || IsInitialization(call)) && !Succeeded(call)) {
+            verdict.lastFailure = place;
+        }
         if (decides) {
             verdict.isDone = verdict.isDone && Succeeded(call);
             verdict.restartRequired =

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <span>
 
 #include "cli/command.h"
@@ -10,11 +12,14 @@ namespace tavrohost {
 // How a command went, by the calls that it made.
 struct Verdict {
     // Every call that decides was made and returned 0, with a completion code of 0 or 201 where
-    // there is one.
+    // there is one, and no records of it tell that not all was done.
     bool isDone = false;
     // What was done takes effect at the restart of the host: one of them had the completion code
     // 201.
     bool restartRequired = false;
+    // The place of the last call that keeps the command from being done: one that decides, or the
+    // initialization of the library.
+    std::optional<std::size_t> lastFailure{};
 };
 
 // Judges by the row of the command. A library that could not be initialized has done nothing.

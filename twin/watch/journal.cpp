@@ -1,5 +1,6 @@
 #include "twin/watch/journal.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "library/platform/file.h"
@@ -16,10 +17,13 @@ void AddText(Json& json, const char* name, const std::optional<std::string>& tex
     }
 }
 
-Json EndOf(std::uint32_t status, std::optional<std::int64_t> completionCode) {
+Json EndOf(std::uint32_t status, std::optional<std::int64_t> completionCode, bool isIncomplete) {
     Json json{{"status", status}};
     if (completionCode) {
         json["completion_code"] = *completionCode;
+    }
+    if (isIncomplete) {
+        json["incomplete"] = true;
     }
     return json;
 }
@@ -50,9 +54,20 @@ void EndLastOpen(Journal& journal, const Json& line) {
         if (!call->status) {
             call->status = line["status"].get<std::uint32_t>();
             call->completionCode = NumberIn<std::int64_t>(line, "completion_code");
+            call->isIncomplete = line.value("incomplete", false);
             return;
         }
     }
+}
+
+// The place of the call that an error which comes now is about: the last one, unless it is the very
+// question for the error.
+std::optional<std::size_t> CallOfError(const std::vector<WatchedCall>& calls) {
+    const auto last = std::find_if(calls.rbegin(), calls.rend(), [](const WatchedCall& call) {
+        return call.entryPoint != "GetLastErrorMessage";
+    });
+    return last == calls.rend() ? std::nullopt
+                                : std::optional<std::size_t>(calls.rend() - last - 1);
 }
 
 void Take(const Json& line, Journal& journal) {
@@ -62,10 +77,13 @@ void Take(const Json& line, Journal& journal) {
         EndLastOpen(journal, line);
     } else if (line.contains("error")) {
         journal.error = line["error"];
+        journal.errorCall = CallOfError(journal.calls);
     } else if (line.contains("no_library")) {
         journal.noLibrary = line["no_library"].get<std::string>();
-    } else if (line.contains("trouble")) {
+    } else if (line.contains("trouble") && !journal.trouble) {
         journal.trouble = line["trouble"].get<std::string>();
+    } else if (line.contains("closed")) {
+        journal.isWhole = true;
     }
 }
 
@@ -83,7 +101,7 @@ Json JsonOf(const WatchedCall& call) {
     AddText(json, "adapter", call.adapter);
     AddText(json, "port", call.port);
     if (call.status) {
-        json.update(EndOf(*call.status, call.completionCode));
+        json.update(EndOf(*call.status, call.completionCode, call.isIncomplete));
     }
     return json;
 }
@@ -99,8 +117,9 @@ void JournalWriter::Begin(const WatchedCall& call) {
     Write(JsonOf(call));
 }
 
-void JournalWriter::End(std::uint32_t status, std::optional<std::int64_t> completionCode) {
-    Write(EndOf(status, completionCode));
+void JournalWriter::End(std::uint32_t status, std::optional<std::int64_t> completionCode,
+                        bool isIncomplete) {
+    Write(EndOf(status, completionCode, isIncomplete));
 }
 
 void JournalWriter::NoteError(const tavroapi::ErrorRecord& error) {
@@ -118,6 +137,10 @@ void JournalWriter::NoteNoLibrary(std::wstring_view reason) {
 
 void JournalWriter::NoteTrouble(std::string_view sentence) {
     Write({{"trouble", sentence}});
+}
+
+void JournalWriter::Close() {
+    Write({{"closed", true}});
 }
 
 Journal ReadJournal(const std::filesystem::path& file) {

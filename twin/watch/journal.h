@@ -28,6 +28,8 @@ struct WatchedCall {
     std::optional<std::uint32_t> status{};
     // What the library left in the record, if it is of those that have room for it.
     std::optional<std::int64_t> completionCode{};
+    // The call returned 0, yet its records tell that not all was done.
+    bool isIncomplete = false;
 
     bool operator==(const WatchedCall&) const = default;
 };
@@ -35,19 +37,23 @@ struct WatchedCall {
 // The call as JSON, its texts in UTF-8; without what it does not have.
 tavrolib::Json JsonOf(const WatchedCall& call);
 
-// Writes the file. A failure to write is ignored: the run goes on as if nobody watched.
+// Writes the file. After a failure to write nothing more is written, not even the closing line, and
+// the run goes on as if nobody watched.
 class JournalWriter {
   public:
     explicit JournalWriter(const std::filesystem::path& file);
 
     void Begin(const WatchedCall& call);
     // The call that was begun last and has not come back yet.
-    void End(std::uint32_t status, std::optional<std::int64_t> completionCode);
+    void End(std::uint32_t status, std::optional<std::int64_t> completionCode,
+             bool isIncomplete = false);
     void NoteError(const tavroapi::ErrorRecord& error);
     // Why there is no library.
     void NoteNoLibrary(std::wstring_view reason);
     // Why the run was abandoned, as one sentence in UTF-8.
     void NoteTrouble(std::string_view sentence);
+    // Nothing more comes. Without that the journal does not count as whole.
+    void Close();
 
   private:
     void Write(const tavrolib::Json& line);
@@ -60,9 +66,13 @@ struct Journal {
     std::vector<WatchedCall> calls{};
     // The last error that the library told of, as JSON with the members of ErrorRecord.
     std::optional<tavrolib::Json> error{};
-    // Both in UTF-8; nothing when there is nothing to tell.
+    // The call right before the library was asked for that error, by its place in `calls`.
+    std::optional<std::size_t> errorCall{};
+    // Both in UTF-8; nothing when there is nothing to tell. Of several troubles the first.
     std::optional<std::string> noLibrary;
     std::optional<std::string> trouble;
+    // It was written to its end.
+    bool isWhole = false;
 };
 
 // Reads a journal; one that is not there is empty, and a last line that is cut off does not count.

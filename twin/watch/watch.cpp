@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "dispatch.h"
 #include "library/calls/operations.h"
 
 namespace tavrohost {
@@ -24,8 +25,22 @@ std::optional<std::string> TextAt(const std::string* text) {
     return text == nullptr ? std::nullopt : std::optional(*text);
 }
 
+// What the records of an operation that has returned 0 decide, for the commands; null where they
+// do not matter.
+tavro::Decision::RecordsTellSuccess* SuccessInRecordsOf(std::uint32_t operation) {
+    for (const tavro::Command* const command : tavro::Commands()) {
+        const tavro::Decision& decision = command->decidedBy;
+        if (decision.SuccessInRecords() != nullptr &&
+            static_cast<std::uint32_t>(decision.Calls().front().operation) == operation) {
+            return decision.SuccessInRecords();
+        }
+    }
+    return nullptr;
+}
+
 // What a call of an entry point tells, by its arguments: what identifies it, and once it has come
-// back the completion code that the library left in a record.
+// back the completion code that the library left in a record, and whether the records tell that not
+// all was done although it returned 0.
 template <class Entry>
 struct Telling {
     template <class... Arguments>
@@ -35,6 +50,10 @@ struct Telling {
     template <class... Arguments>
     static std::optional<std::int64_t> CompletionCode(Arguments...) {
         return std::nullopt;
+    }
+    template <class... Arguments>
+    static bool IsIncomplete(Arguments...) {
+        return false;
     }
 };
 
@@ -56,6 +75,12 @@ struct Telling<tavroapi::DoOperationEntry> {
             return std::nullopt;
         }
         return operation->input->completionCode(input);
+    }
+    static bool IsIncomplete(std::uint32_t code, const std::string*, const void* input,
+                             const void* output) {
+        auto* const tellsSuccess = SuccessInRecordsOf(code);
+        return tellsSuccess != nullptr && input != nullptr && output != nullptr &&
+               !tellsSuccess(input, output);
     }
 };
 
@@ -98,7 +123,8 @@ struct Stand<Entry, std::uint32_t(Arguments...)> {
     static std::uint32_t In(Arguments... arguments) {
         current->Begin(Telling<Entry>::Description(arguments...));
         const std::uint32_t status = Real<Entry>()(arguments...);
-        current->End(status, Telling<Entry>::CompletionCode(arguments...));
+        current->End(status, Telling<Entry>::CompletionCode(arguments...),
+                     status == 0 && Telling<Entry>::IsIncomplete(arguments...));
         return status;
     }
 };
@@ -201,9 +227,10 @@ void Watch::Begin(const WatchedCall& call) {
     writer_.Begin(call);
 }
 
-void Watch::End(std::uint32_t status, std::optional<std::int64_t> completionCode) {
+void Watch::End(std::uint32_t status, std::optional<std::int64_t> completionCode,
+                bool isIncomplete) {
     wantsToKnowWhy_ = status != 0;
-    writer_.End(status, completionCode);
+    writer_.End(status, completionCode, isIncomplete);
 }
 
 void Watch::NoteError(const tavroapi::ErrorRecord& error) {

@@ -39,7 +39,7 @@ class Watch {
     // For what stands in the place of the entry points.
     void* Find(const char* name) const { return library_.find(name); }
     void Begin(const WatchedCall& call);
-    void End(std::uint32_t status, std::optional<std::int64_t> completionCode);
+    void End(std::uint32_t status, std::optional<std::int64_t> completionCode, bool isIncomplete);
     void NoteError(const tavroapi::ErrorRecord& error);
     void NoteMessage(std::uint32_t number, std::wstring text);
 

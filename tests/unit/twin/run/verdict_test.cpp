@@ -76,6 +76,27 @@ TEST(Judge, TheCompletionCodeTellsWhenItTakesEffect) {
     EXPECT_FALSE(refused.restartRequired);
 }
 
+TEST(Judge, WhatIsIncompleteIsNotDone) {
+    WatchedCall call = Operation(OperationCode::WriteFip);
+    call.isIncomplete = true;
+    EXPECT_FALSE(VerdictOn(OneOperation, {call}).isDone);
+}
+
+TEST(Judge, TheLastFailureIsThatOfACallThatCounts) {
+    EXPECT_EQ(VerdictOn(OneOperation,
+                        {Operation(OperationCode::WriteFip), Operation(OperationCode::ReadFip, 9)})
+                  .lastFailure,
+              std::nullopt);
+    // Behind the initialization.
+    EXPECT_EQ(VerdictOn(OneOperation, {Operation(OperationCode::WriteFip, 9),
+                                       Operation(OperationCode::WriteFip, 8),
+                                       Operation(OperationCode::ReadFip, 9)})
+                  .lastFailure,
+              2U);
+    const std::vector<WatchedCall> refused = {EntryPoint("Initialize", 9)};
+    EXPECT_EQ(Judge(OneOperation, refused).lastFailure, 0U);
+}
+
 TEST(Judge, ARefusedCallRequiresNoRestart) {
     WatchedCall call = Completed(OperationCode::WriteFip, 201);
     call.status = 9;

@@ -90,10 +90,58 @@ TEST_F(JournalTest, TheLastErrorAndTroublesAreTold) {
     EXPECT_EQ(journal.trouble, "no answer");
 }
 
-TEST_F(JournalTest, OneThatCannotBeWrittenDisturbsNobody) {
-    JournalWriter writer(folder_.Path() / "no folder" / "journal");
+TEST_F(JournalTest, TheFirstTroubleIsTheReason) {
+    JournalWriter writer(file_);
+    writer.NoteTrouble("first");
+    writer.NoteTrouble("second");
+    EXPECT_EQ(ReadJournal(file_).trouble, "first");
+}
+
+TEST_F(JournalTest, AnErrorIsAboutTheCallBeforeTheQuestionForIt) {
+    JournalWriter writer(file_);
+    writer.Begin(Ports);
+    writer.End(9, std::nullopt);
+    writer.Begin(Operation);
+    writer.End(9, std::nullopt);
+    writer.Begin({.entryPoint = "GetLastErrorMessage"});
+    writer.End(0, std::nullopt);
+    EXPECT_EQ(ReadJournal(file_).errorCall, std::nullopt);
+    writer.NoteError({});
+    EXPECT_EQ(ReadJournal(file_).errorCall, 1U);
+    writer.Begin(Operation);
+    writer.End(9, std::nullopt);
+    EXPECT_EQ(ReadJournal(file_).errorCall, 1U);
+    writer.NoteError({});
+    EXPECT_EQ(ReadJournal(file_).errorCall, 3U);
+}
+
+TEST_F(JournalTest, ThatNotAllWasDoneComesBack) {
+    JournalWriter writer(file_);
+    writer.Begin(Operation);
+    writer.End(0, std::nullopt, true);
+    EXPECT_TRUE(ReadJournal(file_).calls.front().isIncomplete);
+}
+
+TEST_F(JournalTest, OnlyOneThatWasClosedIsWhole) {
+    JournalWriter writer(file_);
+    writer.Begin(Operation);
+    EXPECT_FALSE(ReadJournal(file_).isWhole);
+    writer.Close();
+    EXPECT_TRUE(ReadJournal(file_).isWhole);
+}
+
+TEST_F(JournalTest, OneThatCannotBeWrittenDisturbsNobodyAndIsNotWhole) {
+    const std::filesystem::path file = folder_.Path() / "no folder" / "journal";
+    JournalWriter writer(file);
     writer.Begin(Operation);
     writer.End(0, std::nullopt);
+    writer.Close();
+    EXPECT_FALSE(ReadJournal(file).isWhole);
+}
+
+TEST(JsonOf, TellsThatNotAllWasDone) {
+    EXPECT_EQ(JsonOf({.entryPoint = "DoOperation", .status = 0, .isIncomplete = true}).dump(),
+              R"({"call":"DoOperation","status":0,"incomplete":true})");
 }
 
 TEST(JsonOf, HasWhatTheCallHas) {

@@ -9,6 +9,7 @@
 
 #include "mgmt/operation.h"
 #include "tavroapi/fcoe_records.h"
+#include "tavroapi/iscsi_records.h"
 #include "tavroapi/partition_records.h"
 #include "twin/process/private_folder.h"
 
@@ -20,15 +21,22 @@ struct Behaviour {
     std::uint32_t status = 0;
     int errorsAsked = 0;
     bool throws = false;
+    std::string replies{};  // to a ping from an iSCSI port
+    std::string lost{};     // of one from an FCoE port
 };
 Behaviour behaviour;
 
-std::uint32_t DoOperation(std::uint32_t operation, std::string*, void* input, void*) {
+std::uint32_t DoOperation(std::uint32_t operation, std::string*, void* input, void* output) {
     if (behaviour.throws) {
         throw std::runtime_error("out of the library");
     }
     if (operation == static_cast<std::uint32_t>(tavroapi::OperationCode::WritePersonality)) {
         static_cast<tavroapi::PersonalitySetting*>(input)->result = 201;
+    } else if (operation ==
+               static_cast<std::uint32_t>(tavroapi::OperationCode::PingFromIscsiPort)) {
+        static_cast<tavroapi::IscsiPingResult*>(output)->received = behaviour.replies;
+    } else if (operation == static_cast<std::uint32_t>(tavroapi::OperationCode::PingFromFcoePort)) {
+        static_cast<tavroapi::FcoePingResult*>(output)->lost = behaviour.lost;
     }
     return behaviour.status;
 }
@@ -65,6 +73,15 @@ class WatchTest : public testing::Test {
 
     Journal Written() const { return ReadJournal(file_); }
 
+    // Of each call.
+    std::vector<bool> Incomplete() const {
+        std::vector<bool> incomplete;
+        for (const WatchedCall& call : Written().calls) {
+            incomplete.push_back(call.isIncomplete);
+        }
+        return incomplete;
+    }
+
     static std::wstring Fetch(std::uint32_t number) {
         std::wstring text;
         tavro::ResolveEntryPoint<tavroapi::GetLocalizeMessageEntry>()(number, &text);
@@ -94,6 +111,37 @@ TEST_F(WatchTest, AnOperationIsWrittenDownWithItsOutcome) {
                                                         .request = "02-00",
                                                         .status = 0,
                                                         .completionCode = 201})});
+}
+
+// Five replies are asked for.
+TEST_F(WatchTest, APingFromAnIscsiPortWithoutItsRepliesIsIncomplete) {
+    tavroapi::IscsiPingRequest request;
+    tavroapi::IscsiPingResult result;
+    for (const char* const replies : {"5", "6", " 5 ", "4", "0", "", "none", "2147483648"}) {
+        behaviour.replies = replies;
+        tavro::DoOperation<tavroapi::OperationCode::PingFromIscsiPort>("02-00", request, result);
+        EXPECT_EQ(result.received, replies);
+    }
+    EXPECT_EQ(Incomplete(), (std::vector{false, false, false, true, true, true, true, true}));
+}
+
+TEST_F(WatchTest, APingFromAnFcoePortWithLossesIsIncomplete) {
+    tavroapi::FcoePingRequest request;
+    tavroapi::FcoePingResult result;
+    for (const char* const lost : {"0", "", "1", "10"}) {
+        behaviour.lost = lost;
+        tavro::DoOperation<tavroapi::OperationCode::PingFromFcoePort>("10:00", request, result);
+    }
+    EXPECT_EQ(Incomplete(), (std::vector{false, false, true, true}));
+}
+
+TEST_F(WatchTest, ARefusedPingIsNotJudgedByItsRecords) {
+    behaviour.status = 9;
+    tavroapi::FcoePingRequest request;
+    tavroapi::FcoePingResult result;
+    behaviour.lost = "1";
+    tavro::DoOperation<tavroapi::OperationCode::PingFromFcoePort>("10:00", request, result);
+    EXPECT_EQ(Incomplete(), std::vector{false});
 }
 
 TEST_F(WatchTest, AnEntryPointThatTheLibraryLacksIsLacking) {
