@@ -48,9 +48,11 @@ Json ToJson(const T& value, Secrets secrets) {
         Json fields = Json::array();
         tavroapi::ForEachField(
             value, [&](std::size_t position, std::string_view, const auto& member) {
-                const bool hidden =
-                    secrets == Secrets::Hidden && tavroapi::IsSecretPosition<T>(position);
-                fields.push_back(hidden ? Json(HiddenSecret) : ToJson(member, secrets));
+                if (secrets == Secrets::Shown || !tavroapi::IsSecretPosition<T>(position)) {
+                    fields.push_back(ToJson(member, secrets));
+                } else {
+                    fields.push_back(secrets == Secrets::Hidden ? HiddenSecret : "");
+                }
             });
         return fields;
     } else if constexpr (detail::IsMap<T>) {

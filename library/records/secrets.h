@@ -2,7 +2,7 @@
 
 namespace tavrolib {
 
-// Whether secret fields are shown or stand as "***".
-enum class Secrets { Hidden, Shown };
+// Whether secret fields are shown, stand as "***", or are left out: an empty text stands there.
+enum class Secrets { Hidden, Shown, LeftOut };
 
 }  // namespace tavrolib

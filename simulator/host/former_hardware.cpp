@@ -110,31 +110,16 @@ PortLink LinkOf(const std::vector<FunctionHardware*>& functions) {
     return link;
 }
 
-void MakeCard(Adapter& adapter) {
-    std::vector<FunctionHardware*> ofCard;
+template <class Shared>
+Shared& MadeWhereMissing(std::optional<Shared>& shared) {
+    return shared ? *shared : shared.emplace();
+}
+
+void DropFormerDefaults(Adapter& adapter) {
     for (Port& port : adapter.ports) {
-        std::vector<FunctionHardware*> ofPort;
         for (Function& function : port.functions) {
             if (auto& own = OwnHardware(function)) {
                 DropFormerDefaults(*own);
-                ofPort.push_back(&*own);
-            }
-        }
-        if (!port.link) {
-            port.link = LinkOf(ofPort);
-        }
-        for (FunctionHardware* const each : ofPort) {
-            if (each->linkStatus == port.link->status) {
-                each->linkStatus.reset();
-            }
-        }
-        ofCard.insert(ofCard.end(), ofPort.begin(), ofPort.end());
-    }
-    TakeOver<Card>(ofCard, CardTexts, adapter.card.emplace());
-    for (Port& port : adapter.ports) {
-        for (Function& function : port.functions) {
-            if (auto& own = OwnHardware(function); own == FunctionHardware{}) {
-                own.reset();
             }
         }
     }
@@ -155,13 +140,43 @@ void Respell(Port& port) {
 
 }  // namespace
 
+void ShareHardware(Adapter& adapter) {
+    std::vector<FunctionHardware*> ofCard;
+    for (Port& port : adapter.ports) {
+        std::vector<FunctionHardware*> ofPort;
+        for (Function& function : port.functions) {
+            if (auto& own = OwnHardware(function)) {
+                ofPort.push_back(&*own);
+            }
+        }
+        if (!port.link) {
+            port.link = LinkOf(ofPort);
+        }
+        for (FunctionHardware* const each : ofPort) {
+            if (each->linkStatus == port.link->status) {
+                each->linkStatus.reset();
+            }
+        }
+        ofCard.insert(ofCard.end(), ofPort.begin(), ofPort.end());
+    }
+    TakeOver<Card>(ofCard, CardTexts, MadeWhereMissing(adapter.card));
+    for (Port& port : adapter.ports) {
+        for (Function& function : port.functions) {
+            if (auto& own = OwnHardware(function); own == FunctionHardware{}) {
+                own.reset();
+            }
+        }
+    }
+}
+
 void StateHardwareOnce(Host& host) {
     for (Adapter& adapter : host.adapters) {
         for (Port& port : adapter.ports) {
             Respell(port);
         }
         if (!adapter.card) {
-            MakeCard(adapter);
+            DropFormerDefaults(adapter);
+            ShareHardware(adapter);
         }
     }
 }

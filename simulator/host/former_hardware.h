@@ -11,4 +11,9 @@ namespace tavrosim {
 // their unit. Every function must be of one kind.
 void StateHardwareOnce(Host& host);
 
+// Gives the card, which is made where it is missing, and links that are missing what the adapter's
+// functions state of their own: of each text the first one. A function states the same no more.
+// Drivers are left to the functions. Every function must be of one kind.
+void ShareHardware(Adapter& adapter);
+
 }  // namespace tavrosim

@@ -9,6 +9,7 @@
 #include "simulator/host/lookup.h"
 #include "simulator/host/told_hardware.h"
 #include "simulator/model/families.h"
+#include "simulator/model/from_records.h"
 #include "simulator/model/model.h"
 #include "tavroapi/boot_records.h"
 
@@ -131,10 +132,7 @@ Outcome WriteIscsiBoot(const Edited<IscsiPart>& at, const IscsiBootConfig& confi
     if (!checked.IsDone()) {
         return checked;
     }
-    IscsiBoot& boot = at.part.boot.emplace();
-    CopyIn(config, PortTexts, 0, boot);
-    CopyIn(config, TargetTexts, iscsi_boot::FirstTarget, boot.firstTarget);
-    CopyIn(config, TargetTexts, iscsi_boot::SecondTarget, boot.secondTarget);
+    at.part.boot = IscsiBootFrom(config);
     return Done();
 }
 
@@ -172,17 +170,7 @@ Outcome WriteFcoeBoot(const Edited<FcoePart>& at, const FcoeBootConfig& config) 
     if (!checked.IsDone()) {
         return checked;
     }
-    FcoePart& part = at.part;
-    FcoeBoot& boot = part.boot ? *part.boot : part.boot.emplace();
-    boot.state = config.bootState;
-    boot.fabricDiscovery = config.secondSwitch;
-    boot.busyRetries = config.numberA;
-    boot.linkUpDelay = config.numberB;
-    boot.loginRetries = config.numberC;
-    for (std::size_t i = 0; i < config.targets.size(); ++i) {
-        boot.targets[i] = {config.targets[i].target, config.targets[i].lunItem,
-                           config.targets[i].state};
-    }
+    at.part.boot = FcoeBootFrom(config);
     return Done();
 }
 
@@ -196,6 +184,28 @@ std::span<const OperationModel> BootOperations() {
         Changes<OperationCode::WriteFcoeBoot, FcoePart, WriteFcoeBoot>(),
     };
     return Rows;
+}
+
+IscsiBoot IscsiBootFrom(const IscsiBootConfig& config) {
+    IscsiBoot boot;
+    CopyIn(config, PortTexts, 0, boot);
+    CopyIn(config, TargetTexts, iscsi_boot::FirstTarget, boot.firstTarget);
+    CopyIn(config, TargetTexts, iscsi_boot::SecondTarget, boot.secondTarget);
+    return boot;
+}
+
+FcoeBoot FcoeBootFrom(const FcoeBootConfig& config) {
+    FcoeBoot boot;
+    boot.state = config.bootState;
+    boot.fabricDiscovery = config.secondSwitch;
+    boot.busyRetries = config.numberA;
+    boot.linkUpDelay = config.numberB;
+    boot.loginRetries = config.numberC;
+    for (std::size_t i = 0; i < config.targets.size(); ++i) {
+        boot.targets[i] = {config.targets[i].target, config.targets[i].lunItem,
+                           config.targets[i].state};
+    }
+    return boot;
 }
 
 }  // namespace tavrosim

@@ -9,6 +9,7 @@
 
 #include "simulator/model/families.h"
 #include "simulator/model/fcoe_fabric.h"
+#include "simulator/model/from_records.h"
 #include "tavroapi/dcb_records.h"
 
 namespace tavrosim {
@@ -99,9 +100,7 @@ Outcome ReadConfig(const Viewed<FcoePart>& at, DcbConfig& config) {
 }
 
 Outcome WriteConfig(const Edited<FcoePart>& at, const DcbConfig& config) {
-    at.part.dcb = {config.state,        config.willing,     config.priorities,
-                   config.fcoePriority, config.priorityMap, config.priorityGroupMap,
-                   config.bandwidth};
+    at.part.dcb = DcbFrom(config);
     return Done();
 }
 

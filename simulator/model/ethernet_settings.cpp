@@ -13,6 +13,7 @@
 #include "simulator/answers/captured_answers.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/families.h"
+#include "simulator/model/from_records.h"
 #include "simulator/model/model.h"
 #include "tavroapi/ethernet_records.h"
 
@@ -254,6 +255,14 @@ std::span<const OperationModel> AdapterSettingsOperations() {
         Changes<OperationCode::WriteAdapterSettings, EthernetPart, WriteSettings>(),
         Reads<OperationCode::ExportAdapterSettings, EthernetPart, ReadSettings>()};
     return Rows;
+}
+
+EthernetSettings EthernetSettingsFrom(const tavroapi::AdapterSettings& record) {
+    EthernetSettings settings;
+    for (const SettingRow& row : SettingRows) {
+        settings.*row.value = record.settings.at(row.number).value;
+    }
+    return settings;
 }
 
 }  // namespace tavrosim

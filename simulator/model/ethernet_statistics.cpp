@@ -4,7 +4,9 @@
 #include "simulator/host/lookup.h"
 #include "simulator/host/told_hardware.h"
 #include "simulator/model/families.h"
+#include "simulator/model/from_records.h"
 #include "simulator/model/model.h"
+#include "simulator/model/numbers.h"
 #include "tavroapi/ethernet_records.h"
 
 namespace tavrosim {
@@ -99,6 +101,14 @@ std::span<const OperationModel> EthernetStatisticsOperations() {
                TellStatistics>(),
         Changes<OperationCode::ResetEthernetStatistics, EthernetPart, ResetStatistics>()};
     return Rows;
+}
+
+EthernetCounters EthernetCountersFrom(const tavroapi::EthernetPortStatistics& record) {
+    EthernetCounters counters;
+    for (const CounterRow& row : Counters) {
+        counters.*row.counter = CounterFrom(record.texts.at(row.position));
+    }
+    return counters;
 }
 
 }  // namespace tavrosim

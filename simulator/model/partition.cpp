@@ -10,6 +10,7 @@
 #include "simulator/host/personalities.h"
 #include "simulator/host/restart.h"
 #include "simulator/model/families.h"
+#include "simulator/model/from_records.h"
 #include "simulator/model/model.h"
 #include "tavroapi/codes.h"
 #include "tavroapi/partition_records.h"
@@ -42,6 +43,14 @@ std::optional<std::string> NameOf(const CodedName (&table)[Count], const std::st
     const auto found = std::find_if(std::begin(table), std::end(table),
                                     [&code](const CodedName& row) { return row.code == code; });
     return found == std::end(table) ? std::nullopt : std::optional<std::string>(found->name);
+}
+
+// The same of a text that may be the name as well.
+template <std::size_t Count>
+std::optional<std::string> ToldName(const CodedName (&table)[Count], const std::string& told) {
+    const bool isName = std::any_of(std::begin(table), std::end(table),
+                                    [&told](const CodedName& row) { return row.name == told; });
+    return isName ? told : NameOf(table, told);
 }
 
 bool IsPercentage(const std::string& text) {
@@ -243,6 +252,32 @@ std::span<const OperationModel> PartitionOperations() {
         Changes<OperationCode::WritePersonality, Function, WritePersonality>(),
     };
     return Rows;
+}
+
+Partitions PartitionsFrom(const PartitionConfig& config) {
+    Partitions partitions;
+    const auto take = [](const auto& told, std::string& kept) {
+        if (told) {
+            kept = *told;
+        }
+    };
+    take(ToldName(Modes, config.mode), partitions.mode);
+    for (std::size_t i = 0; i < partitions.flowControl.size(); ++i) {
+        const std::string& told = config.flowControl[i];
+        partitions.flowControl[i] = ToldName(FlowControls, told).value_or(told);
+    }
+    for (std::size_t i = 0; i < partitions.functions.size(); ++i) {
+        const PartitionFunction& told = config.functions[i];
+        PartitionedFunction& function = partitions.functions[i];
+        take(ToldName(Personalities, told.personality), function.personality);
+        function.lowerLimit = told.lowerLimit;
+        function.upperLimit = told.upperLimit;
+    }
+    return partitions;
+}
+
+std::optional<std::string> PortPersonalityFrom(const PersonalitySetting& setting) {
+    return ToldName(PortPersonalities, setting.value);
 }
 
 }  // namespace tavrosim
