@@ -54,7 +54,9 @@ ROOMS = {
 }
 # tavrohost is built from the objects of the program and of the simulator, which know nothing of it. Its rooms, each of
 # which may include those before it:
-TWIN_ROOMS = ("platform", "documents", "process", "watch", "answers", "run", "diff", "check", "commands")
+TWIN_ROOMS = (
+    "platform", "documents", "process", "watch", "answers", "run", "diff", "check", "anonymous", "capture", "commands",
+)
 BELOW_TWIN = set(ROOMS)
 ROOMS.update({
     f"twin/{room}": BELOW_TWIN | {f"twin/{lower}" for lower in TWIN_ROOMS[:place]} | {"twin"}
