@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "twin/capture/capture_child.h"
 #include "twin/exit_status.h"
 #include "twin/run/program_child.h"
 
@@ -16,6 +17,7 @@ constexpr struct {
     int (*run)(const ReceivedJob& job, int argc, const char* const* argv);
 } ChildModes[] = {
     {ProgramMode, RunAsProgram},
+    {CaptureMode, RunAsCapture},
 };
 
 }  // namespace

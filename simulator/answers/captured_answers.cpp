@@ -170,11 +170,14 @@ void CapturedAnswers::Add(const Json& json, const Place& place) {
                        answers_.size() - 1);
 }
 
-const Answer* CapturedAnswers::Find(const Call& call) const {
+std::string AnswerKey(const Call& call) {
     const RecordType* const input = call.InputType();
-    const auto found = index_.find(
-        KeyOf(call.entryPoint, call.operation, call.request, call.adapter, call.port,
-              input == nullptr ? Json() : input->toJson(call.input, tavrolib::Secrets::Hidden)));
+    return KeyOf(call.entryPoint, call.operation, call.request, call.adapter, call.port,
+                 input == nullptr ? Json() : input->toJson(call.input, tavrolib::Secrets::Hidden));
+}
+
+const Answer* CapturedAnswers::Find(const Call& call) const {
+    const auto found = index_.find(AnswerKey(call));
     return found == index_.end() ? nullptr : &answers_[found->second];
 }
 

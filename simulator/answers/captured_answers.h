@@ -14,6 +14,13 @@ namespace tavrosim {
 
 struct Answer;
 
+// What an answer to a call is found by: entry point, operation, identifier, adapter, port and
+// input. Identifiers, also WWNs in the input of FCoE operations, are compared as the model does
+// (see NormalIdentifier). Of the input of ReadSession only the target and the session's number
+// count, and ExportAdapterSettings is answered as ReadAdapterSettings is. The call's input must be
+// there if the operation has one.
+std::string AnswerKey(const tavrolib::Call& call);
+
 // What a host file has captured of another library, as it stands there: the library's answers to
 // calls that only read, and the host that was made of them. It is never changed.
 class CapturedAnswers {
@@ -29,12 +36,8 @@ class CapturedAnswers {
     CapturedAnswers(const CapturedAnswers&) = delete;
     CapturedAnswers& operator=(const CapturedAnswers&) = delete;
 
-    // The answer to a call of the same entry point, operation, identifier, adapter, port and input;
-    // null when there is none, and the first one where there are several. Identifiers, also WWNs
-    // in the input of FCoE operations, are compared as the model does (see NormalIdentifier). Of
-    // the input of ReadSession only the target and the session's number count, and
-    // ExportAdapterSettings is answered as ReadAdapterSettings is. The call's input must be there
-    // if the operation has one. The result lives as long as the answers.
+    // The answer to a call with the same key (see AnswerKey); null when there is none, and the
+    // first one where there are several. The result lives as long as the answers.
     const Answer* Find(const tavrolib::Call& call) const;
 
     // The object as it was read.

@@ -21,7 +21,8 @@
 
 // What the records of the contract tell, as the host holds it: the way back from what the model
 // tells of a host, whoever filled the records in. Nothing is refused. Texts are taken over as they
-// stand; a counter that is no number of 64 bits is 0.
+// stand; a counter that is no number of 64 bits is 0, and one above 63 bits is the highest of
+// those.
 namespace tavrosim {
 
 TcpIp TcpIpFrom(const tavroapi::TcpIpSettings& record);

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <charconv>
 #include <concepts>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -17,9 +19,10 @@ std::optional<Number> WholeNumber(const std::string& text) {
     return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
 }
 
-// A counter; 0 where the text is no number.
+// A counter; 0 where the text is no number. Host files hold 63 bits of it.
 inline std::uint64_t CounterFrom(const std::string& text) {
-    return WholeNumber<std::uint64_t>(text).value_or(0);
+    constexpr std::uint64_t Highest = std::numeric_limits<std::int64_t>::max();
+    return std::min(WholeNumber<std::uint64_t>(text).value_or(0), Highest);
 }
 
 }  // namespace tavrosim

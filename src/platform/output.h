@@ -18,6 +18,9 @@ bool WriteStandardOutput(std::string_view bytes);
 // Whether standard output is a terminal (a console on Windows).
 bool StandardOutputIsTerminal();
 
+// The same of standard error.
+bool StandardErrorIsTerminal();
+
 // Whether standard output is a console that takes Unicode text through WriteConsoleText. Always
 // false outside Windows.
 bool StandardOutputIsUnicodeConsole();

@@ -61,6 +61,10 @@ bool StandardOutputIsTerminal() {
     return isatty(STDOUT_FILENO) == 1;
 }
 
+bool StandardErrorIsTerminal() {
+    return isatty(STDERR_FILENO) == 1;
+}
+
 bool StandardOutputIsUnicodeConsole() {
     return false;
 }
@@ -78,10 +82,9 @@ std::string_view OutputLineEnd() {
 }
 
 void WriteStandardError(std::wstring_view text) {
-    const bool isTerminal = isatty(STDERR_FILENO) == 1;
-    WriteAll(
-        STDERR_FILENO,
-        EncodeText(isTerminal ? MaskControlCharacters(text) : std::wstring(text), Utf8CodePage));
+    WriteAll(STDERR_FILENO, EncodeText(StandardErrorIsTerminal() ? MaskControlCharacters(text)
+                                                                 : std::wstring(text),
+                                       Utf8CodePage));
 }
 
 }  // namespace tavro::platform

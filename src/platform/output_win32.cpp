@@ -75,6 +75,10 @@ bool StandardOutputIsTerminal() {
     return IsConsole(StreamHandle(STD_OUTPUT_HANDLE));
 }
 
+bool StandardErrorIsTerminal() {
+    return IsConsole(StreamHandle(STD_ERROR_HANDLE));
+}
+
 bool StandardOutputIsUnicodeConsole() {
     return StandardOutputIsTerminal();
 }

@@ -157,8 +157,8 @@ void TellSeenTargets(const Told& told, const std::string& key, const std::string
             withoutLuns.insert(NormalIdentifier(record.portName));
         }
     }
-    for (const auto& record : told.By<OperationCode::ListVirtualPortLuns>(key, query).value_or(
-             std::list<tavroapi::VirtualPortLunRecord>{})) {
+    for (const auto& record : told.By<OperationCode::ListVirtualPortLuns>(key, query)
+                                  .value_or(std::list<tavroapi::VirtualPortLunRecord>{})) {
         FabricTarget* const target = targets.Known(record.targetPortWwn);
         const auto number = tavrosim::WholeNumber<std::uint32_t>(record.scsiUnit);
         if (target != nullptr && number &&

@@ -88,8 +88,7 @@ tavrosim::FcoePart FcoePartFrom(const Told& told, const std::string& key,
     TellDcb(told, key, part);
     TellBindings(told, key, part);
     TellVirtualPorts(told, key, identifiers, part);
-    if (const auto statistics =
-            told.By<OperationCode::ReadFcoeStatistics>(key, std::uint32_t{0})) {
+    if (const auto statistics = told.By<OperationCode::ReadFcoeStatistics>(key, std::uint32_t{0})) {
         part.statistics = tavrosim::FcoeStatisticsFrom(*statistics);
     }
     if (const auto boot = told.By<OperationCode::ReadFcoeBoot>(key)) {

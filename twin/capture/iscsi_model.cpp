@@ -30,8 +30,8 @@ tavrosim::FunctionHardware HardwareFrom(const tavroapi::IscsiPortRecord& record)
 
 void TellPortals(const Told& told, const std::string& key, IscsiStorage& storage) {
     std::set<std::pair<std::string, std::string>> known;
-    for (const auto& portal : told.By<OperationCode::ListPortals>(key).value_or(
-             std::list<tavroapi::PortalEntry>{})) {
+    for (const auto& portal :
+         told.By<OperationCode::ListPortals>(key).value_or(std::list<tavroapi::PortalEntry>{})) {
         if (known.size() < MostTargets && known.emplace(portal.address, portal.port).second) {
             tavrosim::KnownPortal& added = storage.portals.emplace_back();
             added.address = portal.address;
@@ -61,9 +61,8 @@ void TellTargets(const Told& told, const std::string& key, IscsiStorage& storage
         const bool isNew =
             !target.name.empty() && known.size() < MostTargets && known.insert(target.name).second;
         if (isNew) {
-            storage.targets.push_back({target.name,
-                                       {target.portalAddress, target.portalPort},
-                                       target.discovery});
+            storage.targets.push_back(
+                {target.name, {target.portalAddress, target.portalPort}, target.discovery});
         }
     };
     using Targets = std::list<tavroapi::TargetRecord>;

@@ -78,9 +78,8 @@ class ModelMaker {
     tavrosim::Port PortFrom(const std::string& adapterName, const std::string& name) {
         tavrosim::Port port;
         port.name = name;
-        const auto functions =
-            told_.By<EntryPoint::GetPortWWNs>(PortQuery(adapterName, name))
-                .value_or(tavrolib::PortFunctions{});
+        const auto functions = told_.By<EntryPoint::GetPortWWNs>(PortQuery(adapterName, name))
+                                   .value_or(tavrolib::PortFunctions{});
         auto identity = functions.identities.begin();
         for (const FunctionAddress& address : functions.addresses) {
             if (identity == functions.identities.end()) {
@@ -202,9 +201,8 @@ class ModelMaker {
                     if (servers) {
                         model_.host.isnsServers.assign(
                             servers->begin(),
-                            std::next(servers->begin(),
-                                      static_cast<std::ptrdiff_t>(
-                                          std::min(servers->size(), MostTargets))));
+                            std::next(servers->begin(), static_cast<std::ptrdiff_t>(std::min(
+                                                            servers->size(), MostTargets))));
                         return;
                     }
                 }

@@ -72,8 +72,8 @@ void TellReach(const Told& told, const std::string& key, const tavrosim::IscsiSt
     for (const tavrosim::KnownTarget& known : storage.targets) {
         names.insert(known.name);
     }
-    for (const auto& record : told.By<OperationCode::ListTargets>(key).value_or(
-             std::list<tavroapi::TargetRecord>{})) {
+    for (const auto& record :
+         told.By<OperationCode::ListTargets>(key).value_or(std::list<tavroapi::TargetRecord>{})) {
         if (names.contains(record.name)) {
             TellTarget(record, network.Named(record.name));
         }

@@ -49,8 +49,7 @@ void TellPartitions(const Told& told, tavrosim::Adapter& adapter) {
         tavrosim::Resources& resources = port.resources.emplace();
         resources.completionCode = tavroapi::AppliedAtRestart;
         const auto setting = FirstTold<OperationCode::ReadPersonality>(told, port);
-        const auto personality =
-            setting ? tavrosim::PortPersonalityFrom(*setting) : std::nullopt;
+        const auto personality = setting ? tavrosim::PortPersonalityFrom(*setting) : std::nullopt;
         if (personality) {
             resources.personality = *personality;
         } else if (adapter.partitionState == tavroapi::NotPartitioned) {

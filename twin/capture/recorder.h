@@ -98,9 +98,9 @@ class CallRecorder {
             return std::nullopt;
         }
         call.input = &input;
-        tavrolib::Json line = tavrolib::CallToJson(call, secrets_);
-        return IsNew(line) && Keep(std::move(line), call, 0) ? std::optional(std::move(record))
-                                                             : std::nullopt;
+        return IsNew(call) && Keep(tavrolib::CallToJson(call, secrets_), call, 0)
+                   ? std::optional(std::move(record))
+                   : std::nullopt;
     }
 
     // Asks one of the queries that are no operations, about what the call names besides.
@@ -135,8 +135,8 @@ class CallRecorder {
     // Whether the call was made and succeeded.
     bool Perform(const tavrolib::Call& call);
 
-    // Whether the call of this line was not made before; from now on it was.
-    bool IsNew(const tavrolib::Json& line);
+    // Whether the call was not made before; from now on it was.
+    bool IsNew(const tavrolib::Call& call);
 
     // Keeps the answer, a refusal with the library's error. Whether it is none.
     bool Keep(tavrolib::Json line, const tavrolib::Call& call, std::uint32_t status);

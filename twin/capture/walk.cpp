@@ -60,8 +60,8 @@ std::vector<CapturedFunction> AskInventory(CallRecorder& recorder) {
     }
     for (const tavroapi::AdapterRecord& adapter : *adapters) {
         for (const std::string& portName : adapter.portNames) {
-            if (const auto port = recorder.Query<EntryPoint::GetPortWWNs>(
-                    PortQuery(adapter.name, portName))) {
+            if (const auto port =
+                    recorder.Query<EntryPoint::GetPortWWNs>(PortQuery(adapter.name, portName))) {
                 const auto found = FunctionsOf(*port);
                 functions.insert(functions.end(), found.begin(), found.end());
             }
@@ -107,7 +107,8 @@ std::vector<std::string> NamesOf(const std::vector<const Records*>& lists, Name 
 // Finds the sessions of a port.
 class SessionSearch {
   public:
-    SessionSearch(CallRecorder& recorder, const std::string& key) : recorder_(recorder), key_(key) {}
+    SessionSearch(CallRecorder& recorder, const std::string& key)
+        : recorder_(recorder), key_(key) {}
 
     // The session that the target shows when no number is given, and the same by its number.
     void AskFirst(const std::string& target) {
@@ -169,10 +170,8 @@ void AskIscsi(CallRecorder& recorder, const std::string& key) {
     recorder.Ask<OperationCode::ReadIscsiStatistics>(key);
     recorder.Ask<OperationCode::ReadIscsiBoot>(key);
     recorder.Ask<OperationCode::ListPortals>(key);
-    const auto known =
-        recorder.Ask<OperationCode::ListTargets>(key).value_or(TargetList{});
-    const auto active =
-        recorder.Ask<OperationCode::ListActiveTargets>(key).value_or(TargetList{});
+    const auto known = recorder.Ask<OperationCode::ListTargets>(key).value_or(TargetList{});
+    const auto active = recorder.Ask<OperationCode::ListActiveTargets>(key).value_or(TargetList{});
     recorder.Ask<OperationCode::ListIsnsServers>(key);
     const auto nameOf = [](const tavroapi::TargetRecord& target) { return target.name; };
     SessionSearch sessions(recorder, key);
@@ -211,8 +210,7 @@ void AskFcoe(CallRecorder& recorder, const std::string& key) {
         return;
     }
     for (const std::string& port : NamesOf<std::list<tavroapi::VirtualPortRecord>>(
-             {&*ports},
-             [](const tavroapi::VirtualPortRecord& record) { return record.portWwn; })) {
+             {&*ports}, [](const tavroapi::VirtualPortRecord& record) { return record.portWwn; })) {
         const tavroapi::VirtualPortQuery query{.portWwn = port, .physicalPort = key};
         recorder.Ask<OperationCode::ListVirtualPortTargets>(key, query);
         recorder.Ask<OperationCode::ListVirtualPortLuns>(key, query);
@@ -247,7 +245,10 @@ tavrolib::Json CaptureAnswers(LibraryCaller& library, tavrolib::Secrets secrets,
     const auto functions = AskInventory(recorder);
     std::size_t place = 0;
     for (const CapturedFunction& function : functions) {
-        progress(++place, functions.size(), function.key);
+        ++place;
+        if (progress) {
+            progress(place, functions.size(), function.key);
+        }
         AskFunction(recorder, function);
     }
     recorder.Ask<OperationCode::ReadInitiator>({});

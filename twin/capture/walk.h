@@ -14,7 +14,7 @@ namespace tavrohost {
 inline constexpr std::size_t MostTargets = 4096;
 
 // What is called before a function is asked: its place among all functions from 1, how many there
-// are, and the text that it is addressed by.
+// are, and the text that it is addressed by. May be empty.
 using CaptureProgress =
     std::function<void(std::size_t place, std::size_t count, const std::string& key)>;
 

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <iterator>
+#include <nlohmann/json.hpp>
+#include <string>
 #include <string_view>
+#include <utility>
 
+#include "library/text/text.h"
 #include "platform/shared_library.h"
 #include "tavroapi/exported_functions.h"
 #include "twin/platform/environment.h"
@@ -53,6 +57,12 @@ tavro::LibrarySource LinkedSource() {
             }};
 }
 
+constexpr std::pair<LibraryChoice::Kind, const char*> LibraryKinds[] = {
+    {LibraryChoice::Kind::Installed, "installed"},
+    {LibraryChoice::Kind::File, "file"},
+    {LibraryChoice::Kind::Twin, "twin"},
+};
+
 }  // namespace
 
 tavro::LibrarySource SourceOf(const LibraryChoice& choice) {
@@ -66,6 +76,29 @@ tavro::LibrarySource SourceOf(const LibraryChoice& choice) {
             break;
     }
     return tavro::SourceOf(SharedLibrary::Load(tavroapi::LibraryFileName));
+}
+
+tavrolib::Json JsonOf(const LibraryChoice& library) {
+    for (const auto& [kind, name] : LibraryKinds) {
+        if (kind == library.kind) {
+            const std::u8string path = library.path.u8string();
+            return {{"kind", name},
+                    {"path", tavrolib::Utf8FromBytes(std::string(path.begin(), path.end()))}};
+        }
+    }
+    return {};
+}
+
+LibraryChoice LibraryFrom(const tavrolib::Json& json) {
+    LibraryChoice library;
+    for (const auto& [kind, name] : LibraryKinds) {
+        if (json.at("kind") == name) {
+            library.kind = kind;
+        }
+    }
+    const std::string path = tavrolib::BytesFromUtf8(json.at("path").get<std::string>());
+    library.path = std::filesystem::path(std::u8string(path.begin(), path.end()));
+    return library;
 }
 
 }  // namespace tavrohost

@@ -9,4 +9,8 @@ namespace tavrohost {
 // simulator plays the host of that file and nothing else.
 tavro::LibrarySource SourceOf(const LibraryChoice& choice);
 
+// The choice as a child is told it, both ways.
+tavrolib::Json JsonOf(const LibraryChoice& library);
+LibraryChoice LibraryFrom(const tavrolib::Json& json);
+
 }  // namespace tavrohost

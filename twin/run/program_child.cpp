@@ -22,35 +22,6 @@ namespace console = tavro::console;
 // Kept output is at most so large; then it is lost like that to a file that must not grow.
 constexpr std::size_t LargestOutput = std::size_t{32} << 20;
 
-constexpr std::pair<LibraryChoice::Kind, const char*> LibraryKinds[] = {
-    {LibraryChoice::Kind::Installed, "installed"},
-    {LibraryChoice::Kind::File, "file"},
-    {LibraryChoice::Kind::Twin, "twin"},
-};
-
-Json JsonOf(const LibraryChoice& library) {
-    for (const auto& [kind, name] : LibraryKinds) {
-        if (kind == library.kind) {
-            const std::u8string path = library.path.u8string();
-            return {{"kind", name},
-                    {"path", tavrolib::Utf8FromBytes(std::string(path.begin(), path.end()))}};
-        }
-    }
-    return {};
-}
-
-LibraryChoice LibraryFrom(const Json& json) {
-    LibraryChoice library;
-    for (const auto& [kind, name] : LibraryKinds) {
-        if (json.at("kind") == name) {
-            library.kind = kind;
-        }
-    }
-    const std::string path = tavrolib::BytesFromUtf8(json.at("path").get<std::string>());
-    library.path = std::filesystem::path(std::u8string(path.begin(), path.end()));
-    return library;
-}
-
 // What is printed, as UTF-8 whatever it would be encoded in, in the process's standard output.
 console::Device KeptOutput() {
     console::Device device = console::StandardDevice();

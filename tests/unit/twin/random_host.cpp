@@ -455,6 +455,9 @@ class HostMaker {
             }
         }
         fabric.dcb.state = dice_.Chance(70) ? "Enable" : "Disable";
+        constexpr std::uint64_t FabricNumber = 0x1000005E40000000;
+        fabric.name = WwnText(FabricNumber + dice_.Below(99));
+        fabric.fcfMac = MacText(FabricNumber & 0xFFFFFFFFFFFF);
         for (std::uint32_t i = dice_.Below(5); i > 0; --i) {
             constexpr std::uint64_t First = 0x2100005E20000000;
             tavrosim::FabricTarget& target = fabric.targets.emplace_back();
@@ -516,7 +519,7 @@ class HostMaker {
             }
         } else if constexpr (std::is_same_v<Value, std::uint64_t>) {
             if (dice_.Chance(20)) {
-                value = (std::uint64_t{dice_.Below(~0U)} << 31U) + dice_.Below(~0U);
+                value = std::uint64_t{dice_.Below(~0U)} << 29U;  // files hold 63 bits
             }
         } else if constexpr (requires { value.begin(); }) {
             for (auto& element : value) {

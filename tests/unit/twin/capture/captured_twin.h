@@ -1,12 +1,10 @@
 #pragma once
 
-#include <cstddef>
 #include <nlohmann/json.hpp>
-#include <string>
 
 #include "library/json/json.h"
 #include "simulator/host/host_file.h"
-#include "twin/capture/model.h"
+#include "twin/capture/capture_host.h"
 #include "twin/capture/walk.h"
 #include "unit/twin/host_library.h"
 
@@ -14,8 +12,7 @@ namespace tavrohost_test {
 
 // All answers of a library, without secrets.
 inline tavrolib::Json AnswersOf(tavrohost::LibraryCaller& library) {
-    return tavrohost::CaptureAnswers(library, tavrolib::Secrets::LeftOut,
-                                     [](std::size_t, std::size_t, const std::string&) {});
+    return tavrohost::CaptureAnswers(library, tavrolib::Secrets::LeftOut, {});
 }
 
 inline tavrolib::Json AnswersOf(tavrosim::Host& host) {
@@ -25,9 +22,7 @@ inline tavrolib::Json AnswersOf(tavrosim::Host& host) {
 
 // The twin that a document made of the answers holds.
 inline tavrosim::Host TwinOf(const tavrolib::Json& answers) {
-    const tavrohost::CapturedModel model = tavrohost::ModelFrom(tavrohost::Told(answers));
-    const tavrosim::Host captured = tavrosim::CapturedHost(model.host, answers);
-    return tavrosim::HostFromText(tavrosim::TextFromHost(captured));
+    return tavrosim::HostFromText(tavrosim::TextFromHost(tavrohost::CaptureFrom(answers).host));
 }
 
 }  // namespace tavrohost_test
