@@ -20,8 +20,8 @@ namespace {
 
 // In the order in which `--help` lists them.
 constexpr void (*Commands[])(CLI::App& tool, int& status) = {
-    AddCaptureCommand, AddDiffCommand, AddCheckCommand,
-    AddRestartCommand, AddRunCommand,  AddSchemaCommand,
+    AddCaptureCommand, AddRehearseCommand, AddRunCommand,    AddDiffCommand,
+    AddCheckCommand,   AddRestartCommand,  AddSchemaCommand,
 };
 
 // What `--help` and `--version` print goes to standard output, everything else is a diagnostic.

@@ -55,7 +55,8 @@ ROOMS = {
 # tavrohost is built from the objects of the program and of the simulator, which know nothing of it. Its rooms, each of
 # which may include those before it:
 TWIN_ROOMS = (
-    "platform", "documents", "process", "watch", "answers", "run", "diff", "check", "anonymous", "capture", "commands",
+    "platform", "documents", "process", "watch", "answers", "run", "diff", "check", "anonymous", "capture", "rehearse",
+    "commands",
 )
 BELOW_TWIN = set(ROOMS)
 ROOMS.update({

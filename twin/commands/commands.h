@@ -13,6 +13,7 @@ namespace tavrohost {
 void AddCaptureCommand(CLI::App& tool, int& status);
 void AddDiffCommand(CLI::App& tool, int& status);
 void AddCheckCommand(CLI::App& tool, int& status);
+void AddRehearseCommand(CLI::App& tool, int& status);
 void AddRestartCommand(CLI::App& tool, int& status);
 void AddRunCommand(CLI::App& tool, int& status);
 void AddSchemaCommand(CLI::App& tool, int& status);

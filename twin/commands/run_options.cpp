@@ -29,8 +29,8 @@ void AddLibraryOption(CLI::App& command, std::string& file) {
         ->check(NotEmpty());
 }
 
-void AddAnswersOption(CLI::App& command, std::string& file) {
-    command.add_option("--answers", file, "Answers to the questions, as JSON")
+CLI::Option* AddAnswersOption(CLI::App& command, std::string& file) {
+    return command.add_option("--answers", file, "Answers to the questions, as JSON")
         ->type_name("FILE")
         ->check(NotEmpty());
 }

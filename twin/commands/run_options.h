@@ -9,6 +9,7 @@
 namespace CLI {
 class App;
 class Validator;
+class Option;
 }  // namespace CLI
 
 namespace tavrohost {
@@ -19,7 +20,7 @@ CLI::Validator NotEmpty();
 // Options that several commands share.
 void AddTimeoutOption(CLI::App& command, std::optional<int>& seconds);
 void AddLibraryOption(CLI::App& command, std::string& file);
-void AddAnswersOption(CLI::App& command, std::string& file);
+CLI::Option* AddAnswersOption(CLI::App& command, std::string& file);
 
 // The library that an option names; the installed one where it names none.
 LibraryChoice ChosenLibrary(const std::string& file);

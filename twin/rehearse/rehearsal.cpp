@@ -1,0 +1,163 @@
+#include "twin/rehearse/rehearsal.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "library/calls/operations.h"
+#include "library/json/place.h"
+#include "library/platform/file.h"
+#include "library/text/text.h"
+#include "simulator/host/host_file.h"
+#include "twin/diff/text.h"
+#include "twin/process/private_folder.h"
+
+namespace tavrohost {
+namespace {
+
+using tavrolib::Json;
+
+// "LogInToTarget (11)".
+std::string NameOfOperation(std::uint32_t code) {
+    const tavrolib::Operation* const operation = tavrolib::FindOperation(code);
+    const std::string number = std::to_string(code);
+    return operation == nullptr ? "operation " + number
+                                : std::string(operation->name) + " (" + number + ')';
+}
+
+std::string Shown(const std::string& bytes) {
+    return tavrolib::Utf8FromBytes(bytes);
+}
+
+const char* KindName(Change::Kind kind) {
+    switch (kind) {
+        case Change::Kind::Added:
+            return "added";
+        case Change::Kind::Removed:
+            return "removed";
+        case Change::Kind::Changed:
+            break;
+    }
+    return "changed";
+}
+
+// What came of the command on the twin, in one sentence.
+std::string Conclusion(const Rehearsal& rehearsal) {
+    switch (rehearsal.report.outcome) {
+        case RunOutcome::Failed:
+            return "The rehearsal failed.";
+        case RunOutcome::Refused:
+            return "On the twin, the command was refused, or nothing was asked of the library.";
+        case RunOutcome::Done:
+            break;
+    }
+    const std::string done =
+        rehearsal.report.restartRequired
+            ? "On the twin, the command was done; it takes effect at the restart"
+            : "On the twin, the command was done";
+    return done +
+           (rehearsal.doubts.empty() ? "." : ". Whether the host does the same is not certain.");
+}
+
+std::string TextOfDoubt(const Doubt& doubt) {
+    std::string text = NameOfOperation(doubt.operation);
+    if (!doubt.request.empty()) {
+        text += " of " + Shown(doubt.request);
+    }
+    return text + ": " + doubt.reason;
+}
+
+}  // namespace
+
+Rehearsal Rehearse(ProgramJob job, const tavrosim::Host& host) {
+    const PrivateFolder folder;
+    const std::filesystem::path file = folder.Path() / "host.json";
+    tavrolib::platform::ReplaceContent(file, TextFromHost(host));
+    job.library = {LibraryChoice::Kind::Twin, file};
+    Rehearsal rehearsal{.report = RunProgram(job), .before = host, .after = host};
+    if (const auto text = tavrolib::platform::ReadWholeFile(file)) {
+        rehearsal.after = tavrosim::HostFromText(*text);
+    }
+    rehearsal.difference = DifferenceOf(rehearsal.before, rehearsal.after);
+    rehearsal.doubts =
+        DoubtsAbout(OperationsOf(rehearsal.report.calls), rehearsal.before, rehearsal.after);
+    return rehearsal;
+}
+
+ExitStatus StatusOf(const Rehearsal& rehearsal) {
+    return rehearsal.report.outcome == RunOutcome::Failed ? Trouble
+           : rehearsal.IsSuccess()                        ? Success
+                                                          : Negative;
+}
+
+std::vector<RehearsedOperation> OperationsOf(const std::vector<WatchedCall>& calls) {
+    std::vector<RehearsedOperation> operations;
+    for (const WatchedCall& call : calls) {
+        if (call.operation && call.status) {
+            operations.push_back({*call.operation, call.request.value_or(""), *call.status});
+        }
+    }
+    return operations;
+}
+
+std::string TextOf(const Rehearsal& rehearsal) {
+    std::string text = "\n" + Conclusion(rehearsal) + "\n\n";
+    const std::string changes = TextOf(rehearsal.difference);
+    text += changes.empty() ? "Nothing was changed.\n" : changes;
+    if (!rehearsal.doubts.empty()) {
+        text += "\nNot certain:\n";
+        for (const Doubt& doubt : rehearsal.doubts) {
+            text += "  " + TextOfDoubt(doubt) + '\n';
+        }
+    }
+    return text;
+}
+
+Json ChangesJson(const std::vector<Change>& changes) {
+    Json json = Json::array();
+    for (const Change& change : changes) {
+        Json& entry = json.emplace_back(Json::object());
+        entry["kind"] = KindName(change.kind);
+        const std::pair<const char*, const std::string*> places[] = {
+            {"adapter", &change.where.adapter},
+            {"port", &change.where.port},
+            {"function", &change.where.function},
+            {"member", &change.where.member},
+        };
+        for (const auto& [name, text] : places) {
+            if (!text->empty()) {
+                entry[name] = Shown(*text);
+            }
+        }
+        if (!change.before.is_null()) {
+            entry["before"] = change.before;
+        }
+        if (!change.after.is_null()) {
+            entry["after"] = change.after;
+        }
+    }
+    return json;
+}
+
+Json RehearsalJson(const ProgramJob& job, const Rehearsal& rehearsal) {
+    Json json = ReportJson(job, rehearsal.report);
+    if (rehearsal.report.outcome == RunOutcome::Done && !rehearsal.doubts.empty()) {
+        json["outcome"] = "uncertain";
+    }
+    json["certain"] = rehearsal.doubts.empty();
+    Json& uncertainties = json["uncertainties"] = Json::array();
+    for (const Doubt& doubt : rehearsal.doubts) {
+        Json& entry = uncertainties.emplace_back(Json::object());
+        entry["operation"] = doubt.operation;
+        if (const auto* const operation = tavrolib::FindOperation(doubt.operation)) {
+            entry["name"] = operation->name;
+        }
+        entry["request"] = Shown(doubt.request);
+        entry["reason"] = doubt.reason;
+    }
+    json["changes"] = ChangesJson(rehearsal.difference.changes);
+    json["patch"] = rehearsal.difference.patch;
+    return json;
+}
+
+}  // namespace tavrohost
