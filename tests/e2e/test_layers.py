@@ -112,3 +112,15 @@ def test_file(path):
         assert target == room or target in ROOMS[room], f"{room} may not include {target} ({name})"
     if "platform" not in path.relative_to(ROOT).parts:
         assert not PLATFORM_MACRO.search(text), "what differs between platforms belongs into platform/"
+
+
+def test_the_program_leaves_its_seams_alone():
+    """Another library and another device of the console are for tavrohost and for tests: the program itself, which declares
+    the two ways to put them in place, uses neither."""
+    declared = {"mgmt/library.h", "mgmt/library.cpp", "console/redirect.h", "console/redirect.cpp"}
+    users = {
+        str(path.relative_to(ROOT / "src"))
+        for path in sources("src")
+        if re.search(r"\b(UseLibrary|Redirect|MemoryConsole)\b", re.sub(r"//.*", "", path.read_text(encoding="utf-8")))
+    }
+    assert users == declared

@@ -46,7 +46,8 @@ void AddCaptureCommand(CLI::App& tool, int& /*status*/) {
         "capture", "Copy the host that the management library manages to a host file");
     const auto options = std::make_shared<CaptureOptions>();
     command->add_option("-o,--output", options->output, "The host file; - is standard output")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(NotEmpty());
     command->add_flag("--with-secrets", options->withSecrets,
                       "Keep the secrets that the library tells");
     command->add_flag("--anonymous", options->isAnonymous,
