@@ -74,7 +74,10 @@ Rehearsal Rehearse(ProgramJob job, const tavrosim::Host& host) {
     const std::filesystem::path file = folder.Path() / "host.json";
     tavrolib::platform::ReplaceContent(file, TextFromHost(host));
     job.library = {LibraryChoice::Kind::Twin, file};
-    Rehearsal rehearsal{.report = RunProgram(job), .before = host, .after = host};
+    Rehearsal rehearsal;
+    rehearsal.report = RunProgram(job);
+    rehearsal.before = host;
+    rehearsal.after = host;
     if (const auto text = tavrolib::platform::ReadWholeFile(file)) {
         rehearsal.after = tavrosim::HostFromText(*text);
     }
