@@ -55,7 +55,7 @@ ROOMS = {
 # tavrohost is built from the objects of the program and of the simulator, which know nothing of it. Its rooms, each of
 # which may include those before it:
 TWIN_ROOMS = (
-    "platform", "documents", "process", "watch", "answers", "run", "diff", "check", "anonymous", "capture", "rehearse",
+    "platform", "documents", "process", "watch", "answers", "diff", "run", "check", "anonymous", "capture", "rehearse",
     "commands",
 )
 BELOW_TWIN = set(ROOMS)

@@ -12,6 +12,7 @@
 #include "platform/encoding.h"
 #include "platform/output.h"
 #include "platform/wipe.h"
+#include "twin/documents/document.h"
 #include "twin/exit_status.h"
 #include "twin/platform/environment.h"
 
@@ -25,7 +26,7 @@ constexpr std::size_t LineRoom = LongestAnswer + 3;
 
 // Reads from the file, which may be a pipe, what the text has room for.
 void ReadStart(const std::string& name, std::string& text) {
-    const std::filesystem::path path(std::u8string(name.begin(), name.end()));
+    const std::filesystem::path path = PathOfDocument(name);
     std::error_code ignored;
     std::filebuf file;
     file.pubsetbuf(nullptr, 0);

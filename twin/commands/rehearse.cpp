@@ -14,7 +14,7 @@
 #include "twin/rehearse/host_capture.h"
 #include "twin/rehearse/plan.h"
 #include "twin/rehearse/rehearsal.h"
-#include "twin/rehearse/secrets.h"
+#include "twin/run/secrets.h"
 
 namespace tavrohost {
 namespace {

@@ -12,7 +12,7 @@
 #include "simulator/host/host_file.h"
 #include "simulator/host/host_json.h"
 #include "twin/answers/answer_book.h"
-#include "twin/rehearse/secrets.h"
+#include "twin/run/secrets.h"
 
 namespace tavrohost {
 namespace {

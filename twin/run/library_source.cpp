@@ -3,19 +3,57 @@
 #include <algorithm>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "library/json/place.h"
+#include "library/platform/environment.h"
+#include "library/platform/file.h"
 #include "library/text/text.h"
 #include "platform/shared_library.h"
 #include "tavroapi/exported_functions.h"
+#include "twin/documents/document.h"
 #include "twin/platform/environment.h"
+#include "twin/run/secret_stand_in.h"
+#include "twin/run/secrets.h"
 
 namespace tavrohost {
 namespace {
 
 using tavro::platform::SharedLibrary;
+
+constexpr const char* HostVariable = "TAVROSIM_HOST";
+
+// The secrets of the twin as it was at first; nothing while nobody has asked for them.
+std::optional<std::set<std::string>> secretsOfTwin;
+
+// A file that cannot be read is one that the simulator refuses.
+std::set<std::string> SecretsOfHostFile() {
+    try {
+        const auto file = tavrolib::platform::PathVariable(HostVariable);
+        const auto text = file ? tavrolib::platform::ReadWholeFile(*file) : std::nullopt;
+        return text ? SecretsIn(tavrolib::ParseJson(*text)) : std::set<std::string>();
+    } catch (const tavrolib::platform::FileError&) {
+        return {};
+    } catch (const tavrolib::ShapeError&) {
+        return {};
+    }
+}
+
+// A twin lives in a file, which gets none of the secrets that the command has.
+std::uint32_t DoOperationOnTwin(std::uint32_t code, std::string* request, void* input,
+                                void* output) {
+    if (TakesSecrets(code)) {
+        if (!secretsOfTwin) {
+            secretsOfTwin = SecretsOfHostFile();
+        }
+        ReplaceSecrets(code, input, *secretsOfTwin);
+    }
+    return TAVROAPI_DoOperation(code, request, input, output);
+}
 
 struct Linked {
     std::string_view name;
@@ -31,7 +69,7 @@ Linked LinkedAs(typename Entry::Function& function) {
 const Linked LinkedEntryPoints[] = {
     LinkedAs<tavroapi::InitializeEntry>(TAVROAPI_Initialize),
     LinkedAs<tavroapi::UninitializeEntry>(TAVROAPI_Uninitialize),
-    LinkedAs<tavroapi::DoOperationEntry>(TAVROAPI_DoOperation),
+    LinkedAs<tavroapi::DoOperationEntry>(DoOperationOnTwin),
     LinkedAs<tavroapi::GetLocalizeMessageEntry>(TAVROAPI_GetLocalizeMessage),
     LinkedAs<tavroapi::GetLastErrorMessageEntry>(TAVROAPI_GetLastErrorMessage),
     LinkedAs<tavroapi::GetHostNameEntry>(TAVROAPI_GetHostName),
@@ -47,7 +85,8 @@ void PlayHost(const std::filesystem::path& hostFile) {
                                    "TAVROSIM_TRACE_OUTPUTS"}) {
         platform::UnsetVariable(name);
     }
-    platform::SetVariable("TAVROSIM_HOST", hostFile);
+    platform::SetVariable(HostVariable, hostFile);
+    secretsOfTwin.reset();
 }
 
 tavro::LibrarySource LinkedSource() {
@@ -96,8 +135,7 @@ LibraryChoice LibraryFrom(const tavrolib::Json& json) {
             library.kind = kind;
         }
     }
-    const std::string path = tavrolib::BytesFromUtf8(json.at("path").get<std::string>());
-    library.path = std::filesystem::path(std::u8string(path.begin(), path.end()));
+    library.path = PathOfDocument(tavrolib::BytesFromUtf8(json.at("path").get<std::string>()));
     return library;
 }
 

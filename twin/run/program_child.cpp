@@ -6,6 +6,7 @@
 #include "console/console.h"
 #include "console/redirect.h"
 #include "library/text/text.h"
+#include "platform/crash_dump.h"
 #include "platform/keyboard.h"
 #include "platform/output.h"
 #include "program.h"
@@ -66,6 +67,9 @@ int RunAsProgram(const ReceivedJob& job, int argc, const char* const* argv) {
     const bool keepsOutput = job.details.at("keepsOutput").get<bool>();
     const bool hasAnswers = job.details.contains("answers");
     const LibraryChoice library = LibraryFrom(job.details.at("library"));
+    if (library.kind == LibraryChoice::Kind::Twin) {
+        tavro::platform::ForbidCrashDumps();  // a host file may hold secrets
+    }
     Watch watch(SourceOf(library), JournalFileIn(job.folder));
     JournalWriter& journal = watch.Writer();
     tavro::UseLibrary(watch.Watched());

@@ -89,9 +89,8 @@ RunReport RunProgram(const ProgramJob& job) {
                                                      .timeLimit = job.timeLimit});
     Journal journal = ReadJournal(JournalFileIn(folder.Path()));
     RunReport report{.failure = FailureOf(end, journal),
-                     .output = keepsOutput ? KeptOutputIn(folder.Path()) : std::string(),
-                     .command = &CommandOf(job.arguments)};
-    const Verdict verdict = Judge(report.command->decidedBy, journal.calls);
+                     .output = keepsOutput ? KeptOutputIn(folder.Path()) : std::string()};
+    const Verdict verdict = Judge(CommandOf(job.arguments).decidedBy, journal.calls);
     report.restartRequired = verdict.restartRequired;
     if (report.failure.empty()) {
         report.outcome = verdict.isDone ? RunOutcome::Done : RunOutcome::Refused;

@@ -32,8 +32,6 @@ struct RunReport {
     // What the library says of the last call that keeps the command from being done, where it was
     // asked: an object with the members of ErrorRecord.
     std::optional<tavrolib::Json> error{};
-    // The row of the command table that the arguments name.
-    const tavro::Command* command = nullptr;
 };
 
 // Runs the job. Throws platform::Interrupted when a signal ended it, TroubleError or

@@ -18,9 +18,8 @@ bool Is(const WatchedCall& call, const DecidingCall& deciding) {
 }
 
 bool Succeeded(const WatchedCall& call) {
-    const std::int64_t code = call.completionCode.value_or(0);
-    return call.status == 0U && !call.isIncomplete &&
-           (code == 0 || code == tavroapi::AppliedAtRestart);
+    return call.status &&
+           tavrohost::Succeeded(*call.status, call.completionCode, call.isIncomplete);
 }
 
 bool WasMade(std::span<const WatchedCall> calls, const DecidingCall& deciding) {
@@ -58,6 +57,12 @@ bool CameAsWanted(const Decision& decision, std::span<const WatchedCall> calls) 
 }
 
 }  // namespace
+
+bool Succeeded(std::uint32_t status, std::optional<std::int64_t> completionCode,
+               bool isIncomplete) {
+    const std::int64_t code = completionCode.value_or(0);
+    return status == 0 && !isIncomplete && (code == 0 || code == tavroapi::AppliedAtRestart);
+}
 
 Verdict Judge(const Decision& decision, std::span<const WatchedCall> calls) {
     Verdict verdict{.isDone = WasInitialized(calls) && CameAsWanted(decision, calls)};

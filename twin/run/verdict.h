@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 
@@ -21,6 +22,10 @@ struct Verdict {
     // initialization of the library.
     std::optional<std::size_t> lastFailure{};
 };
+
+// Whether a call that came back did all that was asked: it returned 0, with a completion code of 0
+// or 201 where there is one, and no records tell otherwise.
+bool Succeeded(std::uint32_t status, std::optional<std::int64_t> completionCode, bool isIncomplete);
 
 // Judges by the row of the command. A library that could not be initialized has done nothing.
 Verdict Judge(const tavro::Decision& decision, std::span<const WatchedCall> calls);

@@ -4,8 +4,11 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
+#include "tavroapi/iscsi_records.h"
+#include "tavroapi/operation_code.h"
 #include "twin/platform/environment.h"
 #include "twin/process/private_folder.h"
 
@@ -34,6 +37,35 @@ TEST(SourceOf, ATwinIsTheHostOfTheFileAndNothingElse) {
     EXPECT_EQ(In<tavroapi::UninitializeEntry>(source)(), 0U);
     EXPECT_FALSE(std::filesystem::exists(folder.Path() / "trace"));
     EXPECT_EQ(source.find("no entry point"), nullptr);
+    platform::UnsetVariable("TAVROSIM_HOST");
+}
+
+std::string ContentOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+TEST(SourceOf, ATwinGetsNoSecretsButItsOwn) {
+    const PrivateFolder folder;
+    const std::filesystem::path file = folder.Path() / "twin.json";
+    std::ofstream(file) << R"({"name": "the-twin", "adapters": [], "initiator": {
+        "name": "iqn.2015-01.com.example:host", "login": {"targetSecret": "own-secret-of-it"}}})";
+    const tavro::LibrarySource source = SourceOf({LibraryChoice::Kind::Twin, file});
+    std::wstring locale = L"C";
+    ASSERT_EQ(In<tavroapi::InitializeEntry>(source)(0, &locale), 0U);
+    tavroapi::InitiatorRecord initiator;
+    initiator.name = "iqn.2015-01.com.example:another";
+    initiator.login.targetSecret = "own-secret-of-it";
+    initiator.login.initiatorSecret = "a-secret-to-hide";
+    std::string request;
+    const auto code = static_cast<std::uint32_t>(tavroapi::OperationCode::SetInitiator);
+    EXPECT_EQ(In<tavroapi::DoOperationEntry>(source)(code, &request, &initiator, nullptr), 0U);
+    EXPECT_EQ(In<tavroapi::UninitializeEntry>(source)(), 0U);
+    const std::string twin = ContentOf(file);
+    EXPECT_NE(twin.find("iqn.2015-01.com.example:another"), std::string::npos);
+    EXPECT_NE(twin.find("own-secret-of-it"), std::string::npos);
+    EXPECT_EQ(twin.find("a-secret-to-hide"), std::string::npos);
+    EXPECT_EQ(initiator.login.initiatorSecret, "(secret)");
     platform::UnsetVariable("TAVROSIM_HOST");
 }
 

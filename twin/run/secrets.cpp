@@ -1,9 +1,7 @@
-#include "twin/rehearse/secrets.h"
+#include "twin/run/secrets.h"
 
-#include <functional>
 #include <nlohmann/json.hpp>
-#include <set>
-#include <string>
+#include <type_traits>
 
 #include "simulator/host/host_json.h"
 #include "twin/diff/identity.h"
@@ -13,12 +11,15 @@ namespace {
 
 using tavrosim::Host;
 
-void ForEachSecret(Json& json, const std::function<void(std::string& secret)>& visit) {
+// Calls `visit` with each secret of the document, const as that is.
+template <class AnyJson, class Visitor>
+void ForEachSecret(AnyJson& json, const Visitor& visit) {
+    using Text = std::conditional_t<std::is_const_v<AnyJson>, const std::string, std::string>;
     for (auto& [key, value] : json.items()) {
         if (value.is_structured()) {
             ForEachSecret(value, visit);
         } else if (json.is_object() && IsSecretMember(key) && value.is_string()) {
-            visit(value.get_ref<std::string&>());
+            visit(value.template get_ref<Text&>());
         }
     }
 }
@@ -43,15 +44,22 @@ Host Blanked(const Host& host, const std::set<std::string>& kept) {
 
 }  // namespace
 
+std::set<std::string> SecretsIn(const Json& hostFile) {
+    std::set<std::string> secrets;
+    for (const auto& [key, value] : hostFile.items()) {
+        if (value.is_structured() && key != "captured") {
+            ForEachSecret(value, [&](const std::string& secret) { secrets.insert(secret); });
+        }
+    }
+    return secrets;
+}
+
 Host WithoutSecrets(const Host& host) {
     return Blanked(host, {});
 }
 
 Host WithoutNewSecrets(const Host& host, const Host& before) {
-    std::set<std::string> known;
-    Json json = ModelOf(before);
-    ForEachSecret(json, [&known](const std::string& secret) { known.insert(secret); });
-    return Blanked(host, known);
+    return Blanked(host, SecretsIn(ModelOf(before)));
 }
 
 }  // namespace tavrohost

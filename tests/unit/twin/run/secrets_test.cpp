@@ -1,6 +1,8 @@
-#include "twin/rehearse/secrets.h"
+#include "twin/run/secrets.h"
 
 #include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
 
 #include "simulator/host/host_file.h"
 
@@ -27,6 +29,15 @@ TEST(Secrets, ThatACommandGaveAreTakenOutAndOthersStay) {
     const auto login = WithoutNewSecrets(after, before).initiator.login;
     EXPECT_EQ(login.targetSecret, "old-secret");
     EXPECT_EQ(login.initiatorSecret, "");
+}
+
+TEST(Secrets, OfAHostFileAreListedButForWhatWasCaptured) {
+    const auto file = tavrolib::ParseJson(R"({
+        "name": "targetSecret",
+        "initiator": {"login": {"targetSecret": "first", "targetChapName": "storage"}},
+        "iscsiTargets": [{"chap": {"initiatorSecret": "second"}}],
+        "captured": {"host": {"initiator": {"login": {"targetSecret": "third"}}}}})");
+    EXPECT_EQ(SecretsIn(file), (std::set<std::string>{"first", "second"}));
 }
 
 }  // namespace
