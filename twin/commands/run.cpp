@@ -61,8 +61,9 @@ int RunThePlan(const Options& options) {
     ProgramArguments() = taken.plan.arguments;
     ProgramJob job = JobOf(options);
     job.answers = taken.plan.answers;
-    const PlanRun run = RunPlan(
-        taken.plan, job, [&job] { return CaptureFor(job); }, taken.markUsed);
+    const PlanRun run = RunPlan(taken.plan, {.capture = [&job] { return CaptureFor(job); },
+                                             .begin = taken.markUsed,
+                                             .run = [&job] { return RunProgram(job); }});
     if (options.json) {
         ShowJson(PlanRunJson(job, run));
     } else {

@@ -52,6 +52,11 @@ struct AddressFamily {
     bool isChanged = false;
 };
 
+// The VLAN in which a function is, or will be after the restart.
+const std::string& VlanOf(const TcpIp& settings) {
+    return settings.pendingVlanId ? *settings.pendingVlanId : settings.vlanId;
+}
+
 std::array<AddressFamily, 2> FamiliesOf(const TcpIp& before, const TcpIp& after) {
     return {{{after.dhcp == "Yes", before.dhcp != after.dhcp || before.address != after.address ||
                                        before.subnetMask != after.subnetMask ||
@@ -63,7 +68,7 @@ std::array<AddressFamily, 2> FamiliesOf(const TcpIp& before, const TcpIp& after)
 }
 
 // Where a function leases addresses, the command is certain only when what it changed is the
-// addresses of the IP version that does not.
+// addresses of the IP version that does not. In another VLAN, another server answers.
 template <class Part>
 Reason DoubtAboutLease(const Rehearsed& at) {
     const Part* const before = PartNamed<Part>(at.before, at.operation.request);
@@ -77,7 +82,8 @@ Reason DoubtAboutLease(const Rehearsed& at) {
             return family.leases == leases && (family.isChanged || !isChanged);
         });
     };
-    const bool isFixed = any(false, true) && !any(true, true);
+    const bool isFixed =
+        any(false, true) && !any(true, true) && VlanOf(before->tcpIp) == VlanOf(after->tcpIp);
     return any(true, false) && !isFixed ? "what the DHCP server hands out is not known before"
                                         : Reason();
 }
@@ -179,11 +185,6 @@ constexpr DoubtRow DoubtRows[] = {
 // what was captured.
 constexpr OperationCode RefusedAlike[] = {OperationCode::WriteAdapterSettings};
 
-bool IsReading(std::uint32_t code) {
-    const tavrosim::OperationModel* const model = tavrosim::FindModel(code);
-    return model != nullptr && (model->change == nullptr || model->tellCounters != nullptr);
-}
-
 Reason DoubtAboutRefusal(const Rehearsed& at) {
     const std::uint32_t code = at.operation.code;
     const auto isCode = [code](OperationCode each) {
@@ -198,7 +199,7 @@ Reason DoubtAboutRefusal(const Rehearsed& at) {
     const tavrolib::Operation* const described = tavrolib::FindOperation(code);
     const bool asksForOne = described != nullptr && described->input != nullptr &&
                             tavrosim::FindModel(code)->tellCounters == nullptr;
-    return asksForOne ? "the host was not asked this when it was captured" : Reason();
+    return asksForOne ? "the host may not have been asked this when it was captured" : Reason();
 }
 
 Reason ReasonOf(const Rehearsed& at) {
@@ -211,10 +212,15 @@ Reason ReasonOf(const Rehearsed& at) {
     } else if (!IsReading(at.operation.code)) {
         reason = Untried;
     }
-    return reason.empty() && at.operation.status != 0 ? DoubtAboutRefusal(at) : reason;
+    return reason.empty() && !at.operation.IsDone() ? DoubtAboutRefusal(at) : reason;
 }
 
 }  // namespace
+
+bool IsReading(std::uint32_t code) {
+    const tavrosim::OperationModel* const model = tavrosim::FindModel(code);
+    return model != nullptr && (model->change == nullptr || model->tellCounters != nullptr);
+}
 
 std::vector<Doubt> DoubtsAbout(const std::vector<RehearsedOperation>& operations,
                                const Host& before, const Host& after) {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "simulator/host/host.h"
+#include "twin/run/verdict.h"
 
 // What a rehearsal cannot know of the real host.
 namespace tavrohost {
@@ -13,10 +15,16 @@ namespace tavrohost {
 struct RehearsedOperation {
     std::uint32_t code = 0;
     std::string request;
-    std::uint32_t status = 0;  // 0: done
+    std::uint32_t status = 0;
+    std::optional<std::int64_t> completionCode{};  // where the record has room for one
+    bool isIncomplete = false;                     // its records tell that not all was done
 
+    bool IsDone() const { return Succeeded(status, completionCode, isIncomplete); }
     bool operator==(const RehearsedOperation&) const = default;
 };
+
+// Whether the operation changes nothing but counters that it reads.
+bool IsReading(std::uint32_t code);
 
 // Why nobody can say beforehand what the host will make of an operation.
 struct Doubt {

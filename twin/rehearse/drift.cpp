@@ -1,6 +1,10 @@
 #include "twin/rehearse/drift.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <set>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -20,24 +24,19 @@ std::string Normal(const std::string& identifier) {
     return normal.empty() ? identifier : normal;
 }
 
+using PortName = std::pair<std::string, std::string>;  // the adapter's, and its own
+
 class Scope {
   public:
     Scope(const WorkedOn& worked, const tavrosim::Host& host) {
         for (const std::string& function : worked.functions) {
             if (const auto found = tavrosim::FindFunction(host, function)) {
-                functions_.insert(Normal(function));
-                adapters_.insert(found.adapter->name);
+                functions_.insert(Normal(tavrosim::KeyOf(*found.function)));
+                TakeHolders(found.adapter->name, found.port->name);
             }
         }
         for (const Change& change : worked.changes) {
-            if (change.where.adapter.empty()) {
-                hostMembers_.insert(std::string(FirstStep(change.where.member)));
-            } else if (change.where.key.empty()) {
-                wholeAdapters_.insert(change.where.adapter);
-            } else {
-                functions_.insert(Normal(change.where.key));
-                adapters_.insert(change.where.adapter);
-            }
+            Take(change.where);
         }
     }
 
@@ -48,23 +47,83 @@ class Scope {
         if (wholeAdapters_.contains(part.adapter)) {
             return true;
         }
-        return part.key.empty() ? adapters_.contains(part.adapter)
-                                : functions_.contains(Normal(part.key));
+        if (part.port.empty()) {
+            return adapters_.contains(part.adapter);
+        }
+        const PortName port{part.adapter, part.port};
+        return wholePorts_.contains(port) ||
+               (part.key.empty() ? ports_.contains(port) : functions_.contains(Normal(part.key)));
     }
 
   private:
+    void TakeHolders(const std::string& adapter, const std::string& port) {
+        adapters_.insert(adapter);
+        ports_.emplace(adapter, port);
+    }
+
+    void Take(const HostPart& part) {
+        if (part.adapter.empty()) {
+            hostMembers_.insert(std::string(FirstStep(part.member)));
+        } else if (part.port.empty()) {
+            wholeAdapters_.insert(part.adapter);
+        } else {
+            TakeHolders(part.adapter, part.port);
+            if (part.key.empty()) {
+                wholePorts_.emplace(part.adapter, part.port);
+            } else {
+                functions_.insert(Normal(part.key));
+            }
+        }
+    }
+
     std::set<std::string, std::less<>> functions_;
     std::set<std::string, std::less<>> adapters_;       // that hold them
+    std::set<PortName> ports_;                          // that hold them
     std::set<std::string, std::less<>> wholeAdapters_;  // changed themselves, with all they hold
+    std::set<PortName> wholePorts_;                     // likewise
     std::set<std::string, std::less<>> hostMembers_;
 };
+
+struct MemberRow {
+    std::string_view member;  // the way below a function, port or adapter
+    std::string_view reason;
+};
+
+// What on a host is another from one look to the next, though nobody changed it. Counters are
+// compared nowhere.
+constexpr MemberRow MovingMembers[] = {
+    {"settings.temperature", "the reading of a sensor"},
+};
+
+// What a capture cannot tell, so that a twin may have it where a host seems not to.
+constexpr MemberRow UntoldMembers[] = {
+    {"pendingPartitions", "in force at the restart"},
+    {"resources.pendingPersonality", "in force at the restart"},
+    {"tcpIp.pendingVlanId", "in force at the restart"},
+};
+
+// Whether the member is the row's, or lies in it.
+bool IsIn(std::string_view member, const MemberRow& row) {
+    return member.starts_with(row.member) &&
+           (member.size() == row.member.size() || member[row.member.size()] == '.' ||
+            member[row.member.size()] == '[');
+}
+
+template <std::size_t Count>
+bool StandsIn(const MemberRow (&table)[Count], const Change& change) {
+    return std::ranges::any_of(
+        table, [&](const MemberRow& row) { return IsIn(change.where.member, row); });
+}
 
 }  // namespace
 
 std::vector<Change> ChangesWithin(const WorkedOn& worked, const tavrosim::Host& host,
                                   std::vector<Change> changes) {
     const Scope scope(worked, host);
-    std::erase_if(changes, [&](const Change& change) { return !scope.Holds(change.where); });
+    std::erase_if(changes, [&](const Change& change) {
+        return !scope.Holds(change.where) || StandsIn(MovingMembers, change) ||
+               StandsIn(UntoldMembers, change);
+    });
     return changes;
 }
 

@@ -17,7 +17,8 @@ struct WorkedOn {
 // Of the differences between two states of a host those that lie where a command works: in a
 // function that it changes or names, in an adapter or port that holds such a function or that it
 // changes itself, or in the same thing of the host as a whole (its initiator, its iSNS servers).
-// `host` is where the functions are found.
+// Left out is what says nothing of that: what changes by itself, such as a temperature, and what
+// waits for the restart, which no library tells. `host` is where the functions are found.
 std::vector<Change> ChangesWithin(const WorkedOn& worked, const tavrosim::Host& host,
                                   std::vector<Change> changes);
 

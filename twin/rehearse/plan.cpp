@@ -52,23 +52,40 @@ Json OperationToJson(const RehearsedOperation& operation) {
     json["operation"] = operation.code;
     json["request"] = tavrolib::Utf8FromBytes(operation.request);
     json["status"] = operation.status;
+    if (operation.completionCode) {
+        json["completion_code"] = *operation.completionCode;
+    }
+    if (operation.isIncomplete) {
+        json["incomplete"] = true;
+    }
     return json;
 }
 
 RehearsedOperation OperationFromJson(const Json& json, const Place& place) {
     WantObject(json, place);
-    constexpr std::array Names = {"operation", "request", "status"};
+    constexpr std::array<std::string_view, 5> Names = {"operation", "request", "status",
+                                                       "completion_code", "incomplete"};
     RefuseUnknownMembers(
         json, [&](std::string_view name) { return std::ranges::find(Names, name) != Names.end(); },
         place);
-    for (const char* const name : Names) {
+    for (const char* const name : {"operation", "request", "status"}) {
         if (!json.contains(name)) {
             throw ShapeError(place, "\"" + std::string(name) + "\" is missing");
         }
     }
-    return {Number32(json["operation"], Place(place, "operation")),
-            tavrolib::BytesFromUtf8(TextAt(json["request"], Place(place, "request"))),
-            Number32(json["status"], Place(place, "status"))};
+    RehearsedOperation operation{
+        .code = Number32(json["operation"], Place(place, "operation")),
+        .request = tavrolib::BytesFromUtf8(TextAt(json["request"], Place(place, "request"))),
+        .status = Number32(json["status"], Place(place, "status"))};
+    if (json.contains("completion_code")) {
+        operation.completionCode =
+            NumberAt(json["completion_code"], std::numeric_limits<std::int64_t>::min(),
+                     std::numeric_limits<std::int64_t>::max(), Place(place, "completion_code"));
+    }
+    if (json.contains("incomplete")) {
+        operation.isIncomplete = TruthAt(json["incomplete"], Place(place, "incomplete"));
+    }
+    return operation;
 }
 
 // The elements of the array that the member of that name holds.
@@ -98,6 +115,15 @@ bool TruthOf(const Json& json, const char* name) {
     return tavrolib::TruthAt(MemberOf(json, name), Place(Place(), name));
 }
 
+void RefuseNewerFormat(const Json& json) {
+    const auto format = NumberAt(MemberOf(json, "format"), 1, std::numeric_limits<int>::max(),
+                                 Place(Place(), "format"));
+    if (format > PlanFormat) {
+        throw ShapeError("the plan has format " + std::to_string(format) +
+                         "; this tool reads format " + std::to_string(PlanFormat));
+    }
+}
+
 }  // namespace
 
 std::string TextFromPlan(const Plan& plan) {
@@ -123,16 +149,13 @@ std::string TextFromPlan(const Plan& plan) {
 Plan PlanFromText(std::string_view text) {
     const Json json = tavrolib::ParseJson(text);
     const Place root;
+    WantObject(json, root);
+    // A newer plan may have members that are unknown here, which is not what is wrong with it.
+    RefuseNewerFormat(json);
     RefuseUnknownMembers(
         json,
         [](std::string_view name) { return std::ranges::find(Members, name) != std::end(Members); },
         root);
-    const auto format = NumberAt(MemberOf(json, "format"), 1, std::numeric_limits<int>::max(),
-                                 Place(root, "format"));
-    if (format > PlanFormat) {
-        throw ShapeError("the plan has format " + std::to_string(format) +
-                         "; this tool reads format " + std::to_string(PlanFormat));
-    }
     Plan plan;
     plan.arguments = ElementsOf(json, "arguments", [](const Json& argument, const Place& place) {
         return tavrolib::BytesFromUtf8(TextAt(argument, place));

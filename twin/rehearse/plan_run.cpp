@@ -4,13 +4,11 @@
 #include <exception>
 #include <filesystem>
 #include <nlohmann/json.hpp>
-#include <string_view>
 #include <utility>
 
 #include "library/json/place.h"
 #include "library/platform/file.h"
 #include "library/text/text.h"
-#include "simulator/model/model.h"
 #include "twin/diff/text.h"
 #include "twin/documents/document.h"
 #include "twin/exit_status.h"
@@ -22,16 +20,22 @@ namespace {
 
 constexpr std::chrono::seconds LockPatience{10};
 
-Plan ReadUnusedPlan(const std::string& name) {
+struct UnusedPlan {
+    std::string text;
+    Plan plan;
+};
+
+UnusedPlan ReadUnusedPlan(const std::string& name) {
     if (name == StandardStream) {
         throw TroubleError("a plan is noted as used, so it cannot come from standard input");
     }
     try {
-        Plan plan = PlanFromText(ReadDocument(name));
-        if (plan.isUsed) {
+        UnusedPlan unused{.text = ReadDocument(name), .plan = {}};
+        unused.plan = PlanFromText(unused.text);
+        if (unused.plan.isUsed) {
             throw TroubleError(name + ": this plan was used; a plan is for one run");
         }
-        return plan;
+        return unused;
     } catch (const tavrolib::ShapeError& error) {
         throw TroubleError(name + ": " + error.what());
     }
@@ -53,27 +57,16 @@ std::string TextOfChanges(std::vector<Change> changes) {
 
 // The operations that change something, in their order. What is read besides is of no account.
 std::vector<RehearsedOperation> ChangingOnes(std::vector<RehearsedOperation> operations) {
-    std::erase_if(operations, [](const RehearsedOperation& operation) {
-        const tavrosim::OperationModel* const model = tavrosim::FindModel(operation.code);
-        return model != nullptr && (model->change == nullptr || model->tellCounters != nullptr);
-    });
+    std::erase_if(operations,
+                  [](const RehearsedOperation& operation) { return IsReading(operation.code); });
     return operations;
 }
 
-// What waits for the restart cannot be read from a host, so it tells nothing of what happened.
-bool IsPending(const Change& change) {
-    const std::string& member = change.where.member;
-    const std::string_view name = std::string_view(member).substr(member.rfind('.') + 1);
-    return name == "pendingPartitions" || name == "pendingPersonality" || name == "pendingVlanId";
-}
-
 // The host as it is now; where that cannot be told, the run keeps the reason.
-void CompareWithRehearsal(const Plan& plan, const std::function<tavrosim::Host()>& capture,
-                          PlanRun& run) {
+void CompareWithRehearsal(const Plan& plan, const PlanSteps& steps, PlanRun& run) {
     try {
-        run.deviations =
-            ChangesWithin(WorkOf(plan), plan.before, DifferenceOf(plan.after, capture()).changes);
-        std::erase_if(run.deviations, IsPending);
+        run.deviations = ChangesWithin(WorkOf(plan), plan.before,
+                                       DifferenceOf(plan.after, steps.capture()).changes);
     } catch (const tavrolib::platform::FileError& error) {
         run.unknownEnd = tavrolib::Utf8FromWide(error.Text());
     } catch (const std::exception& error) {
@@ -83,38 +76,40 @@ void CompareWithRehearsal(const Plan& plan, const std::function<tavrosim::Host()
 
 }  // namespace
 
-PlanRun RunPlan(const Plan& plan, const ProgramJob& job,
-                const std::function<tavrosim::Host()>& capture,
-                const std::function<void()>& begin) {
+PlanRun RunPlan(const Plan& plan, const PlanSteps& steps) {
     PlanRun run;
-    run.drift =
-        ChangesWithin(WorkOf(plan), plan.before, DifferenceOf(plan.before, capture()).changes);
+    run.drift = ChangesWithin(WorkOf(plan), plan.before,
+                              DifferenceOf(plan.before, steps.capture()).changes);
     if (!run.IsRun()) {
         run.report.outcome = RunOutcome::Refused;
         return run;
     }
-    begin();
-    run.report = RunProgram(job);
+    steps.begin();
+    run.report = steps.run();
     run.hasSameCourse =
         run.report.restartRequired == plan.restartRequired &&
         ChangingOnes(OperationsOf(run.report.calls)) == ChangingOnes(plan.operations);
     if (run.report.outcome != RunOutcome::Failed) {
-        CompareWithRehearsal(plan, capture, run);
+        CompareWithRehearsal(plan, steps, run);
     }
     return run;
 }
 
 TakenPlan TakePlan(const std::string& name) {
-    return {ReadUnusedPlan(name), [name] {
+    const UnusedPlan taken = ReadUnusedPlan(name);
+    return {taken.plan, [name, taken] {
                 // Under whatever name a plan is run, there is one lock for it.
-                const std::filesystem::path file = tavrolib::platform::WithoutLinks(
-                    std::filesystem::path(std::u8string(name.begin(), name.end())));
+                const std::filesystem::path file =
+                    tavrolib::platform::WithoutLinks(PathOfDocument(name));
                 std::filesystem::path lockFile = file;
                 lockFile += ".lock";
                 const tavrolib::platform::FileLock lock(lockFile, LockPatience, file);
-                Plan fresh = ReadUnusedPlan(name);
-                fresh.isUsed = true;
-                WriteDocument(name, TextFromPlan(fresh));
+                UnusedPlan fresh = ReadUnusedPlan(name);
+                if (fresh.text != taken.text) {
+                    throw TroubleError(name + ": another plan was put there meanwhile");
+                }
+                fresh.plan.isUsed = true;
+                WriteDocument(name, TextFromPlan(fresh.plan));
             }};
 }
 

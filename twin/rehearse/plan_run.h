@@ -31,13 +31,18 @@ struct PlanRun {
     }
 };
 
-// Does the plan on the host that `capture` captures, by the job, whose arguments and answers are
-// the plan's. `begin` is called once it is certain that the command will run, before it does.
-PlanRun RunPlan(const Plan& plan, const ProgramJob& job,
-                const std::function<tavrosim::Host()>& capture, const std::function<void()>& begin);
+// How a plan reaches the host.
+struct PlanSteps {
+    std::function<tavrosim::Host()> capture;  // before the command and after it
+    std::function<void()> begin;     // once it is certain that the command will run, before it does
+    std::function<RunReport()> run;  // runs the plan's command, with its answers
+};
+
+// Does the plan on the host. Throws what the steps throw, but for a capture afterwards.
+PlanRun RunPlan(const Plan& plan, const PlanSteps& steps);
 
 // A plan for one run, and what notes in its file, under a lock, that it is used. That throws
-// TroubleError when the plan was used meanwhile.
+// TroubleError when the plan was used meanwhile, or another one stands there.
 struct TakenPlan {
     Plan plan;
     std::function<void()> markUsed;

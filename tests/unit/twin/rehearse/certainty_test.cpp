@@ -150,6 +150,40 @@ TEST(Certainty, ARefusalOfTheTwinIsCertainWhereItFollowsFromTheCapture) {
     EXPECT_THAT(DoubtsOf(OperationCode::WriteAdapterSettings, host, host, AnyRefusal), IsEmpty());
 }
 
+TEST(Certainty, InAnotherVlanAnotherServerLeases) {
+    Host before = SmallHost();
+    PartOfHost<EthernetPart>(before).tcpIp.dhcpIPv6 = "Yes";
+    PartOfHost<IscsiPart>(before).tcpIp.dhcpIPv6 = "Yes";
+    Host after = before;
+    PartOfHost<EthernetPart>(after).tcpIp.address = "192.0.2.9";
+    PartOfHost<EthernetPart>(after).tcpIp.pendingVlanId = "12";
+    EXPECT_THAT(DoubtsOf(OperationCode::SetEthernetTcpIp, before, after), SizeIs(1));
+    PartOfHost<EthernetPart>(after).tcpIp.pendingVlanId = "0";
+    EXPECT_THAT(DoubtsOf(OperationCode::SetEthernetTcpIp, before, after), IsEmpty());
+    PartOfHost<IscsiPart>(after).tcpIp.address = "192.0.2.9";
+    PartOfHost<IscsiPart>(after).tcpIp.vlanId = "12";
+    EXPECT_THAT(DoubtsOf(OperationCode::SetIscsiTcpIp, before, after), SizeIs(1));
+}
+
+TEST(Certainty, ARefusalMayBeTheCompletionCodeOrStandInTheRecords) {
+    const Host host = SmallHost();
+    const auto doubts = [&](const RehearsedOperation& operation) {
+        return DoubtsAbout({operation}, host, host);
+    };
+    const auto code = static_cast<std::uint32_t>(OperationCode::WritePersonality);
+    EXPECT_THAT(doubts({.code = code, .request = Mac, .completionCode = 5}), SizeIs(1));
+    EXPECT_THAT(doubts({.code = code, .request = Mac, .completionCode = 201}), IsEmpty());
+    EXPECT_THAT(doubts({.code = code, .request = Mac, .completionCode = 0}), IsEmpty());
+    EXPECT_THAT(doubts({.code = code, .request = Mac, .isIncomplete = true}), SizeIs(1));
+}
+
+TEST(Certainty, WhetherTheHostWasAskedIsNotToldAsAFact) {
+    const Host host = SmallHost();
+    const std::vector<Doubt> doubts = DoubtsOf(OperationCode::ReadTarget, host, host, AnyRefusal);
+    ASSERT_THAT(doubts, SizeIs(1));
+    EXPECT_EQ(doubts[0].reason, "the host may not have been asked this when it was captured");
+}
+
 TEST(Certainty, ADoubtIsToldOnceForARequest) {
     const Host host = SmallHost();
     const auto code = static_cast<std::uint32_t>(OperationCode::LogInToTarget);

@@ -14,7 +14,7 @@ Plan SamplePlan() {
     Plan plan;
     plan.arguments = {"-portal", "02-00-5E-10-00-02", "-add", "192.0.2.9"};
     plan.answers = tavrolib::ParseJson(R"({"format":1,"answers":[]})");
-    plan.operations = {{4, "02-00-5E-10-00-02", 0}, {6, "odd \xE9", 36871}};
+    plan.operations = {{4, "02-00-5E-10-00-02", 0}, {6, "odd \xE9", 36871}, {61, "", 0, 201, true}};
     plan.before = tavrosim::HostFromText(R"({"name": "small", "isnsServers": ["192.0.2.1"],
                                              "adapters": []})");
     plan.after = plan.before;
@@ -28,10 +28,13 @@ TEST(Plan, ComesBackFromItsDocument) {
     const Plan read = PlanFromText(TextFromPlan(plan));
     EXPECT_EQ(read.arguments, plan.arguments);
     EXPECT_EQ(read.answers, plan.answers);
-    ASSERT_EQ(read.operations.size(), 2U);
+    ASSERT_EQ(read.operations.size(), 3U);
     EXPECT_EQ(read.operations[1].code, 6U);
     EXPECT_EQ(read.operations[1].request, "odd \xE9");
     EXPECT_EQ(read.operations[1].status, 36871U);
+    EXPECT_EQ(read.operations[2].completionCode, 201);
+    EXPECT_TRUE(read.operations[2].isIncomplete);
+    EXPECT_EQ(read.operations, plan.operations);
     EXPECT_EQ(TextFromHost(read.before), TextFromHost(plan.before));
     EXPECT_EQ(read.after.name, "another");
     EXPECT_TRUE(read.restartRequired);
@@ -69,6 +72,10 @@ TEST(Plan, TellsThePlaceOfWhatIsWrong) {
     EXPECT_EQ(ReasonFor("[]"), "an object is wanted, not an array");
     EXPECT_EQ(ReasonFor(Damaged("\"format\": 1", "\"format\": 2")),
               "the plan has format 2; this tool reads format 1");
+    EXPECT_EQ(ReasonFor(Damaged("\"format\": 1", "\"format\": 2, \"news\": []")),
+              "the plan has format 2; this tool reads format 1");
+    EXPECT_EQ(ReasonFor(Damaged("\"completion_code\": 201", "\"completion_code\": \"201\"")),
+              "operations[2].completion_code: a number is wanted, not a text");
     EXPECT_EQ(ReasonFor(Damaged("\"used\": false", "\"spent\": false")), "member 6 is unknown");
     EXPECT_EQ(ReasonFor(Damaged("\"used\": false", "\"used\": 1")),
               "used: true or false is wanted, not a number");
