@@ -2,6 +2,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 #include "library/text/text.h"
 #include "simulator/host/host_file.h"
@@ -10,6 +11,7 @@
 #include "twin/commands/run_options.h"
 #include "twin/documents/document.h"
 #include "twin/documents/host_document.h"
+#include "twin/documents/json_text.h"
 #include "twin/exit_status.h"
 #include "twin/rehearse/host_capture.h"
 #include "twin/rehearse/plan.h"
@@ -39,6 +41,12 @@ std::vector<std::string> AsText(std::vector<std::string> arguments) {
     return arguments;
 }
 
+// Whether the command does what a file beside it says, which may be another one by the time of a
+// plan.
+bool ReadsFile(const std::vector<std::string>& arguments) {
+    return CommandOf(arguments).form.elements.front().word == "-import";
+}
+
 ProgramJob JobOf(const RehearseOptions& options) {
     ProgramJob job{.arguments = NeededProgramArguments(),
                    .library = ChosenLibrary(options.libraryFile),
@@ -50,6 +58,10 @@ ProgramJob JobOf(const RehearseOptions& options) {
     }
     if (options.planFile == StandardStream) {
         throw TroubleError("a plan is a file");
+    }
+    if (ReadsFile(job.arguments)) {
+        throw TroubleError(
+            "what an import does stands in the file that it reads, which no plan can hold");
     }
     if (ShownArguments(job.arguments) != AsText(job.arguments)) {
         throw TroubleError(
@@ -76,11 +88,18 @@ void Save(const std::string& file, const ProgramJob& job, const Rehearsal& rehea
 
 int RunRehearsal(const RehearseOptions& options) {
     const ProgramJob job = JobOf(options);
-    const Rehearsal rehearsal = Rehearse(
-        job, options.hostFile.empty() ? CaptureFor(job) : ReadHostDocument(options.hostFile).host);
+    HostDocument start;
+    if (options.hostFile.empty()) {
+        start.host = CaptureFor(job);
+    } else {
+        start = ReadHostDocument(options.hostFile);
+    }
+    const Rehearsal rehearsal = Rehearse(job, start.host);
     if (options.json) {
-        constexpr int Indent = 2;
-        WriteOutput(RehearsalJson(job, rehearsal).dump(Indent) + '\n');
+        const tavrolib::Json document =
+            start.text.empty() ? tavrolib::Json() : tavrolib::ParseJson(start.text);
+        WriteOutput(
+            JsonText(RehearsalJson(job, rehearsal, start.text.empty() ? nullptr : &document)));
     } else if (rehearsal.report.outcome != RunOutcome::Failed) {
         WriteOutput(TextOf(rehearsal));
     }

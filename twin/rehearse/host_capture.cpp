@@ -1,7 +1,9 @@
 #include "twin/rehearse/host_capture.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 #include "simulator/answers/captured_answers.h"
 #include "twin/capture/capture_host.h"
@@ -13,11 +15,6 @@ namespace {
 
 using tavrolib::Json;
 
-bool IsInventory(const Json& answer) {
-    const Json& call = answer.at("call");
-    return call == "GetDiscoveredAdapters" || call == "GetPortWWNs";
-}
-
 // The library's words for a refusal; empty when it has none.
 std::string WordsOf(const Json& answer) {
     const Json error = answer.value("error", Json::object());
@@ -25,22 +22,40 @@ std::string WordsOf(const Json& answer) {
     return message.empty() ? "" : ": " + message;
 }
 
-// Without its inventory a host would be a twin without functions, which refuses everything.
+std::string TextIn(const Json& answer, const char* name) {
+    return answer.value(name, std::string());
+}
+
+// Without its inventory a host would be a twin without functions, which refuses everything. One
+// port that is not told leaves the others to rehearse on.
 void WantInventory(const Json& answers) {
     bool isListed = false;
+    bool isPortTold = false;
+    std::vector<std::string> refusals;
     for (const Json& answer : answers) {
-        if (!IsInventory(answer)) {
-            continue;
-        }
-        isListed = true;
-        if (answer.value("status", 0U) != 0) {
-            throw TroubleError("the library does not tell the host's adapters (" +
-                               answer.at("call").get<std::string>() + ")" + WordsOf(answer));
+        const Json& call = answer.at("call");
+        const bool isRefused = answer.value("status", 0U) != 0;
+        if (call == "GetDiscoveredAdapters") {
+            if (isRefused) {
+                throw TroubleError(
+                    "the library does not tell the host's adapters (GetDiscoveredAdapters)" +
+                    WordsOf(answer));
+            }
+            isListed = true;
+        } else if (call == "GetPortWWNs" && isRefused) {
+            refusals.push_back("the library does not tell " + TextIn(answer, "port") + " of " +
+                               TextIn(answer, "adapter") + " (GetPortWWNs)" + WordsOf(answer));
+        } else if (call == "GetPortWWNs") {
+            isPortTold = true;
         }
     }
     if (!isListed) {
         throw TroubleError("the library does not tell the host's adapters");
     }
+    if (!refusals.empty() && !isPortTold) {
+        throw TroubleError(refusals.front());
+    }
+    std::ranges::for_each(refusals, [](const std::string& refusal) { Complain(refusal); });
 }
 
 }  // namespace

@@ -6,8 +6,9 @@
 namespace tavrohost {
 
 // The host that the library of the job manages, without secrets, captured within the job's time
-// limit. What a twin has no place for is told on standard error. Throws TroubleError when the host
-// does not tell its adapters and their functions, and what CaptureHost throws.
+// limit. What a twin has no place for, and what ports are not told, is told on standard error.
+// Throws TroubleError when the host does not list its adapters or tells none of their ports, and
+// what CaptureHost throws.
 tavrosim::Host CaptureFor(const ProgramJob& job);
 
 }  // namespace tavrohost

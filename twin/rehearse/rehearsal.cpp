@@ -8,7 +8,9 @@
 #include "library/json/place.h"
 #include "library/platform/file.h"
 #include "library/text/text.h"
+#include "platform/crash_dump.h"
 #include "simulator/host/host_file.h"
+#include "twin/diff/fitted_patch.h"
 #include "twin/diff/text.h"
 #include "twin/process/private_folder.h"
 
@@ -43,13 +45,8 @@ const char* KindName(Change::Kind kind) {
 
 // What came of the command on the twin, in one sentence.
 std::string Conclusion(const Rehearsal& rehearsal) {
-    switch (rehearsal.report.outcome) {
-        case RunOutcome::Failed:
-            return "The rehearsal failed.";
-        case RunOutcome::Refused:
-            return "On the twin, the command was refused, or nothing was asked of the library.";
-        case RunOutcome::Done:
-            break;
+    if (rehearsal.report.outcome != RunOutcome::Done) {
+        return "On the twin, the command was refused, or nothing was asked of the library.";
     }
     const std::string done =
         rehearsal.report.restartRequired
@@ -70,6 +67,7 @@ std::string TextOfDoubt(const Doubt& doubt) {
 }  // namespace
 
 Rehearsal Rehearse(ProgramJob job, const tavrosim::Host& host) {
+    tavro::platform::ForbidCrashDumps();  // before a secret is asked for
     const PrivateFolder folder;
     const std::filesystem::path file = folder.Path() / "host.json";
     tavrolib::platform::ReplaceContent(file, TextFromHost(host));
@@ -97,7 +95,11 @@ std::vector<RehearsedOperation> OperationsOf(const std::vector<WatchedCall>& cal
     std::vector<RehearsedOperation> operations;
     for (const WatchedCall& call : calls) {
         if (call.operation && call.status) {
-            operations.push_back({*call.operation, call.request.value_or(""), *call.status});
+            operations.push_back({.code = *call.operation,
+                                  .request = call.request.value_or(""),
+                                  .status = *call.status,
+                                  .completionCode = call.completionCode,
+                                  .isIncomplete = call.isIncomplete});
         }
     }
     return operations;
@@ -142,12 +144,12 @@ Json ChangesJson(const std::vector<Change>& changes) {
     return json;
 }
 
-Json RehearsalJson(const ProgramJob& job, const Rehearsal& rehearsal) {
+Json RehearsalJson(const ProgramJob& job, const Rehearsal& rehearsal, const Json* hostFile) {
     Json json = ReportJson(job, rehearsal.report);
     if (rehearsal.report.outcome == RunOutcome::Done && !rehearsal.doubts.empty()) {
         json["outcome"] = "uncertain";
     }
-    json["certain"] = rehearsal.doubts.empty();
+    json["certain"] = rehearsal.doubts.empty() && rehearsal.report.outcome != RunOutcome::Failed;
     Json& uncertainties = json["uncertainties"] = Json::array();
     for (const Doubt& doubt : rehearsal.doubts) {
         Json& entry = uncertainties.emplace_back(Json::object());
@@ -159,7 +161,9 @@ Json RehearsalJson(const ProgramJob& job, const Rehearsal& rehearsal) {
         entry["reason"] = doubt.reason;
     }
     json["changes"] = ChangesJson(rehearsal.difference.changes);
-    json["patch"] = rehearsal.difference.patch;
+    json["patch"] = hostFile == nullptr
+                        ? rehearsal.difference.patch
+                        : FittedPatch(*hostFile, rehearsal.before, rehearsal.difference.patch);
     return json;
 }
 

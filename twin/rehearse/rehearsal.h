@@ -25,7 +25,8 @@ struct Rehearsal {
 };
 
 // Runs the job on a twin of the host, made for it and gone with it, whatever library the job names.
-// Throws what RunProgram throws.
+// A secret that the command gives the twin does not come back: another text stands in its place.
+// Throws what RunProgram throws, and tavrolib::ShapeError when the twin is no host afterwards.
 Rehearsal Rehearse(ProgramJob job, const tavrosim::Host& host);
 
 // The exit status that tells of a rehearsal.
@@ -34,12 +35,14 @@ ExitStatus StatusOf(const Rehearsal& rehearsal);
 // The operations of a run that came back, in their order.
 std::vector<RehearsedOperation> OperationsOf(const std::vector<WatchedCall>& calls);
 
-// What people are told of a rehearsal after the command's own output: what came of it, what it
-// changed on the twin, and what is not certain. UTF-8; no secrets.
+// What people are told of a rehearsal that did not fail after the command's own output: what came
+// of it, what it changed on the twin, and what is not certain. UTF-8; no secrets.
 std::string TextOf(const Rehearsal& rehearsal);
 
-// The rehearsal as the document that docs/rehearsal.schema.json describes.
-tavrolib::Json RehearsalJson(const ProgramJob& job, const Rehearsal& rehearsal);
+// The rehearsal as the document that docs/rehearsal.schema.json describes. `hostFile` is the
+// document that the host came from, which the patch is to fit; null where it was captured.
+tavrolib::Json RehearsalJson(const ProgramJob& job, const Rehearsal& rehearsal,
+                             const tavrolib::Json* hostFile);
 
 // Changes as an array for such a document.
 tavrolib::Json ChangesJson(const std::vector<Change>& changes);
