@@ -4,9 +4,12 @@
 option(TAVRO_BUILD_BY_FOLDER "Compile the sources of a folder as one" OFF)
 
 function(tavro_build_by_folder target)
-    if(NOT TAVRO_BUILD_BY_FOLDER)
-        return()
+    if(TAVRO_BUILD_BY_FOLDER)
+        tavro_compile_by_folder(${target})
     endif()
+endfunction()
+
+function(tavro_compile_by_folder target)
     get_target_property(sources ${target} SOURCES)
     foreach(source IN LISTS sources)
         cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})

@@ -245,9 +245,9 @@ TEST_F(PlayedHost, ReadsAsTheHostItself) {
 // Another text for every text of a record as JSON, and another number for every number that may be
 // any; elements of lists are doubled.
 Json Odd(const Json& json, std::mt19937& random, bool isList) {
-    constexpr std::array Texts{"", "NA", "0", "odd \uf7e9", "\u65e5", "a \"b\"\t"};
+    constexpr std::array OddTexts{"", "NA", "0", "odd \uf7e9", "\u65e5", "a \"b\"\t"};
     if (json.is_string()) {
-        return Texts[random() % Texts.size()];
+        return OddTexts[random() % OddTexts.size()];
     }
     if (!json.is_array()) {
         return json;
