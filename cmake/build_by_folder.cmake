@@ -1,14 +1,17 @@
 # Some builds compile the sources of a folder as one, which saves reading the same headers again and again: a folder is
-# about one thing, so its sources can do without equal names. The preset "native" compiles each source by itself; one
-# that forgets an include is found there. What the platform's headers define as macros stays with those who include them.
+# about one thing, so its sources can do without equal names. What a forgotten include breaks is still found: the
+# preset "native" compiles each source of the program, the libraries and the simulator by itself, "windows" each unit
+# test. What the platform's headers define as macros stays with those who include them.
 option(TAVRO_BUILD_BY_FOLDER "Compile the sources of a folder as one" OFF)
 
+# As the option says.
 function(tavro_build_by_folder target)
     if(TAVRO_BUILD_BY_FOLDER)
         tavro_compile_by_folder(${target})
     endif()
 endfunction()
 
+# In every build.
 function(tavro_compile_by_folder target)
     get_target_property(sources ${target} SOURCES)
     foreach(source IN LISTS sources)
