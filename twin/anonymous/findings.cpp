@@ -15,33 +15,36 @@ bool IsHexadecimal(char character) {
 
 bool IsWordCharacter(char character) {
     return IsHexadecimal(character) || (character >= 'g' && character <= 'z') ||
-           (character >= 'G' && character <= 'Z') || character == '_';
+           (character >= 'G' && character <= 'Z');
 }
 
-// The length of pairs of hexadecimal digits with the separator between them.
-std::size_t PairsLength(std::string_view text, std::size_t pairs, char separator) {
-    constexpr std::size_t Step = 3;
-    const std::size_t length = pairs * Step - 1;
-    if (text.size() < length) {
-        return 0;
-    }
-    for (std::size_t i = 0; i < length; ++i) {
-        const bool isRight = i % Step == Step - 1 ? text[i] == separator : IsHexadecimal(text[i]);
-        if (!isRight) {
-            return 0;
+// How many pairs of hexadecimal digits the text begins with, with the separator between them.
+std::size_t PairsAt(std::string_view text, char separator) {
+    constexpr std::size_t Pair = 2;
+    std::size_t pairs = 0;
+    for (std::size_t at = 0; at + Pair <= text.size(); at += Pair + 1) {
+        if (!IsHexadecimal(text[at]) || !IsHexadecimal(text[at + 1]) ||
+            !IsWordBoundary(text, at + Pair)) {
+            break;
+        }
+        ++pairs;
+        if (at + Pair == text.size() || text[at + Pair] != separator) {
+            break;
         }
     }
-    const bool goesOn =
-        text.size() > length + 1 && text[length] == separator && IsHexadecimal(text[length + 1]);
-    return goesOn || !IsWordBoundary(text, length) ? 0 : length;
+    return pairs;
 }
 
+// Where there are more pairs than those of one identifier, several can stand in a row, or a number
+// behind one.
 std::size_t IdentifierLength(std::string_view text) {
+    constexpr std::size_t Step = 3;
+    constexpr std::size_t WwnPairs = tavrosim::WwnDigits / 2;
+    constexpr std::size_t MacPairs = tavrosim::MacDigits / 2;
     for (const char separator : {':', '-'}) {
-        for (const std::size_t digits : {tavrosim::WwnDigits, tavrosim::MacDigits}) {
-            if (const std::size_t length = PairsLength(text, digits / 2, separator)) {
-                return length;
-            }
+        const std::size_t pairs = PairsAt(text, separator);
+        if (pairs >= MacPairs) {
+            return (pairs % WwnPairs == 0 ? WwnPairs : MacPairs) * Step - 1;
         }
     }
     return 0;
@@ -63,37 +66,57 @@ std::size_t IscsiNameLength(std::string_view text) {
     return name.size() < Shortest ? 0 : name.size();
 }
 
-// An address of an IPv4 kind may be followed by ":" and a port, one of IPv6 by "%" and its zone.
+bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+// Whether the IPv4 address at the beginning of the text is followed by a fifth number.
+bool HasFifthNumber(std::string_view text, std::size_t length) {
+    return text.size() > length + 1 && text[length] == '.' && IsDigit(text[length + 1]);
+}
+
+// The longest address that the text begins with. One of IPv4 may be followed by ":" and a port, one
+// of IPv6 by "%" and its zone.
 std::size_t AddressLength(std::string_view text) {
-    const auto lengthOf = [&](std::string_view characters) {
-        return std::min(text.find_first_not_of(characters), text.size());
-    };
-    const auto trimmed = [&](std::size_t length) {
-        while (length > 0 && text[length - 1] == '.') {
-            --length;
+    constexpr std::size_t Longest = 45;
+    constexpr std::string_view Marks = ".-_";  // inside a zone
+    const std::size_t run =
+        std::min(text.find_first_not_of("0123456789abcdefABCDEF:."), text.size());
+    if (run > 0 && run < text.size() && text[run] == '%') {
+        std::size_t zoneEnd = run + 1;
+        while (zoneEnd < text.size() &&
+               (IsWordCharacter(text[zoneEnd]) || Marks.find(text[zoneEnd]) != Marks.npos)) {
+            ++zoneEnd;
         }
-        return length;
-    };
-    const auto isAddress = [&](std::size_t length) {
-        return length > 1 && IsWordBoundary(text, length) &&
-               tavrosim::IpAddressFrom(text.substr(0, length)).has_value();
-    };
-    const std::size_t longest = trimmed(lengthOf("0123456789abcdefABCDEF:."));
-    if (longest > 0 && longest < text.size() && text[longest] == '%') {
-        const std::size_t zoneEnd =
-            std::min(text.find_first_of(" \t\n,;]\")", longest), text.size());
-        if (isAddress(zoneEnd)) {
+        while (Marks.find(text[zoneEnd - 1]) != Marks.npos) {
+            --zoneEnd;
+        }
+        if (tavrosim::IpAddressFrom(text.substr(0, zoneEnd))) {
             return zoneEnd;
         }
     }
-    const std::size_t decimal = trimmed(lengthOf("0123456789."));
-    for (const std::size_t length :
-         {longest, longest > 0 && text[longest - 1] == ':' ? longest - 1 : 0, decimal}) {
-        if (isAddress(length)) {
+    for (std::size_t length = std::min(run, Longest); length > 1; --length) {
+        if (!IsWordBoundary(text, length)) {
+            continue;
+        }
+        const auto address = tavrosim::IpAddressFrom(text.substr(0, length));
+        if (address && (address->isIPv6 || !HasFifthNumber(text, length))) {
             return length;
         }
     }
     return 0;
+}
+
+// Whether the number at `place` stands behind another one and a dot, as in a long version.
+bool FollowsNumber(std::string_view text, std::size_t place) {
+    if (place < 2 || text[place - 1] != '.' || !IsDigit(text[place - 2])) {
+        return false;
+    }
+    std::size_t begin = place - 1;
+    while (begin > 0 && IsDigit(text[begin - 1])) {
+        --begin;
+    }
+    return IsWordBoundary(text, begin);
 }
 
 }  // namespace
@@ -121,15 +144,16 @@ std::optional<Finding> FindingAt(std::string_view text, std::size_t place) {
     if (const auto found = UnmistakableFindingAt(text, place)) {
         return found;
     }
-    const bool isInside =
-        place > 0 && (text[place - 1] == '.' || text[place - 1] == ':' || text[place - 1] == '-');
-    if (isInside && place > 1 && IsWordCharacter(text[place - 2])) {
+    // "::" behind a word belongs to it, as in "std::bad_alloc".
+    const bool isInside = text[place] == ':' ? place > 0 && IsWordCharacter(text[place - 1])
+                                             : !IsWordBoundary(text, place);
+    if (isInside) {
         return std::nullopt;
     }
-    if (IsWordBoundary(text, place)) {
-        if (const std::size_t length = AddressLength(text.substr(place))) {
-            return Finding{Finding::Kind::Address, length};
-        }
+    const std::size_t length = AddressLength(text.substr(place));
+    const bool isIPv6 = text.substr(place, length).find(':') != std::string_view::npos;
+    if (length > 0 && (isIPv6 || !FollowsNumber(text, place))) {
+        return Finding{Finding::Kind::Address, length};
     }
     return std::nullopt;
 }

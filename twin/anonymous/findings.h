@@ -15,8 +15,10 @@ struct Finding {
     std::size_t length = 0;
 };
 
-// The MAC, WWN, IP address or iSCSI name that begins at `place` and is no part of a longer word.
-// MACs and WWNs are found with one kind of separator between all of their pairs.
+// The MAC, WWN, IP address or iSCSI name that begins at `place`, which lies in the text, and is no
+// part of a longer word; a word is made of letters and digits. MACs and WWNs are found with one
+// kind of separator between all of their pairs. Four numbers behind or before a fifth one and a dot
+// are a version.
 std::optional<Finding> FindingAt(std::string_view text, std::size_t place);
 
 // The same without IP addresses, which versions look like.

@@ -60,7 +60,7 @@ constexpr PositionRow Outputs[] = {
     Query("GetDiscoveredAdapters", {End, End, End}, Kept),
     Query("GetAdapterType", {End, End, End}, Kept),
     Query("GetPortWWNs", {1, Any, 2}, FunctionName),
-    Query("GetPortWWNs", {End, End, End}, Identifier),
+    Query("GetPortWWNs", {End, End, End}, FunctionKey),
 
     All(OperationCode::ReadAdapterState, Kept),
 

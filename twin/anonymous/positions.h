@@ -14,6 +14,8 @@ enum class TextKind {
     Identifier,  // a MAC or a WWN
     Address,     // an IP address
     IscsiName,   // of a target or an initiator
+    // By which commands address a function: a MAC, a WWN, or whatever the library takes.
+    FunctionKey,
     // Names of any form.
     HostName,
     InterfaceName,

@@ -17,9 +17,19 @@ using tavrosim::IpAddress;
 using tavrosim::MacDigits;
 using tavrosim::NormalIdentifier;
 
-// Words that libraries put where there is no name, and switches.
+// Words that libraries put where there is no name, in any letter case, and switches.
 constexpr std::string_view NoNames[] = {
-    "NA", "N/A", "None", "No", "Yes", "Unknown", "Any", "-", "Enabled", "Disabled", "Not Present"};
+    "NA",      "N/A",         "NONE", "NO",     "YES",   "UNKNOWN",    "ANY",        "-",
+    "ENABLED", "DISABLED",    "DHCP", "STATIC", "AUTO",  "AUTOMATIC",  "UNASSIGNED", "DEFAULT",
+    "NOT SET", "UNAVAILABLE", "NULL", "(NULL)", "UNSET", "NOT PRESENT"};
+
+std::string SmallLetters(std::string_view text) {
+    std::string small(text);
+    std::ranges::transform(small, small.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return small;
+}
 
 constexpr struct {
     TextKind kind;
@@ -32,11 +42,12 @@ constexpr struct {
     {TextKind::SerialNumber, "serial-"},
     {TextKind::Alias, "alias-"},
     {TextKind::ChapName, "chap-"},
+    {TextKind::FunctionKey, "function-"},
 };
 
 bool IsName(std::string_view text) {
     return text.find_first_not_of(' ') != std::string_view::npos &&
-           std::ranges::find(NoNames, text) == std::end(NoNames);
+           std::ranges::find(NoNames, tavrosim::Capitals(text)) == std::end(NoNames);
 }
 
 // A name that can be meant where it stands among other words.
@@ -90,21 +101,20 @@ bool IsLinkLocal(const IpAddress& address) {
     return address.isIPv6 && address.octets[0] == 0xFE && (address.octets[1] & 0xC0U) == 0x80U;
 }
 
-// Another spelling of "prefix::number", for each further one in which the host writes the address.
+// Another spelling of "prefix::number", for each further one in which the host writes the address:
+// in small letters and capitals, then with further groups of one to four zeros. After 682 of them
+// they begin anew.
 std::string Respelled(const std::string& address, std::size_t spelling) {
-    if (spelling == 0) {
-        return address;
-    }
-    if (spelling == 1) {
-        return tavrosim::Capitals(address);
-    }
-    constexpr std::size_t MostGroups = 4;
+    constexpr std::size_t MostZeros = 4;
+    constexpr std::size_t Spellings = 1 + 4 + 16 + 64 + 256;  // with up to four groups
     const std::size_t gap = address.find("::");
-    std::string longer = address.substr(0, gap);
-    for (std::size_t i = 1; i < spelling && i <= MostGroups; ++i) {
-        longer += ":0";
+    std::string spelled = address.substr(0, gap);
+    for (std::size_t groups = spelling / 2 % Spellings; groups > 0;
+         groups = (groups - 1) / MostZeros) {
+        spelled += ':' + std::string((groups - 1) % MostZeros + 1, '0');
     }
-    return longer + address.substr(gap);
+    spelled += address.substr(gap);
+    return spelling % 2 == 0 ? spelled : tavrosim::Capitals(spelled);
 }
 
 // The digits in the form of the text: with its separators, in capitals unless it has small letters.
@@ -123,30 +133,25 @@ std::string Formatted(const std::string& digits, std::string_view text) {
 
 }  // namespace
 
-bool StandInBook::Note(TextKind kind, std::string_view text) {
+void StandInBook::Note(TextKind kind, std::string_view text) {
     if (kind == TextKind::Identifier) {
         const std::string digits = NormalIdentifier(text);
-        if (digits.empty()) {
-            return false;
+        if (!digits.empty()) {
+            identifiers_.insert(digits);
+            tails_.insert(digits.substr(digits.size() - MacDigits));
         }
-        identifiers_.insert(digits);
-        tails_.insert(digits.substr(digits.size() - MacDigits));
-        return true;
-    }
-    if (kind == TextKind::Address) {
-        if (!tavrosim::IpAddressFrom(text)) {
-            return false;
+    } else if (kind == TextKind::Address) {
+        if (const auto address = tavrosim::IpAddressFrom(text)) {
+            addresses_.insert(FormOf(*address));
+            Note(TextKind::InterfaceName, address->zone);
         }
-        names_.emplace(text);
-        return true;
+    } else if (IsName(text) && names_.emplace(text).second) {
+        const std::string small = SmallLetters(text);
+        firstSpellings_.try_emplace(small, text);
+        if (IsTelling(text)) {
+            lengths_[small.substr(0, KeyLength)].insert(text.size());
+        }
     }
-    if (!IsName(text)) {
-        return true;
-    }
-    if (names_.emplace(text).second && IsTelling(text)) {
-        lengths_[std::string(text.substr(0, KeyLength))].insert(text.size());
-    }
-    return true;
 }
 
 std::string StandInBook::StandIn(TextKind kind, std::string_view text) {
@@ -157,13 +162,14 @@ std::string StandInBook::StandIn(TextKind kind, std::string_view text) {
 }
 
 std::string_view StandInBook::NameAt(std::string_view text) const {
-    const auto lengths = lengths_.find(std::string(text.substr(0, KeyLength)));
+    const auto lengths = lengths_.find(SmallLetters(text.substr(0, KeyLength)));
     if (lengths == lengths_.end()) {
         return {};
     }
     for (auto length = lengths->second.rbegin(); length != lengths->second.rend(); ++length) {
         const std::string_view name = text.substr(0, *length);
-        if (name.size() == *length && IsWordBoundary(text, *length) && names_.contains(name)) {
+        if (name.size() == *length && IsWordBoundary(text, *length) &&
+            firstSpellings_.contains(SmallLetters(name))) {
             return name;
         }
     }
@@ -181,10 +187,7 @@ const std::string& StandInBook::TailStandIn(const std::string& digits) {
     }
     while (standIn.empty()) {
         constexpr std::uint64_t FirstLocal = 0x020000000000;
-        std::string candidate = tavrosim::HexOf(FirstLocal + ++tailCount_, MacDigits);
-        std::ranges::transform(candidate, candidate.begin(), [](char digit) {
-            return digit >= 'A' ? static_cast<char>(digit - 'A' + 'a') : digit;
-        });
+        std::string candidate = SmallLetters(tavrosim::HexOf(FirstLocal + ++tailCount_, MacDigits));
         if (!tails_.contains(candidate)) {
             standIn = std::move(candidate);
         }
@@ -213,10 +216,7 @@ std::string StandInBook::AddressStandIn(std::string_view text) {
         const std::uint64_t number = ++addressCount_;
         std::string candidate;
         if (address->isIPv6) {
-            std::string digits = tavrosim::HexOf(number % 0x10000, 4);
-            std::ranges::transform(digits, digits.begin(), [](char digit) {
-                return digit >= 'A' ? static_cast<char>(digit - 'A' + 'a') : digit;
-            });
+            std::string digits = SmallLetters(tavrosim::HexOf(number % 0x10000, 4));
             digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size() - 1));
             const std::uint64_t group = number / 0x10000;
             candidate = (IsLinkLocal(*address) ? "fe80" : "2001:db8") +
@@ -229,7 +229,8 @@ std::string StandInBook::AddressStandIn(std::string_view text) {
                         std::to_string(number / 0x100 % 0x100) + '.' +
                         std::to_string(number % 0x100);
         }
-        if (!names_.contains(candidate)) {
+        const auto candidateAddress = tavrosim::IpAddressFrom(candidate);
+        if (!names_.contains(candidate) && !addresses_.contains(FormOf(candidateAddress.value()))) {
             standIn = std::move(candidate);
         }
     }
@@ -245,17 +246,19 @@ std::string StandInBook::AddressStandIn(std::string_view text) {
     }
     std::string written = Respelled(standIn, static_cast<std::size_t>(found - spellings.begin()));
     if (zone < text.size()) {
-        const std::string name(text.substr(zone + 1));
-        names_.insert(name);
-        written += '%' + NameStandIn(TextKind::InterfaceName, name);
+        written += '%' + NameStandIn(TextKind::InterfaceName, text.substr(zone + 1));
     }
     return written;
 }
 
 std::string StandInBook::NameStandIn(TextKind kind, std::string_view text) {
-    const std::string name(text);
-    if (!names_.contains(name) || !IsName(name)) {
-        return name;
+    std::string name(text);
+    if (!names_.contains(name)) {
+        const auto first = firstSpellings_.find(SmallLetters(name));
+        if (first == firstSpellings_.end()) {
+            return name;
+        }
+        name = first->second;
     }
     std::string& standIn = nameStandIns_[name];
     const auto* const row =

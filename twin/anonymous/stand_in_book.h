@@ -18,14 +18,17 @@ namespace tavrohost {
 class StandInBook {
   public:
     // Notes a value where it stands: a MAC or WWN, an IP address, an iSCSI name or another name.
-    // Returns false where the text is nothing that is replaced as one of that kind.
-    bool Note(TextKind kind, std::string_view text);
+    // A text that is none of that kind is not noted.
+    void Note(TextKind kind, std::string_view text);
 
-    // What stands in for it; the text itself where it was not noted.
+    // What stands in for it; the text itself where it was not noted. A name that was noted in other
+    // letter case only has the stand-in of that one. Throws TroubleError when there are more
+    // addresses, IPv6 ones included, than the range for IPv4 has stand-ins.
     std::string StandIn(TextKind kind, std::string_view text);
 
-    // The name at the beginning of a text, up to the end of a word, that has a stand-in; the
-    // longest where there are several, empty where there is none. Only names that say something.
+    // The name at the beginning of a text, up to the end of a word, that was noted, be it in other
+    // letter case; the longest where there are several, empty where there is none. Only names that
+    // say something.
     std::string_view NameAt(std::string_view text) const;
 
     // Whether a MAC's or WWN's digits were noted.
@@ -37,14 +40,16 @@ class StandInBook {
     std::string NameStandIn(TextKind kind, std::string_view text);
     const std::string& TailStandIn(const std::string& digits);
 
-    std::set<std::string> tails_;               // the last digits of MACs and WWNs
-    std::set<std::string> identifiers_;         // all digits of them
-    std::set<std::string, std::less<>> names_;  // and addresses, as they are written
+    std::set<std::string> tails_;        // the last digits of MACs and WWNs
+    std::set<std::string> identifiers_;  // all digits of them
+    std::set<std::string> addresses_;    // in one form for all spellings
+    std::set<std::string, std::less<>> names_;
+    std::map<std::string, std::string> firstSpellings_;  // of names, by their small letters
     std::map<std::string, std::string> tailStandIns_;
     std::map<std::string, std::string> addressStandIns_;  // by the address in one form
     std::map<std::string, std::vector<std::string>> addressSpellings_;  // as they were met
     std::unordered_map<std::string, std::string> nameStandIns_;
-    // Names by their first characters, for finding them in texts.
+    // Lengths of names by their first characters in small letters, for finding them in texts.
     std::unordered_map<std::string, std::set<std::size_t>> lengths_;
     std::map<TextKind, std::uint64_t> counts_;
     std::uint64_t tailCount_ = 0;

@@ -1,5 +1,6 @@
 #include "twin/anonymous/stand_ins.h"
 
+#include <algorithm>
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -7,6 +8,7 @@
 #include <string_view>
 
 #include "simulator/host/lookup.h"
+#include "simulator/model/ip_address.h"
 #include "twin/anonymous/findings.h"
 #include "twin/anonymous/positions.h"
 #include "twin/anonymous/stand_in_book.h"
@@ -32,7 +34,8 @@ void ChangeTexts(Json& json, const std::function<TextKind(const TextPath&)>& kin
     }
 }
 
-// Changes all texts of an answer. Names of adapters and ports stay.
+// Changes all texts of an answer. The adapter and the port that it is about change as they do in
+// the listing.
 void ChangeAnswer(Json& answer, const ChangeText& change) {
     const std::string call = answer.value("call", std::string());
     const auto operation = answer.value("operation", 0U);
@@ -40,7 +43,10 @@ void ChangeAnswer(Json& answer, const ChangeText& change) {
     for (auto& [name, member] : answer.items()) {
         if (name == "request") {
             ChangeTexts(
-                member, [](const TextPath&) { return TextKind::Identifier; }, path, change);
+                member, [](const TextPath&) { return TextKind::FunctionKey; }, path, change);
+        } else if (name == "adapter" || name == "port") {
+            ChangeTexts(
+                member, [](const TextPath&) { return TextKind::Kept; }, path, change);
         } else if (name == "input") {
             ChangeTexts(
                 member, [&](const TextPath& at) { return InputKind(operation, at); }, path, change);
@@ -79,6 +85,69 @@ TextKind FormOf(const std::string& text) {
                                                                 : TextKind::InterfaceName;
 }
 
+constexpr std::string_view HexPrefix = "0x";
+
+bool HasHexPrefix(std::string_view text) {
+    return text.starts_with(HexPrefix) || text.starts_with("0X");
+}
+
+bool HoldsFinding(const std::string& text) {
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        if (FindingAt(text, place)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The length of the name in the text, where an address or identifier is wanted, that is none: up to
+// ":" and a port. 0 where the text is no name, but a number or a sentence.
+std::size_t NameLength(const std::string& text) {
+    const auto isLetter = [](char character) {
+        return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+               static_cast<unsigned char>(character) > 0x7F;
+    };
+    const bool isName = text.find(' ') == std::string::npos &&
+                        std::ranges::any_of(text, isLetter) && !HoldsFinding(text);
+    const std::size_t last = text.find_last_not_of("0123456789");
+    const bool hasPort = last != std::string::npos && last + 1 < text.size() && text[last] == ':';
+    return !isName ? 0 : hasPort ? last : text.size();
+}
+
+// What is replaced in a text as a whole, at its beginning; Opaque and Kept ones are searched.
+struct Whole {
+    TextKind kind = TextKind::Opaque;
+    std::size_t length = 0;
+};
+
+// What a text is, by the kind that its place wants and by its form.
+Whole WholeOf(TextKind kind, const std::string& text) {
+    const Whole whole{kind, text.size()};
+    switch (kind) {
+        case TextKind::FunctionName:
+            return {FormOf(text), text.size()};
+        case TextKind::FunctionKey:
+            if (!tavrosim::NormalIdentifier(text).empty()) {
+                return {TextKind::Identifier, text.size()};
+            }
+            return HoldsFinding(text) ? Whole{} : whole;
+        case TextKind::Identifier:
+            if (!tavrosim::NormalIdentifier(text).empty()) {
+                return whole;
+            }
+            break;
+        case TextKind::Address:
+            if (tavrosim::IpAddressFrom(text)) {
+                return whole;
+            }
+            break;
+        default:
+            return whole;
+    }
+    const std::size_t name = HasHexPrefix(text) ? 0 : NameLength(text);
+    return name == 0 ? Whole{} : Whole{TextKind::HostName, name};
+}
+
 class Anonymizer {
   public:
     Json Anonymous(Json answers) {
@@ -105,17 +174,16 @@ class Anonymizer {
         for (std::size_t place = 0; place < text.size();) {
             const auto finding =
                 isKept ? UnmistakableFindingAt(text, place) : FindingAt(text, place);
-            if (finding) {
-                replaced += use(text.substr(place, finding->length), KindOf(*finding));
-                place += finding->length;
+            const std::size_t found = finding ? finding->length : 0;
+            const std::size_t known = isKept ? 0 : WordLength(text, place);
+            if (known > found) {
+                replaced += use(text.substr(place, known), TextKind::Opaque);
+                place += known;
+            } else if (finding) {
+                replaced += use(text.substr(place, found), KindOf(*finding));
+                place += found;
             } else {
-                const std::size_t length = isKept ? 0 : WordLength(text, place);
-                if (length > 0) {
-                    replaced += use(text.substr(place, length), TextKind::Opaque);
-                    place += length;
-                } else {
-                    replaced += text[place++];
-                }
+                replaced += text[place++];
             }
         }
         return replaced;
@@ -123,7 +191,11 @@ class Anonymizer {
 
     // How long the known name or the bare digits of a known identifier are that stand there.
     std::size_t WordLength(const std::string& text, std::size_t place) const {
-        if (!IsWordBoundary(text, place)) {
+        const std::size_t prefix = HexPrefix.size();
+        const bool isBehindPrefix = place >= prefix &&
+                                    HasHexPrefix(std::string_view(text).substr(place - prefix)) &&
+                                    IsWordBoundary(text, place - prefix);
+        if (!isBehindPrefix && !IsWordBoundary(text, place)) {
             return 0;
         }
         const std::string_view rest = std::string_view(text).substr(place);
@@ -140,15 +212,16 @@ class Anonymizer {
     }
 
     void Note(TextKind kind, const std::string& text) {
-        if (kind == TextKind::FunctionName) {
-            kind = FormOf(text);
-        }
         if (kind == TextKind::Kept) {
             kept_.insert(text);
         }
-        const bool isWhole = kind != TextKind::Opaque && kind != TextKind::Kept;
-        if (isWhole && book_.Note(kind, text)) {
+        const Whole whole = WholeOf(kind, text);
+        if (IsReplaced(whole)) {
+            book_.Note(whole.kind, text.substr(0, whole.length));
             return;
+        }
+        if (kind == TextKind::Identifier && HasHexPrefix(text)) {
+            book_.Note(kind, text.substr(HexPrefix.size()));
         }
         Replaced(text, kind == TextKind::Kept, [this](const std::string& found, TextKind as) {
             if (as != TextKind::Opaque) {
@@ -158,26 +231,27 @@ class Anonymizer {
         });
     }
 
+    static bool IsReplaced(const Whole& whole) {
+        return whole.kind != TextKind::Opaque && whole.kind != TextKind::Kept;
+    }
+
     std::string Changed(TextKind kind, const std::string& text) {
-        if (kind == TextKind::FunctionName) {
-            kind = FormOf(text);
+        const Whole whole = WholeOf(kind, text);
+        if (IsReplaced(whole)) {
+            return book_.StandIn(whole.kind, text.substr(0, whole.length)) +
+                   text.substr(whole.length);
         }
-        const bool isWhole = kind != TextKind::Opaque && kind != TextKind::Kept;
-        if (isWhole && book_.Note(kind, text)) {
-            return book_.StandIn(kind, text);
-        }
-        return Replaced(text, kind == TextKind::Kept,
-                        [this](const std::string& found, TextKind as) {
-                            if (as == TextKind::Address && kept_.contains(found)) {
-                                return found;  // a version
-                            }
-                            if (as != TextKind::Opaque) {
-                                return book_.StandIn(as, found);
-                            }
-                            return tavrosim::NormalIdentifier(found).empty()
-                                       ? book_.StandIn(TextKind::Alias, found)
-                                       : book_.StandIn(TextKind::Identifier, found);
-                        });
+        return Replaced(
+            text, kind == TextKind::Kept, [this](const std::string& found, TextKind as) {
+                if (as == TextKind::Address && kept_.contains(found)) {
+                    return found;  // a version
+                }
+                if (as != TextKind::Opaque) {
+                    return book_.StandIn(as, found);
+                }
+                const bool isIdentifier = book_.HasIdentifier(tavrosim::NormalIdentifier(found));
+                return book_.StandIn(isIdentifier ? TextKind::Identifier : TextKind::Alias, found);
+            });
     }
 
     StandInBook book_;
