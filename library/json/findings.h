@@ -43,6 +43,24 @@ class Findings {
         }
     }
 
+    // Whether nothing of the value at the place is marked: neither the value, nor what it lies in,
+    // nor what lies in it. Only then does it say something about other values.
+    bool IsReadable(const Place& place) const {
+        if (unreadable_.empty()) {
+            return true;
+        }
+        const std::string text = place.Text();
+        if (text.empty() || IsUnreadable(text)) {
+            return false;
+        }
+        const auto holdsAfter = [&](char separator) {
+            const std::string start = text + separator;
+            const auto next = unreadable_.lower_bound(start);
+            return next != unreadable_.end() && next->starts_with(start);
+        };
+        return !holdsAfter('.') && !holdsAfter('[');
+    }
+
     // Whether `check` comes to its end. A ShapeError that it throws is a finding.
     template <class Check>
     bool Pass(Check&& check) {

@@ -88,7 +88,8 @@ void CheckPartitions(const Adapter& adapter, const Place& place, Findings& findi
             isPartitioned ? tavrosim::SingleFunctionMode : tavrosim::PartitionedMode;
         const bool isFree = adapter.partitionState == tavroapi::Partitioned ||
                             adapter.partitionState == tavroapi::NotPartitioned;
-        if (isFree && inForce.mode == otherMode) {
+        if (isFree && inForce.mode == otherMode &&
+            findings.IsReadable(Place(place, "partitionState"))) {
             findings.Add(Place(partitions, "mode"),
                          "the adapter's partition state tells another mode");
         }
@@ -96,6 +97,9 @@ void CheckPartitions(const Adapter& adapter, const Place& place, Findings& findi
     if (adapter.pendingPartitions) {
         const Place pending(place, "pendingPartitions");
         CheckLimits(*adapter.pendingPartitions, pending, findings);
+        if (!findings.IsReadable(Place(place, "partitions")) || !findings.IsReadable(pending)) {
+            return;
+        }
         if (inForce.completionCode != tavroapi::AppliedAtRestart) {
             findings.Add(pending, NothingWaits);
         }
@@ -107,7 +111,7 @@ void CheckPartitions(const Adapter& adapter, const Place& place, Findings& findi
 
 void CheckResources(const tavrosim::Resources& resources, const Place& place, Findings& findings) {
     CheckCompletionCode(resources.completionCode, place, findings);
-    if (resources.pendingPersonality) {
+    if (resources.pendingPersonality && findings.IsReadable(place)) {
         const Place pending(place, "pendingPersonality");
         if (resources.completionCode != tavroapi::AppliedAtRestart) {
             findings.Add(pending, NothingWaits);
@@ -119,14 +123,17 @@ void CheckResources(const tavrosim::Resources& resources, const Place& place, Fi
 }
 
 // Whether the function is where its number puts it, and what the partitions in force make of it.
-void CheckFunction(const Adapter& adapter, std::size_t port, const Function& function,
-                   const Place& place, Findings& findings) {
+void CheckFunction(const Adapter& adapter, const Place& adapterPlace, std::size_t port,
+                   const Function& function, const Place& place, Findings& findings) {
     const std::size_t ownPort = function.number % adapter.ports.size();
     if (ownPort != port) {
         findings.Add(Place(place, "number"),
                      "a function of this number belongs to port " + std::to_string(ownPort + 1));
     }
-    if (!IsPartitioned(adapter) || !adapter.partitions || !HasOneKind(function)) {
+    const bool isKnown = findings.IsReadable(Place(adapterPlace, "partitionState")) &&
+                         findings.IsReadable(Place(adapterPlace, "partitions")) &&
+                         findings.IsReadable(Place(place, "number"));
+    if (!isKnown || !IsPartitioned(adapter) || !adapter.partitions || !HasOneKind(function)) {
         return;
     }
     const auto& partitions = adapter.partitions->functions;
@@ -139,11 +146,12 @@ void CheckFunction(const Adapter& adapter, std::size_t port, const Function& fun
 }
 
 void CheckPorts(const Adapter& adapter, const Place& place, Findings& findings) {
+    const Place ports(place, "ports");
     OnceEach<std::string> names("another port of the adapter has this name", findings);
     OnceEach<std::uint32_t> numbers("another function of the adapter has this number", findings);
     for (std::size_t index = 0; index < adapter.ports.size(); ++index) {
         const Port& port = adapter.ports[index];
-        const Place at(place, index);
+        const Place at(ports, index);
         names.Meet(port.name, Place(at, "name"));
         if (port.resources) {
             CheckResources(*port.resources, Place(at, "resources"), findings);
@@ -151,7 +159,7 @@ void CheckPorts(const Adapter& adapter, const Place& place, Findings& findings) 
         ForEachAt(port.functions, Place(at, "functions"),
                   [&](const Function& function, const Place& functionPlace) {
                       numbers.Meet(function.number, Place(functionPlace, "number"));
-                      CheckFunction(adapter, index, function, functionPlace, findings);
+                      CheckFunction(adapter, place, index, function, functionPlace, findings);
                   });
     }
 }
@@ -171,7 +179,7 @@ void CheckAdapters(const tavrosim::Host& host, const Place& place, Findings& fin
                       findings.Add(Place(at, "partitionState"), "1, 2 or 3 is wanted");
                   }
                   CheckPartitions(adapter, at, findings);
-                  CheckPorts(adapter, Place(at, "ports"), findings);
+                  CheckPorts(adapter, at, findings);
               });
 }
 

@@ -61,7 +61,8 @@ class TcpIpCheck {
         CheckNumber("pendingVlanId", settings_.pendingVlanId.value_or(""), LargestVlanId);
         CheckNumber("vlanPriority", settings_.vlanPriority, 7);
         CheckNumber("prefixLengthIPv6", settings_.prefixLengthIPv6, 128);
-        if (settings_.pendingVlanId == settings_.vlanId) {
+        if (settings_.pendingVlanId == settings_.vlanId &&
+            findings_.IsReadable(Place(place_, "vlanId"))) {
             findings_.Add(Place(place_, "pendingVlanId"), "what is pending is in force already");
         }
     }
@@ -132,8 +133,10 @@ void CheckFunctions(const tavrosim::Host& host, const Place& place, Findings& fi
         if (!function.ethernet && settings->pendingVlanId) {
             findings.Add(Place(tcpIp, "pendingVlanId"), "only an Ethernet function can have one");
         }
-        owners.Meet(settings->address, function.mac, Place(tcpIp, "address"));
-        owners.Meet(settings->addressIPv6, function.mac, Place(tcpIp, "addressIPv6"));
+        if (findings.IsReadable(Place(at, "mac"))) {
+            owners.Meet(settings->address, function.mac, Place(tcpIp, "address"));
+            owners.Meet(settings->addressIPv6, function.mac, Place(tcpIp, "addressIPv6"));
+        }
     });
 }
 

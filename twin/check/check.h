@@ -19,9 +19,10 @@ struct HostFinding {
     std::string text;   // what is wrong there; nothing that stands in the file is quoted
 };
 
-// All that is wrong with the text of a host file: errors, then warnings, both in the order of the
-// file. Of a syntax error and of a newer format, nothing else; of an answer that was captured, the
-// first error. The model as it was captured is held to errors only.
+// All that is wrong with the text of a host file: errors, first the one that the library tells,
+// then warnings, else in no particular order. Of a syntax error and of a newer format, nothing
+// else; of an answer that was captured, the first error. The model as it was captured is held to
+// errors only.
 std::vector<HostFinding> FindingsIn(std::string_view text);
 
 // For people: "<name>: <place>: <text>", a line for each; warnings say that they are. `name` is the

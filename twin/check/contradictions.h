@@ -3,8 +3,8 @@
 #include "library/json/findings.h"
 #include "simulator/host/host.h"
 
-// What the library loads although no host can be so. Each tells `findings` in the order of the
-// file; `place` is where the thing stands. The host may have been read from a file with errors.
+// What the library loads although no host can be so; `place` is where the thing stands. The host
+// may have been read from a file with errors: what could not be read contradicts nothing.
 namespace tavrohost {
 
 using tavrolib::Findings;

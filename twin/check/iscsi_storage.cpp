@@ -31,6 +31,7 @@ void CheckPortals(const Portals& portals, const char* finding, const Place& plac
 }
 
 void CheckSessions(const IscsiStorage& storage, const Place& place, Findings& findings) {
+    const bool areTargetsKnown = findings.IsReadable(Place(place, "targets"));
     std::set<std::string> targets;
     for (const KnownTarget& target : storage.targets) {
         targets.insert(target.name);
@@ -42,7 +43,7 @@ void CheckSessions(const IscsiStorage& storage, const Place& place, Findings& fi
                       findings.Add(Place(at, "id"), "sessions are numbered from 1");
                   }
                   numbers.Meet(session.id, Place(at, "id"));
-                  if (!targets.contains(session.target)) {
+                  if (areTargetsKnown && !targets.contains(session.target)) {
                       findings.Add(Place(at, "target"), "the function does not know this target");
                   }
               });
@@ -60,7 +61,9 @@ void CheckStorage(const IscsiStorage& storage, const Place& place, Findings& fin
 
 void CheckBoot(const IscsiBoot& boot, const Place& place, Findings& findings) {
     const auto check = [&](const IscsiBootTarget& target, const char* key) {
-        if (target.used == "Enabled" && target.name.empty()) {
+        if (target.used == "Enabled" && target.name.empty() &&
+            findings.IsReadable(Place(place, "parametersByDhcp")) &&
+            findings.IsReadable(Place(place, key))) {
             findings.Add(Place(place, key),
                          "a target that is used needs a name unless the settings come from DHCP");
         }

@@ -29,7 +29,7 @@ void ForEachFunction(const tavrosim::Host& host, const tavrolib::Place& place, c
     });
 }
 
-// Tells what comes a second time.
+// Tells what comes a second time. What could not be read does not count.
 template <class Key>
 class OnceEach {
   public:
@@ -38,7 +38,7 @@ class OnceEach {
 
     // The finding is about `place` when `key` has been met before.
     void Meet(Key key, const tavrolib::Place& place) {
-        if (!met_.insert(std::move(key)).second) {
+        if (findings_.IsReadable(place) && !met_.insert(std::move(key)).second) {
             findings_.Add(place, finding_);
         }
     }

@@ -52,6 +52,25 @@ TEST(Findings, AreNoneBelowWhatCouldNotBeRead) {
                                          "list2: elsewhere"}));
 }
 
+TEST(Findings, KnowWhatIsReadable) {
+    std::vector<ShapeError> collected;
+    Findings findings(collected);
+    const Place root;
+    const Place list(root, "list");
+    const Place element(list, std::size_t{1});
+    EXPECT_TRUE(findings.IsReadable(root));
+    EXPECT_TRUE(findings.IsReadable(element));
+    findings.MarkUnreadable(element);
+    EXPECT_FALSE(findings.IsReadable(element));
+    EXPECT_FALSE(findings.IsReadable(Place(element, "below")));
+    EXPECT_FALSE(findings.IsReadable(list));
+    EXPECT_FALSE(findings.IsReadable(root));
+    EXPECT_TRUE(findings.IsReadable(Place(list, std::size_t{10})));
+    EXPECT_TRUE(findings.IsReadable(Place(list, std::size_t{0})));
+    EXPECT_TRUE(findings.IsReadable(Place(root, "list2")));
+    EXPECT_TRUE(findings.IsReadable(Place(root, "lis")));
+}
+
 TEST(ShapeError, TellsThePlaceAndTheReasonApart) {
     const Place root;
     const ShapeError placed(Place(root, "a"), "b: c");

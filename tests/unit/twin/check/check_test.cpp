@@ -124,6 +124,60 @@ TEST(Check, SaysNothingMoreOfWhatCouldNotBeRead) {
               wanted);
 }
 
+// A default in the place of a value that could not be read contradicts nothing.
+TEST(Check, WarnsOfNothingThatOnlyFollowsFromAnError) {
+    constexpr struct {
+        const char* path;
+        const char* value;
+        const char* finding;
+    } Errors[] = {
+        {"/adapters/0/ports/0/functions/1/iscsi/storage/targets/0/name", "5",
+         "adapters[0].ports[0].functions[1].iscsi.storage.targets[0].name: a text is wanted, not a "
+         "number"},
+        {"/adapters/0/ports/0/functions/1/iscsi/storage/targets", "5",
+         "adapters[0].ports[0].functions[1].iscsi.storage.targets: an array is wanted, not a "
+         "number"},
+        {"/adapters/1/partitions/functions/0/personality", "5",
+         "adapters[1].partitions.functions[0].personality: a text is wanted, not a number"},
+        {"/adapters/1/partitionState", "\"1\"",
+         "adapters[1].partitionState: a number is wanted, not a text"},
+        // Read as 0, it would be that of the first adapter, and the other way round.
+        {"/adapters/1/number", "\"1\"", "adapters[1].number: a number is wanted, not a text"},
+        {"/adapters/0/number", "\"1\"", "adapters[0].number: a number is wanted, not a text"},
+        {"/adapters/0/ports/0/functions/0/number", "null",
+         "adapters[0].ports[0].functions[0].number: a number is wanted, not null"},
+        {"/adapters/0/ports/0/resources/completionCode", "\"x\"",
+         "adapters[0].ports[0].resources.completionCode: a number is wanted, not a text"},
+        {"/adapters/0/partitions/completionCode", "\"x\"",
+         "adapters[0].partitions.completionCode: a number is wanted, not a text"},
+        {"/adapters/0/ports/0/functions/1/iscsi/boot/parametersByDhcp", "1",
+         "adapters[0].ports[0].functions[1].iscsi.boot.parametersByDhcp: a text is wanted, not a "
+         "number"},
+    };
+    Json host = Json::parse(RightHost);
+    host["adapters"][0]["pendingPartitions"] =
+        Json::parse(R"({"functions": [{"lowerLimit": "1"}]})");
+    host["adapters"][0]["ports"][0]["resources"]["pendingPersonality"] = "FCoE";
+    host["adapters"][1]["number"] = 1;
+    const auto foundWith = [](Json changed, const char* path, const char* value) {
+        changed[Json::json_pointer(path)] = Json::parse(value);
+        return LinesOf(FindingsIn(changed.dump()));
+    };
+    ASSERT_EQ(LinesOf(FindingsIn(host.dump())), Texts{});
+    for (const auto& each : Errors) {
+        EXPECT_EQ(foundWith(host, each.path, each.value),
+                  Texts{std::string("error ") + each.finding});
+    }
+    host["adapters"][1]["number"] = 0;
+    EXPECT_EQ(foundWith(host, "/adapters/0/number", "\"1\""),
+              Texts{"error adapters[0].number: a number is wanted, not a text"});
+    // Two portals of which only the ports are known.
+    Json& portals = host["adapters"][0]["ports"][0]["functions"][1]["iscsi"]["storage"]["portals"];
+    host["adapters"][1]["number"] = 1;
+    portals = Json::array({{{"address", 1}}, {{"address", 2}}});
+    EXPECT_EQ(LinesOf(FindingsIn(host.dump())).size(), 2U);
+}
+
 TEST(Check, HoldsCapturedAnswersToTheirRecords) {
     const Texts wanted{
         "error captured: member 3 is unknown",
