@@ -39,16 +39,17 @@ Spot ElementOf(const Spot& list, const HostType& type, const Json& value, std::s
     spot.pointer += '/' + std::to_string(index);
     const std::string name =
         HasNamedElements(type) ? NameOfElement(*type.element, value) : std::to_string(index);
-    const auto enter = [&](std::string HostPart::*level) {
-        spot.part.*level = name;
+    const auto enter = [&](HostPart::Level level, std::string HostPart::*part) {
+        spot.part.level = level;
+        spot.part.*part = name;
         spot.part.member.clear();
     };
     if (type.element == &HostTypeOf<tavrosim::Adapter>()) {
-        enter(&HostPart::adapter);
+        enter(HostPart::Level::Adapter, &HostPart::adapter);
     } else if (type.element == &HostTypeOf<tavrosim::Port>()) {
-        enter(&HostPart::port);
+        enter(HostPart::Level::Port, &HostPart::port);
     } else if (type.element == &HostTypeOf<tavrosim::Function>()) {
-        enter(&HostPart::function);
+        enter(HostPart::Level::Function, &HostPart::function);
         spot.part.key = name.substr(name.find(' ') + 1);
     } else {
         spot.part.member += '[' + name + ']';

@@ -19,7 +19,8 @@ struct DiffOptions {
 };
 
 // Where in a host something stands. Texts are empty above the level that they name: what belongs to
-// the host as a whole has none of the first four.
+// the host as a whole has none of the first four. Names can be empty too, so the level tells which
+// of them there are.
 struct HostPart {
     std::string adapter;   // its name
     std::string port;      // its name
@@ -28,6 +29,8 @@ struct HostPart {
     // The way from there on, such as "tcpIp.address" or "storage.portals[192.0.2.20:3260].login";
     // empty for the adapter, port or function itself.
     std::string member;
+    enum class Level { Host, Adapter, Port, Function };
+    Level level = Level::Host;  // of the smallest of them that it lies in, or is
 };
 
 // One thing that differs. An adapter, port or function that only one side has is one change, and so

@@ -118,7 +118,7 @@ class Content {
 
 // How deep the lines of a part of the host stand; its own line is one step less deep.
 std::size_t DepthOf(const HostPart& part) {
-    return part.adapter.empty() ? 1 : part.port.empty() ? 1 : part.function.empty() ? 2 : 3;
+    return std::max<std::size_t>(1, static_cast<std::size_t>(part.level));
 }
 
 class Report {
@@ -148,10 +148,10 @@ class Report {
 
   private:
     static std::string HeadingOf(const HostPart& part, std::size_t level) {
-        return part.adapter.empty() ? "Host"
-               : level == 1         ? "Adapter " + Shown(part.adapter)
-               : level == 2         ? Shown(part.port)
-                                    : Shown(part.function);
+        return part.level == HostPart::Level::Host ? "Host"
+               : level == 1                        ? "Adapter " + Shown(part.adapter)
+               : level == 2                        ? Shown(part.port)
+                                                   : Shown(part.function);
     }
 
     static std::string Event(const Change& change) {
@@ -202,12 +202,13 @@ std::vector<const Change*> InOrder(const std::vector<Change>& changes) {
     constexpr Level Levels[] = {&HostPart::adapter, &HostPart::port, &HostPart::function};
     using Rank = std::array<std::size_t, std::size(Levels)>;
     std::vector<std::pair<Rank, const Change*>> ranked;
-    std::map<std::string, std::size_t> numbers{{"", 0}};
+    std::map<std::vector<std::string>, std::size_t> numbers;  // of names with those above them
     for (const Change& change : changes) {
         Rank rank{};
-        for (std::size_t level = 0; level < rank.size(); ++level) {
-            const std::string& name = change.where.*Levels[level];
-            rank[level] = numbers.try_emplace(name, numbers.size()).first->second;
+        std::vector<std::string> path;
+        for (std::size_t level = 0; level < static_cast<std::size_t>(change.where.level); ++level) {
+            path.push_back(change.where.*Levels[level]);
+            rank[level] = numbers.try_emplace(path, numbers.size() + 1).first->second;
         }
         ranked.emplace_back(rank, &change);
     }

@@ -19,6 +19,7 @@ using tavrosim::Host;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 // A host with an adapter of two ports: an Ethernet, an iSCSI and an FCoE function, all on the
 // first.
@@ -198,6 +199,49 @@ TEST(Difference, ShowsAnAdapterThatWentWithItsPortsAndFunctions) {
               "      interface: eth0\n"
               "  Port 2\n"
               "    name: Port 2\n");
+}
+
+TEST(Difference, TellsWhatHasAnEmptyName) {
+    Host before = SmallHost();
+    before.adapters[0].ports[1].name = "";
+    tavrosim::Adapter nameless = before.adapters[0];
+    nameless.name = "";
+    nameless.ports.clear();
+    before.adapters.push_back(nameless);
+    Host after = before;
+    after.adapters.pop_back();
+    after.adapters[0].ports.pop_back();
+    const Difference difference = DifferenceOf(before, after);
+    EXPECT_THAT(TextOf(difference), HasSubstr("  \"\": removed\n"));
+    EXPECT_THAT(TextOf(difference), HasSubstr("Adapter \"\": removed\n"));
+    EXPECT_THAT(TextOf(difference), Not(HasSubstr("4610K: removed")));
+    EXPECT_THAT(TextOf(difference), Not(HasSubstr("Host")));
+}
+
+TEST(Difference, ShowsThePortsOfEachAdapterInTheirOrder) {
+    Host before = SmallHost();
+    tavrosim::Adapter other = before.adapters[0];
+    other.name = "Tavro CNA 4910K";
+    for (tavrosim::Function& function : other.ports[0].functions) {
+        function.mac.replace(6, 2, "77");
+        if (function.fcoe) {
+            function.fcoe->portWwn = "10:00:02:00:77:10:00:04";
+        }
+    }
+    before.adapters.push_back(other);
+    Host after = before;
+    for (tavrosim::Adapter& adapter : after.adapters) {
+        for (tavrosim::Port& port : adapter.ports) {
+            port.link.emplace().status = "changed";
+        }
+    }
+    after.adapters[0].ports[0] = before.adapters[0].ports[0];
+    const std::string text = TextOf(DifferenceOf(before, after));
+    const std::size_t second = text.find("Adapter Tavro CNA 4910K");
+    ASSERT_NE(second, std::string::npos);
+    EXPECT_EQ(text.substr(0, second).find("Port 1"), std::string::npos);
+    EXPECT_NE(text.find("Port 1", second), std::string::npos);
+    EXPECT_LT(text.find("Port 1", second), text.find("Port 2", second));
 }
 
 TEST(Difference, TellsAValueThatCameAlone) {
