@@ -63,6 +63,12 @@ def test_no_difference(sandbox):
     for arguments in ([host, host], [host, "b.json"]):
         result = sandbox.run_tool(["diff", *arguments])
         assert (result.exit_code, result.output, result.errors) == (0, b"", b"")
+    # Another order is no difference; the patch makes it all the same.
+    result = sandbox.run_tool(["diff", "--json", host, "b.json"])
+    assert (result.exit_code, result.errors) == (0, b"")
+    patch = json.loads(result.output)
+    assert {step["op"] for step in patch} == {"move"}
+    assert jsonpatch.apply_patch(default_host(), patch) == other
 
 
 @pytest.mark.parametrize("make", [changed_host, secret_host])
@@ -112,5 +118,8 @@ def test_trouble(sandbox):
 def test_help(sandbox):
     result = sandbox.run_tool(["diff", "--help"])
     assert (result.exit_code, result.errors) == (0, b"")
-    for word in ("A", "B", "--json", "--counters", "--with-secrets"):
-        assert word in text_of(result.output)
+    words = [line.split() for line in text_of(result.output).splitlines()]
+    for name in ("A", "B"):
+        assert [name, "TEXT"] in [line[:2] for line in words]
+    for option in ("--json", "--counters", "--with-secrets"):
+        assert option in [line[0] for line in words if line]

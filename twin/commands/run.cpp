@@ -7,6 +7,7 @@
 #include "twin/commands/program_arguments.h"
 #include "twin/commands/run_options.h"
 #include "twin/documents/document.h"
+#include "twin/documents/json_text.h"
 #include "twin/exit_status.h"
 #include "twin/rehearse/host_capture.h"
 #include "twin/rehearse/plan_run.h"
@@ -31,11 +32,6 @@ ProgramJob JobOf(const Options& options) {
             .timeLimit = TimeLimit(options.timeLimit)};
 }
 
-void ShowJson(const tavrolib::Json& json) {
-    constexpr int Indent = 2;
-    WriteOutput(json.dump(Indent) + '\n');
-}
-
 void ComplainOf(const RunReport& report) {
     if (!report.failure.empty()) {
         Complain(report.failure);
@@ -46,7 +42,7 @@ int Run(const Options& options) {
     const ProgramJob job = JobOf(options);
     const RunReport report = RunProgram(job);
     if (options.json) {
-        ShowJson(ReportJson(job, report));
+        WriteOutput(JsonText(ReportJson(job, report)));
     }
     ComplainOf(report);
     return StatusOf(report.outcome);
@@ -65,7 +61,7 @@ int RunThePlan(const Options& options) {
                                              .begin = taken.markUsed,
                                              .run = [&job] { return RunProgram(job); }});
     if (options.json) {
-        ShowJson(PlanRunJson(job, run));
+        WriteOutput(JsonText(PlanRunJson(job, run)));
     } else {
         WriteOutput(TextOf(run));
     }

@@ -39,8 +39,7 @@ LibraryChoice ChosenLibrary(const std::string& file) {
     if (file.empty()) {
         return {};
     }
-    return {LibraryChoice::Kind::File,
-            std::filesystem::path(std::u8string(file.begin(), file.end()))};
+    return {LibraryChoice::Kind::File, PathOfDocument(file)};
 }
 
 std::optional<tavrolib::Json> ReadAnswers(const std::string& file) {

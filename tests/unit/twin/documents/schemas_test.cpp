@@ -21,5 +21,14 @@ TEST(Schemas, AreJsonWithATitle) {
     }
 }
 
+// One piece of code writes both.
+TEST(Schemas, OfARunAndARehearsalDescribeCallsAndChangesAlike) {
+    const tavrolib::Json run = tavrolib::ParseJson(SchemaText("run"));
+    const tavrolib::Json rehearsal = tavrolib::ParseJson(SchemaText("rehearsal"));
+    for (const char* part : {"Call", "Change"}) {
+        EXPECT_EQ(run.at("$defs").at(part), rehearsal.at("$defs").at(part)) << part;
+    }
+}
+
 }  // namespace
 }  // namespace tavrohost
