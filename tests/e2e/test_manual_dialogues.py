@@ -93,7 +93,7 @@ def play(host, dialogue):
     assert screen == "\n".join(line.rstrip() for line in dialogue.screen.splitlines())
 
 
-@pytest.mark.platforms("native", "sanitize")
+@pytest.mark.platforms("native")
 @pytest.mark.parametrize("name", NAMES)
 def test_the_session_is_what_a_terminal_shows(host, name):
     play(host, DIALOGUES[name])
@@ -105,7 +105,7 @@ def test_the_session_is_what_a_console_shows(host, name):
     play(host, DIALOGUES[name])
 
 
-@pytest.mark.platforms("native", "sanitize")
+@pytest.mark.platforms("native")
 @pytest.mark.parametrize("name", NAMES)
 def test_the_numbers_make_an_answers_file(host, name):
     dialogue = DIALOGUES[name]
@@ -113,7 +113,7 @@ def test_the_numbers_make_an_answers_file(host, name):
     assert (status, report["outcome"]) == (0, "done"), report
 
 
-@pytest.mark.platforms("native", "sanitize")
+@pytest.mark.platforms("native")
 @pytest.mark.parametrize("name, place", REFUSALS, ids=[f"{name}-{place}" for name, place in REFUSALS])
 def test_a_refused_answer_is_met_with_what_the_page_tells(host, name, place):
     dialogue = DIALOGUES[name]
