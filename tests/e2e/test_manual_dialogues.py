@@ -8,12 +8,13 @@ import re
 import pytest
 
 import catalogues
-from dialogue_page import answers_document, read_dialogues
+from dialogue_page import CODE, MANUAL, answers_document, read_dialogues, table_rows
 from host_tool import put
 from program import ROOT
 from terminal import Terminal
 
 DIALOGUES = read_dialogues()
+UNKNOWN_PORTS = table_rows((MANUAL / "dialogues.md").read_text(encoding="utf-8"), "| Command with an unknown port | Prints |")
 NAMES = ["CHAP", "iSCSI boot", "FCoE boot", "DCB", "Partitions", "Personalities", "Adapter settings", "Value editor"]
 # Where the questions of each are asked.
 SOURCES = {
@@ -81,6 +82,16 @@ def test_the_session_has_every_question(name):
         if answer.question in dialogue.questions and answer.question not in order:
             order.append(answer.question)
     assert order == dialogue.questions
+
+
+@pytest.mark.platforms("native")
+@pytest.mark.parametrize("command, printed", UNKNOWN_PORTS)
+def test_an_unknown_port_is_met_before_the_first_question(host, command, printed):
+    result = host.run(CODE.fullmatch(command)[1].split())
+    asked = [question.prompt for dialogue in DIALOGUES.values() for question in dialogue.questions]
+    output = result.output.decode()
+    assert not any(prompt in output for prompt in asked)
+    assert (CODE.fullmatch(printed)[1] in output) if printed != "nothing" else output == ""
 
 
 def play(host, dialogue):

@@ -25,7 +25,7 @@ def language_of(text):
 @pytest.mark.parametrize("row", ENVIRONMENTS, ids=[row[0].strip("`") for row in ENVIRONMENTS])
 def test_the_environment_chooses_the_language(sandbox, row):
     sandbox.write_script(None)
-    stated = dict(pair.split("=") for pair in row[0].strip("`").split())
+    stated = dict(pair.split("=") for pair in " ".join(CODE.findall(row[0])).split())
     result = sandbox.run(["-help"], env={"LC_ALL": None} | stated)
     assert language_of(result.output.decode()) == row[1].partition(":")[0]
 
