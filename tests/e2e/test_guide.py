@@ -1,5 +1,6 @@
-"""Plays the sessions that the guide of tavrohost shows, as its reader would type them, and holds the guide to what they
-print. Files that a session shows with `cat` before there are any are written as they are shown."""
+"""Plays the sessions that the guide of tavrohost and the pages of the manual show, as their reader would type them, and
+holds them to what is printed. Files that a session shows with `cat` before there are any are written as they are shown.
+Blanks at the ends of lines cannot be seen in a page, and do not count."""
 
 import re
 import subprocess
@@ -8,21 +9,25 @@ import pytest
 
 from program import ROOT, TIME_LIMIT
 
-GUIDE = ROOT / "docs" / "tavrohost.md"
 SESSION = re.compile(r"^```console\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 PROMPT = "$ "
+GUIDES = [ROOT / "docs" / "tavrohost.md", *sorted((ROOT / "docs" / "manual").glob("*.md"))]
 
 
-def steps():
-    """Each command that the guide shows, with what it prints."""
+def steps(page):
+    """Each command that a page shows, with what it prints."""
     shown = []
-    for session in SESSION.findall(GUIDE.read_text(encoding="utf-8")):
+    for session in SESSION.findall(page.read_text(encoding="utf-8")):
         for line in session.splitlines(keepends=True):
             if line.startswith(PROMPT):
                 shown.append((line.removeprefix(PROMPT).strip(), []))
             else:
                 shown[-1][1].append(line)
     return [(command, "".join(lines)) for command, lines in shown]
+
+
+def without_ends(text):
+    return "".join(line.rstrip() + "\n" for line in text.splitlines())
 
 
 class Shell:
@@ -44,14 +49,17 @@ class Shell:
         return process.stdout.decode("utf-8")
 
 
+def test_the_guide_shows_a_rehearsal():
+    assert any("rehearse" in command for command, _ in steps(GUIDES[0]))
+
+
 @pytest.mark.platforms("native", "sanitize")
-def test_the_sessions_print_what_the_guide_shows(sandbox):
+@pytest.mark.parametrize("page", [page for page in GUIDES if steps(page)], ids=lambda page: page.stem)
+def test_the_sessions_print_what_the_page_shows(sandbox, page):
     sandbox.write_script(None)
     shell = Shell(sandbox)
-    played = steps()
-    assert any("rehearse" in command for command, _ in played), "the guide shows no rehearsal"
-    for command, expected in played:
+    for command, expected in steps(page):
         shown_file = re.fullmatch(r"cat (\S+)", command)
         if shown_file and not (shell.folder / shown_file[1]).exists():
             (shell.folder / shown_file[1]).write_text(expected, encoding="utf-8")
-        assert shell.run(command) == expected, f"the guide shows something else for: {command}"
+        assert without_ends(shell.run(command)) == without_ends(expected), f"the page shows something else for: {command}"

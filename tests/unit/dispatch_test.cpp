@@ -5,11 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <regex>
 #include <set>
 #include <sstream>
+#include <string>
 #include <vector>
 
 #include "cli/command_line.h"
@@ -340,29 +342,35 @@ TEST(CommandTable, UsageScreenShowsNothingElse) {
     }
 }
 
-// The forms in the first column of the manual's tables of commands. The heading of a table may say
-// what its forms have in common: "Command, after `tavrocli -iscsi <MAC>`".
-std::multiset<std::string> FormsOfManual() {
+// The texts in code marks of a line of Markdown.
+std::vector<std::string> CodesOf(const std::string& line) {
     static const std::regex code("`([^`]*)`");
-    std::ifstream manual(std::string(TAVRO_SOURCE_DIR) + "/docs/manual.md");
-    EXPECT_TRUE(manual.is_open());
+    std::vector<std::string> codes;
+    for (std::sregex_iterator match(line.begin(), line.end(), code), end; match != end; ++match) {
+        codes.push_back((*match)[1]);
+    }
+    return codes;
+}
+
+const std::filesystem::path ManualFolder =
+    std::filesystem::path(TAVRO_SOURCE_DIR) / "docs" / "manual";
+
+std::ifstream OpenPage(const std::filesystem::path& page) {
+    std::ifstream file(page);
+    EXPECT_TRUE(file.is_open()) << page;
+    return file;
+}
+
+// The forms that are headings of the manual's pages.
+std::multiset<std::string> FormsOfManual() {
     std::multiset<std::string> forms;
-    std::string common;
-    for (std::string line; std::getline(manual, line);) {
-        if (!line.starts_with("| ")) {
-            continue;
-        }
-        const std::string cell = line.substr(2, line.find(" | ", 2) - 2);
-        if (cell.starts_with("Command")) {
-            std::smatch match;
-            common = std::regex_search(cell, match, code)
-                         ? match[1].str().substr(std::string("tavrocli ").size()) + " "
-                         : "";
-            continue;
-        }
-        for (std::sregex_iterator match(cell.begin(), cell.end(), code), end; match != end;
-             ++match) {
-            forms.insert(TextOf(ReadForm(common + (*match)[1].str())));
+    for (const auto& page : std::filesystem::directory_iterator(ManualFolder)) {
+        std::ifstream file = OpenPage(page);
+        for (std::string line; std::getline(file, line);) {
+            if (line.starts_with("### `-")) {
+                EXPECT_EQ(CodesOf(line).size(), 1U) << line;
+                forms.insert(TextOf(ReadForm(CodesOf(line).front())));
+            }
         }
     }
     return forms;
@@ -371,6 +379,43 @@ std::multiset<std::string> FormsOfManual() {
 TEST(CommandTable, ManualHasEveryFormOnceAndNoOther) {
     const std::set<std::string> table = FormsOfTable();
     EXPECT_EQ(FormsOfManual(), std::multiset<std::string>(table.begin(), table.end()));
+}
+
+// The items of the list in a box on the page of traps, each as one line.
+std::vector<std::string> RestrictedCommandsOfManual() {
+    std::vector<std::string> items;
+    std::ifstream file = OpenPage(ManualFolder / "traps.md");
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("> - ")) {
+            items.push_back(line.substr(std::string("> - ").size()));
+        } else if (!items.empty() && line.starts_with(">   ")) {
+            items.back() += line.substr(std::string(">  ").size());
+        }
+    }
+    return items;
+}
+
+TEST(CommandTable, ManualListsTheCommandsThatTheRestrictedStateStops) {
+    std::multiset<std::string> listed;
+    const std::vector<std::string> items = RestrictedCommandsOfManual();
+    for (const std::string& item : items) {
+        for (const std::string& form : CodesOf(item)) {
+            listed.insert(TextOf(ReadForm(form)));
+        }
+    }
+
+    std::multiset<std::string> blocked;
+    std::size_t blockedCommands = 0;
+    for (const Command* const command : Commands()) {
+        if (command->access == AccessClass::Blocked) {
+            ++blockedCommands;
+            for (const Form& form : FormsOf(*command)) {
+                blocked.insert(TextOf(form));
+            }
+        }
+    }
+    EXPECT_EQ(listed, blocked);
+    EXPECT_EQ(items.size(), blockedCommands);
 }
 
 }  // namespace
