@@ -13,8 +13,9 @@ nativePackages=(cmake ninja-build g++ nlohmann-json3-dev libcli11-dev)
 unitTestPackages=(libgmock-dev)
 windowsPackages=(cmake ninja-build nlohmann-json3-dev libcli11-dev g++-mingw-w64-x86-64-posix)
 formatPackages=(clang-format)
+manualPackages=(pandoc)
 testPackages=("${nativePackages[@]}" "${unitTestPackages[@]}" "${windowsPackages[@]}"
-    "${formatPackages[@]}" clang clang-tidy libclang-rt-14-dev libpugixml-dev
+    "${formatPackages[@]}" "${manualPackages[@]}" mandoc clang clang-tidy libclang-rt-14-dev libpugixml-dev
     libbenchmark-dev hunspell hunspell-en-us locales wine wine64 python3 python3-pytest python3-pytest-xdist
     python3-jsonpatch python3-jsonschema python3-pexpect python3-pyte python3-yaml)
 
