@@ -41,18 +41,19 @@ class Scope {
     }
 
     bool Holds(const HostPart& part) const {
-        if (part.adapter.empty()) {
+        if (part.level == HostPart::Level::Host) {
             return hostMembers_.contains(FirstStep(part.member));
         }
         if (wholeAdapters_.contains(part.adapter)) {
             return true;
         }
-        if (part.port.empty()) {
+        if (part.level == HostPart::Level::Adapter) {
             return adapters_.contains(part.adapter);
         }
         const PortName port{part.adapter, part.port};
         return wholePorts_.contains(port) ||
-               (part.key.empty() ? ports_.contains(port) : functions_.contains(Normal(part.key)));
+               (part.level == HostPart::Level::Port ? ports_.contains(port)
+                                                    : functions_.contains(Normal(part.key)));
     }
 
   private:
@@ -62,13 +63,13 @@ class Scope {
     }
 
     void Take(const HostPart& part) {
-        if (part.adapter.empty()) {
+        if (part.level == HostPart::Level::Host) {
             hostMembers_.insert(std::string(FirstStep(part.member)));
-        } else if (part.port.empty()) {
+        } else if (part.level == HostPart::Level::Adapter) {
             wholeAdapters_.insert(part.adapter);
         } else {
             TakeHolders(part.adapter, part.port);
-            if (part.key.empty()) {
+            if (part.level == HostPart::Level::Port) {
                 wholePorts_.emplace(part.adapter, part.port);
             } else {
                 functions_.insert(Normal(part.key));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <utility>
 
 #include "library/calls/operations.h"
@@ -123,16 +124,15 @@ Json ChangesJson(const std::vector<Change>& changes) {
     for (const Change& change : changes) {
         Json& entry = json.emplace_back(Json::object());
         entry["kind"] = KindName(change.kind);
-        const std::pair<const char*, const std::string*> places[] = {
-            {"adapter", &change.where.adapter},
-            {"port", &change.where.port},
-            {"function", &change.where.function},
-            {"member", &change.where.member},
-        };
-        for (const auto& [name, text] : places) {
-            if (!text->empty()) {
-                entry[name] = Shown(*text);
-            }
+        const HostPart& where = change.where;
+        const std::pair<const char*, const std::string*> levels[] = {
+            {"adapter", &where.adapter}, {"port", &where.port}, {"function", &where.function}};
+        for (const auto& [name, text] :
+             std::span(levels).first(static_cast<std::size_t>(where.level))) {
+            entry[name] = Shown(*text);
+        }
+        if (!where.member.empty()) {
+            entry["member"] = Shown(where.member);
         }
         if (!change.before.is_null()) {
             entry["before"] = change.before;

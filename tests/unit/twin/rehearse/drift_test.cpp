@@ -10,7 +10,13 @@ namespace {
 
 using testing::ElementsAre;
 
+// A change of what the last of these names that is not empty is of.
 Change At(HostPart where) {
+    using enum HostPart::Level;
+    where.level = !where.key.empty()       ? Function
+                  : !where.port.empty()    ? Port
+                  : !where.adapter.empty() ? Adapter
+                                           : Host;
     Change change;
     change.where = std::move(where);
     return change;
