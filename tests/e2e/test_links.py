@@ -1,0 +1,55 @@
+"""Follows the links of the documents: each leads to a file of the tree, and to a heading in it where it names one."""
+
+import re
+
+import pytest
+
+from program import ROOT, TESTS
+
+DOCUMENTS = sorted([*ROOT.glob("*.md"), *(ROOT / "docs").rglob("*.md"), TESTS / "README.md"])
+LINK = re.compile(r"\]\(([^()\s]+)\)")
+FENCE = re.compile(r"^```.*?^```$", re.MULTILINE | re.DOTALL)
+CODE = re.compile(r"`[^`\n]*`")
+HEADING = re.compile(r"^#+ (.*)$", re.MULTILINE)
+
+
+def links(text):
+    return LINK.findall(CODE.sub("", FENCE.sub("", text)))
+
+
+def anchors(text):
+    """What the headings are called in links: lower case, hyphens for blanks, no punctuation."""
+    return {re.sub(r"[^\w\- ]", "", heading.strip().lower()).replace(" ", "-")
+            for heading in HEADING.findall(FENCE.sub("", text))}
+
+
+def broken_links(document):
+    for link in links(document.read_text(encoding="utf-8")):
+        if re.match(r"https?:", link):
+            continue
+        path, _, anchor = link.partition("#")
+        file = document.parent / path if path else document
+        if not file.exists():
+            yield link
+        elif anchor and anchor not in anchors(file.read_text(encoding="utf-8")):
+            yield link
+
+
+@pytest.mark.parametrize("document", DOCUMENTS, ids=lambda path: str(path.relative_to(ROOT)))
+def test_the_links_lead_somewhere(document):
+    assert list(broken_links(document)) == []
+
+
+def test_a_broken_link_is_found(tmp_path):
+    (tmp_path / "other.md").write_text("# A `title`, or two\n\n```\n# no heading\n```\n", encoding="utf-8")
+    page = tmp_path / "page.md"
+    page.write_text("[a](other.md#a-title-or-two) [b](other.md#no-heading) [c](none.md) `[d](none.md)` ![e](none.svg)\n"
+                    "[f](https://example.com/none.md) [g](#here)\n\n## Here\n\n    code\n\n```\n[h](none.md)\n```\n\n"
+                    "[i](#there)\n", encoding="utf-8")
+    assert list(broken_links(page)) == ["other.md#no-heading", "none.md", "none.svg", "#there"]
+
+
+def test_the_tests_that_hold_the_promises_of_security_are_there():
+    named = re.findall(r"`((?:e2e|unit)/[\w./]+)`", (ROOT / "SECURITY.md").read_text(encoding="utf-8"))
+    assert len(named) > 5
+    assert [path for path in named if not (ROOT / "tests" / path).exists()] == []
