@@ -1,5 +1,7 @@
 #include "cli/usage.h"
 
+#include <product_version.h>
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -14,7 +16,7 @@ namespace tavro {
 namespace {
 
 constexpr std::string_view ProductTitle = "Tavro Converged Network Adapter CLI";
-constexpr std::string_view ProductVersion = "5.2.3.1";
+constexpr std::string_view ProductVersion = TAVRO_PRODUCT_VERSION;
 constexpr std::string_view ProductNotice = "Copyright (C) 2015 Tavro. All rights reserved.";
 
 struct UsageLine {

@@ -1,4 +1,4 @@
-"""The version that the program tells, and that Windows and the simulator tell, is the same everywhere."""
+"""The version is stated once; the programs, the simulator and what Windows shows of their files tell the same."""
 
 import re
 import struct
@@ -20,19 +20,30 @@ SUPPORTED_SYSTEMS = {  # the numbers by which Windows knows the releases; 10 sta
 }
 
 
-def source(path):
-    return (ROOT / path).read_text(encoding="utf-8")
+RESOURCES = {  # by file: what Windows calls it, whether it is a program (1) or a library (2), what the manifest calls it
+    "tavrocli.exe": ("tavrocli", 1, "Tavro.TavroCli"),
+    "tavrohost.exe": ("tavrohost", 1, "Tavro.TavroHost"),
+    "tavro.dll": ("tavro", 2, None),
+}
+NO_SOURCES = {"build", "docs", "tests", "CHANGELOG.md"}
+# The simulated adapters have a driver, of the same version in hosts that do not say otherwise.
+DRIVER_VERSIONS = {"simulator/host/former_hardware.cpp", "simulator/host/hardware.h"}
 
 
-def test_the_sources_agree():
-    script = " ".join(source("src/platform/tavrocli.rc").split())
-    found = re.findall(r"project\(tavrocli VERSION ([\d.]+)", source("CMakeLists.txt"))
-    found += re.findall(r'ProductVersion = "(.*)"', source("src/cli/usage.cpp"))
-    found += re.findall(r'<assemblyIdentity [^>]*\bversion="(.*?)"', source("src/platform/tavrocli.manifest"))
-    found += re.findall(r'VALUE "(?:File|Product)Version", "(.*?)"', script)
-    numbers = re.findall(r"(?:FILE|PRODUCT)VERSION ([\d, ]*\d)", script)
-    found += [re.sub(", ?", ".", number) for number in numbers]
-    assert found == [VERSION] * 7
+def test_the_version_is_stated_once():
+    names = [path for path in ROOT.iterdir() if path.name not in NO_SOURCES and not path.name.startswith(".")]
+    files = [file for path in names for file in ([path] if path.is_file() else path.rglob("*")) if file.is_file()]
+    numbers = re.compile(re.sub(r"\\\.", "[.,] ?", re.escape(VERSION)).encode())
+    found = {str(file.relative_to(ROOT)): len(numbers.findall(file.read_bytes())) for file in files}
+    assert {name: count for name, count in found.items() if count and name not in DRIVER_VERSIONS} == {"CMakeLists.txt": 1}
+    assert f"project(tavrocli VERSION {VERSION} " in (ROOT / "CMakeLists.txt").read_text(encoding="utf-8")
+
+
+def test_the_programs_tell_it(sandbox):
+    about = sandbox.run(["-about"])
+    assert f"Tavro Converged Network Adapter CLI({VERSION})" in [line.strip() for line in about.output.decode().splitlines()]
+    version = sandbox.run_tool(["--version"])
+    assert (version.output, version.errors, version.exit_code) == (f"tavrohost {VERSION}\n".encode(), b"", 0)
 
 
 def test_the_log_begins_with_the_simulator_its_version_and_the_host_file(sandbox):
@@ -58,22 +69,28 @@ def test_the_details_of_a_failed_initialization_name_the_simulator_its_version_a
 
 
 @pytest.mark.platforms("windows")
-def test_the_version_resource(platform):
-    resource = read_resource((platform.folder / "bin" / platform.program).read_bytes(), RESOURCE_VERSION)
+@pytest.mark.parametrize("file", RESOURCES)
+def test_the_version_resource(platform, file):
+    name, kind, _ = RESOURCES[file]
+    resource = read_resource((platform.folder / "bin" / file).read_bytes(), RESOURCE_VERSION)
     fixed = resource.index(struct.pack("<I", 0xFEEF04BD))
     numbers = struct.unpack_from("<4I", resource, fixed + 8)  # of the file, then of the product
     assert [f"{high >> 16}.{high & 0xFFFF}.{low >> 16}.{low & 0xFFFF}"
             for high, low in (numbers[:2], numbers[2:])] == [VERSION, VERSION]
-    texts = {"FileVersion": VERSION, "ProductVersion": VERSION, "InternalName": "tavrocli",
-             "OriginalFilename": "tavrocli.exe", "ProductName": "Tavro CLI", "CompanyName": "Tavro"}
+    assert struct.unpack_from("<I", resource, fixed + 36) == (kind,)
+    texts = {"FileVersion": VERSION, "ProductVersion": VERSION, "InternalName": name, "OriginalFilename": file,
+             "ProductName": "Tavro CLI", "CompanyName": "Tavro"}
     assert {name: version_text(resource, name) for name in texts} == texts
+    assert ("Simulated" in version_text(resource, "FileDescription")) == (file == "tavro.dll")
 
 
 @pytest.mark.platforms("windows")
-def test_the_manifest(platform):
-    resource = read_resource((platform.folder / "bin" / platform.program).read_bytes(), RESOURCE_MANIFEST)
+@pytest.mark.parametrize("file", [file for file, (_, _, identity) in RESOURCES.items() if identity])
+def test_the_manifest(platform, file):
+    resource = read_resource((platform.folder / "bin" / file).read_bytes(), RESOURCE_MANIFEST)
     manifest = xml.etree.ElementTree.fromstring(resource)
     identity = manifest.find(ASSEMBLY + "assemblyIdentity")
+    assert identity.get("name") == RESOURCES[file][2]
     assert identity.get("version") == VERSION
     assert identity.get("processorArchitecture") == "amd64"
     level = manifest.find(f".//{RIGHTS}requestedExecutionLevel")
