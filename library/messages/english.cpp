@@ -419,7 +419,7 @@ constexpr Message EnglishTexts[] = {
     {26710, L"No Address Found, Not Bound"},
 
     {26881, L"The import is complete."},
-    {26882, L"Adapters Found"},
+    {26882, L"Adapters Found, if Any"},
     {26883, L"Ports Found"},
     {26884, L"The functions of a port in the file could not be read."},
     {26885, L"TCP/IP Settings Applied"},

@@ -24,7 +24,7 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
      L"请更正该文件，或将其移走以从内置主机开始。"},
     {L"The change was not stored.",
      L"変更は保存されませんでした。",
-     L"更改未保存。"},
+     L"未保存更改。"},
     {L"See that the host file and its folder can be written, and try again.",
      L"ホストファイルとそのフォルダーに書き込めることを確認し、もう一度実行してください。",
      L"请确认主机文件及其文件夹可写入，然后重试。"},

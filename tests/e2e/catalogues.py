@@ -17,7 +17,7 @@ WIDE_LITERAL = re.compile(r'L"((?:[^"\\\n]|\\.|"\s+L")*)"')
 ENUMERATOR = re.compile(r"^    (\w+) = (\d+),$", re.MULTILINE)
 CHARACTERS = {
     "english": "[ -~]",
-    "japanese": "[ -~\u3041-\u30ff\u4e00-\u9fff\u3001\u3002\u300c\u300d\uff5e]",
+    "japanese": "[ -~\u3041-\u30fa\u30fc\u4e00-\u9fff\u3001\u3002\u300c\u300d\uff5e]",
     "chinese": "[ -~\u4e00-\u9fff\u3001\u3002\u201c\u201d\uff08\uff09\uff0c\uff1a\uff1f]",
 }
 EAST_ASIAN = "[\u3041-\u30ff\u4e00-\u9fff]"
@@ -118,6 +118,11 @@ def longest_first(texts):
 
 
 GLOSSARY = Glossary()
+KATAKANA_WORD = re.compile("[\u30a1-\u30fa\u30fc]+")
+KATAKANA = {word for row in GLOSSARY.rows for text in row[1] for word in KATAKANA_WORD.findall(text)}
+KNOWN_KATAKANA = re.compile(f"({'|'.join(longest_first(KATAKANA))})+")
+# The forms of `messages/forms.txt`, each in the order of LANGUAGES.
+FORMS = [[re.compile(pattern) for pattern in line.split(" = ")] for line in lines_of("messages/forms.txt") if line]
 
 
 def latin_words(text):
@@ -156,11 +161,17 @@ def form_faults(text, language):
     if re.search(rf"[A-Za-z0-9]{EAST_ASIAN}|{EAST_ASIAN}[A-Za-z0-9]", text):
         yield "no blank between the scripts"
     if language == "chinese":
-        halves = re.search(rf"{EAST_ASIAN}(?:[,:;?!]|\.(?!\.\.))|\([^)]*{EAST_ASIAN}[^)]*\)|[，。：？、（）] | [，。：？、（）]", text)
+        halves = re.search(rf"{EAST_ASIAN}(?:[,:;?!]|\.(?!\.\.))|[()]|[，。：？、（）] | [，。：？、（）]", text)
         if halves:
             yield f"punctuation of the wrong width or a blank beside it: {halves.group()!r}"
-    elif language == "japanese" and re.search(rf"{EAST_ASIAN}\(|\){EAST_ASIAN}|[、。] ", text):
-        yield "a bracket without its blank, or a blank after punctuation"
+    elif language == "japanese":
+        if re.search(rf"{EAST_ASIAN}\(|\){EAST_ASIAN}|[、。] ", text):
+            yield "a bracket without its blank, or a blank after punctuation"
+        for word in KATAKANA_WORD.findall(text):
+            if not KNOWN_KATAKANA.fullmatch(word):
+                yield f"{word!r} is not put together of the glossary's words"
+    if re.search(rf"{EAST_ASIAN} {EAST_ASIAN}", text):
+        yield "a blank between words"
 
 
 def pair_faults(english, text, language):
@@ -183,3 +194,7 @@ def pair_faults(english, text, language):
     if len(re.findall("   ", english)) != len(re.findall("   ", text)):
         yield "other columns"
     yield from GLOSSARY.faults(english, text, language)
+    for form in FORMS:
+        pattern = form[LANGUAGES.index(language)]
+        if form[0].search(english) and not pattern.search(text):
+            yield f"it is put otherwise than the texts like it: {pattern.pattern}"

@@ -81,6 +81,16 @@ def test_translated_error_texts_have_the_terms_keys_numbers_and_punctuation_of_t
 
 
 @pytest.mark.parametrize("language", OTHERS)
+def test_equal_texts_have_equal_translations(language):
+    """A message and an error text too, whatever their capitals are."""
+    translations = {}
+    for english, text in zip(SAID["english"], SAID[language]):
+        translations.setdefault(english.lower(), set()).add(text)
+    assert [texts for texts in translations.values() if len(texts) > 1] == []
+    assert len(translations) < len(SAID["english"])
+
+
+@pytest.mark.parametrize("language", OTHERS)
 def test_different_error_texts_are_translated_differently(language):
     """And one that several libraries say is translated once."""
     translations = dict(zip(ERROR_TEXTS["english"], ERROR_TEXTS[language]))
@@ -116,7 +126,7 @@ def test_what_is_the_same_in_english_is_the_same_in_a_translation_and_the_other_
     for one, other in itertools.combinations(NAMES, 2):
         is_same = TEXTS[language][one] == TEXTS[language][other]
         if (is_same and plain(ENGLISH[one]) != plain(ENGLISH[other])) or (
-                not is_same and ENGLISH[one] == ENGLISH[other]):
+                not is_same and ENGLISH[one].lower() == ENGLISH[other].lower()):
             faults.append(at(language, one, f"{ENGLISH[one]!r} beside {ENGLISH[other]!r}, {other}"))
     assert_none(faults)
 
@@ -144,6 +154,58 @@ def test_every_line_of_the_glossary_is_used(language):
     used = {word for text in SAID[language] for word, _ in catalogues.GLOSSARY.find(text, column)}
     terms = catalogues.GLOSSARY.terms[column]
     assert sorted(set(terms) - used) == []
+
+
+def test_a_term_has_one_translation():
+    """Apart from negation, which grammar words differently."""
+    assert [row[0] for row in catalogues.GLOSSARY.rows if any(len(column) > 1 for column in row[1:])] == [
+        ["not", "cannot", "no", "without", "lacks"]]
+
+
+def test_words_that_are_written_alike_are_one():
+    """No two words of the glossary differ by a long vowel alone, or by a small one."""
+
+    def plain(word):
+        return word.replace("ー", "").translate(str.maketrans("ァィゥェォャュョ", "アイウエオヤユヨ"))
+
+    assert len({plain(word) for word in catalogues.KATAKANA}) == len(catalogues.KATAKANA) > 100
+
+
+@pytest.mark.parametrize("column", [1, 2], ids=OTHERS)
+@pytest.mark.parametrize("form", catalogues.FORMS, ids=lambda form: form[0].pattern)
+def test_every_form_is_used(form, column):
+    texts = [SAID[LANGUAGES[column]][place] for place, text in enumerate(SAID["english"]) if form[0].search(text)]
+    assert len(texts) > 1
+    assert [text for text in texts if not form[column].search(text)] == []
+
+
+# Texts that no catalogue may hold: another term, another way to write it, another form, another width.
+OTHER_WAYS = {
+    "chinese": [
+        ("Flow Control", "流控"), ("Flow Control", "流控制"), ("Option ROM Version", "选件 ROM 版本"),
+        ("The target was removed.", "已删除目标。"), ("The target was removed.", "目标已移除。"),
+        ("DHCP (IPv4)", "DHCP (IPv4)"), ("Enable DCB? (y/n)", "是否启用 DCB？(y/n)"),
+        ("Enable DCB? (y/n)", "启用 DCB？（y/n）"), ("Enable DCB? (y/n)", "启用 DCB 吗？（y/n）"),
+        ("Packets Sent", "发送的数据包"), ("There is no target.", "目标不存在。"),
+    ],
+    "japanese": [
+        ("Driver Version", "ドライバーバージョン"), ("Driver Version", "ドライバー バージョン"),
+        ("Driver Version", "ドライバー・バージョン"), ("Driver Version", "ドライバのバージョン"),
+        ("Network Interface", "ネットワークインターフェース"), ("Hardware Revision", "ハードウェアリビジョン"),
+        ("FCoE Statistics", "FCoE 統計"), ("FCoE Statistics", "FCoE の統計情報"),
+        ("Default iSCSI Parameters", "デフォルトの iSCSI パラメーター"), ("Default Gateway", "既定のゲートウェイ"),
+        ("Enable DCB? (y/n)", "DCB を有効にしますか (y/n)"), ("Enable DCB? (y/n)", "DCB を有効にしますか？ (y/n)"),
+        ("Enable DCB? (y/n)", "DCB を有効にする? (y/n)"), ("Boot State", "ブートの状態"),
+        ("The target was removed.", "ターゲットが削除されました。"),
+    ],
+}
+
+
+@pytest.mark.parametrize("language, english, text", [(language, *pair) for language in OTHERS
+                                                     for pair in OTHER_WAYS[language]])
+def test_another_way_to_say_it_is_noticed(language, english, text):
+    assert {english.lower(), english.lower() + "s"} & {said.lower() for said in SAID["english"]}
+    assert [*catalogues.form_faults(text, language), *catalogues.pair_faults(english, text, language)]
 
 
 def words_of_name(name):
