@@ -19,6 +19,7 @@
 #include "twin/capture/operation_call.h"
 #include "unit/twin/capture/captured_twin.h"
 #include "unit/twin/dice.h"
+#include "unit/twin/hosts_to_try.h"
 #include "unit/twin/random_host.h"
 
 namespace tavrohost_test {
@@ -28,7 +29,7 @@ using tavroapi::OperationCode;
 using tavrolib::Json;
 using tavrosim::Host;
 
-constexpr std::uint32_t ForeseenHosts = 60;
+constexpr std::uint32_t ForeseenHosts = HostsToTry(60);
 constexpr std::uint32_t ChangesPerHost = 4;
 
 // Does something to a host; what the caller is told of it.
@@ -463,7 +464,7 @@ TEST(ForeseenChanges, LeaveHostAndTwinAlike) {
         }
     }
     for (const auto& row : Changes) {
-        EXPECT_GE(done[row.name], 5) << row.name;
+        EXPECT_GE(done[row.name], static_cast<int>(ForeseenHosts / 12)) << row.name;
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "unit/twin/capture/captured_twin.h"
 #include "unit/twin/dice.h"
+#include "unit/twin/hosts_to_try.h"
 #include "unit/twin/random_host.h"
 
 namespace tavrohost_test {
@@ -15,7 +16,7 @@ namespace {
 using tavrolib::Call;
 using tavrolib::Json;
 
-constexpr std::uint32_t RandomHosts = 200;
+constexpr std::uint32_t RandomHosts = HostsToTry(200);
 
 // What identifies the call that an answer is for.
 std::string CallOf(Json answer) {
