@@ -143,6 +143,7 @@ void ConfirmAndWrite(const std::string& mac, AdapterSettings& settings,
     const std::optional<bool> confirmed = YesOrNo(AskLine(MessageId::AskConfirmation));
     if (!confirmed) {
         ShowSpacedNotice(MessageId::ConfirmationRefused);
+        console::NoteRefusedAnswer();
     } else if (*confirmed) {
         DoOperation<OperationCode::WriteAdapterSettings>(mac, settings);
     } else {
