@@ -137,7 +137,7 @@ std::uint32_t UninitializeInstead() {
 std::uint32_t GetLastErrorMessageInstead(tavroapi::ErrorRecord* error) {
     const std::uint32_t status = Stand<tavroapi::GetLastErrorMessageEntry>::In(error);
     if (error != nullptr) {
-        current->NoteError(*error);
+        current->NoteError(status, *error);
     }
     return status;
 }
@@ -218,8 +218,10 @@ void Watch::AskWhy() {
     auto* const ask = Real<tavroapi::GetLastErrorMessageEntry>();
     if (wantsToKnowWhy_ && ask != nullptr) {
         tavroapi::ErrorRecord error;
-        ask(&error);
-        NoteError(error);
+        try {
+            NoteError(ask(&error), error);
+        } catch (...) {  // the program, which did not ask, must not notice
+        }
     }
 }
 
@@ -233,9 +235,11 @@ void Watch::End(std::uint32_t status, std::optional<std::int64_t> completionCode
     writer_.End(status, completionCode, isIncomplete);
 }
 
-void Watch::NoteError(const tavroapi::ErrorRecord& error) {
+void Watch::NoteError(std::uint32_t status, const tavroapi::ErrorRecord& error) {
     wantsToKnowWhy_ = false;
-    writer_.NoteError(error);
+    if (status == 0) {
+        writer_.NoteError(error);
+    }
 }
 
 void Watch::NoteMessage(std::uint32_t number, std::wstring text) {

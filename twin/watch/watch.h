@@ -31,7 +31,8 @@ class Watch {
     // in `line`; nothing when none of them does. Only the last few messages are known.
     std::optional<std::uint32_t> MessageIn(std::wstring_view line) const;
 
-    // Asks the library why the last call failed, unless that is known.
+    // Asks the library why the last call failed, unless that is known. What the library does
+    // instead of an answer is of no account, an exception neither.
     void AskWhy();
 
     JournalWriter& Writer() { return writer_; }
@@ -40,7 +41,7 @@ class Watch {
     void* Find(const char* name) const { return library_.find(name); }
     void Begin(const WatchedCall& call);
     void End(std::uint32_t status, std::optional<std::int64_t> completionCode, bool isIncomplete);
-    void NoteError(const tavroapi::ErrorRecord& error);
+    void NoteError(std::uint32_t status, const tavroapi::ErrorRecord& error);
     void NoteMessage(std::uint32_t number, std::wstring text);
 
   private:

@@ -21,6 +21,9 @@ struct Behaviour {
     std::uint32_t status = 0;
     int errorsAsked = 0;
     bool throws = false;
+    bool throwsWhenAsked = false;
+    std::uint32_t askedStatus = 0;  // of GetLastErrorMessage
+    int ends = 0;
     std::string replies{};  // to a ping from an iSCSI port
     std::string lost{};     // of one from an FCoE port
 };
@@ -48,11 +51,17 @@ std::uint32_t GetLocalizeMessage(std::uint32_t number, std::wstring* text) {
 
 std::uint32_t GetLastErrorMessage(tavroapi::ErrorRecord* error) {
     ++behaviour.errorsAsked;
-    error->message = L"why";
-    return 0;
+    if (behaviour.throwsWhenAsked) {
+        throw std::runtime_error("out of the library");
+    }
+    if (behaviour.askedStatus == 0) {
+        error->message = L"why";
+    }
+    return behaviour.askedStatus;
 }
 
 std::uint32_t Uninitialize() {
+    ++behaviour.ends;
     return 0;
 }
 
@@ -195,6 +204,28 @@ TEST_F(WatchTest, WhatTheProgramWasToldIsNotAskedAgain) {
     EXPECT_EQ(behaviour.errorsAsked, 1);
     EXPECT_EQ(error.message, L"why");
     EXPECT_TRUE(Written().error);
+}
+
+TEST_F(WatchTest, ALibraryThatThrowsWhenAskedWhyIsUninitializedAllTheSame) {
+    FailInSilence();
+    behaviour.throwsWhenAsked = true;
+    EXPECT_EQ(tavro::ResolveEntryPoint<tavroapi::UninitializeEntry>()(), 0U);
+    EXPECT_EQ(behaviour.errorsAsked, 1);
+    EXPECT_EQ(behaviour.ends, 1);
+    EXPECT_FALSE(Written().error);
+    EXPECT_EQ(Written().calls.back().entryPoint, "Uninitialize");
+}
+
+// The record is then as it was before.
+TEST_F(WatchTest, ALibraryThatRefusesToTellWhyHasSaidNothing) {
+    behaviour.askedStatus = 3;
+    FailInSilence();
+    tavro::ResolveEntryPoint<tavroapi::UninitializeEntry>()();
+    EXPECT_FALSE(Written().error);
+    FailInSilence();
+    tavroapi::ErrorRecord error;
+    EXPECT_EQ(tavro::ResolveEntryPoint<tavroapi::GetLastErrorMessageEntry>()(&error), 3U);
+    EXPECT_FALSE(Written().error);
 }
 
 TEST_F(WatchTest, NothingIsAskedAfterASuccess) {
