@@ -33,7 +33,11 @@ int EndEarly(const CLI::App& tool, const CLI::ParseError& end) {
     if (code == 0) {
         return Success;
     }
-    WriteDiagnostic(diagnostics.str());
+    std::string lines = diagnostics.str();
+    if (lines.ends_with('\n')) {
+        lines.pop_back();
+    }
+    Complain(lines);
     return Trouble;
 }
 
@@ -41,6 +45,7 @@ int ParseAndRun(std::vector<std::string> arguments) {
     TakeProgramArguments(arguments);
     CLI::App tool("Captures a host, rehearses changes on its twin, and shows the differences.",
                   "tavrohost");
+    tool.allow_windows_style_options(false);  // which the commands take over
     tool.require_subcommand(1);
     tool.set_version_flag("--version",
                           "tavrohost " + tavrolib::Utf8FromWide(tavrolib::LibraryVersion));

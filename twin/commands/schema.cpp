@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <memory>
 #include <string>
 
 #include "twin/commands/commands.h"
@@ -10,11 +11,11 @@ namespace tavrohost {
 void AddSchemaCommand(CLI::App& tool, int& /*status*/) {
     CLI::App* command =
         tool.add_subcommand("schema", "Print the JSON Schema of a kind of document");
-    command
-        ->add_option_function<std::string>(
-            "name", [](const std::string& name) { WriteOutput(SchemaText(name)); }, "Which one")
+    const auto name = std::make_shared<std::string>();
+    command->add_option("name", *name, "Which one")
         ->required()
         ->check(CLI::IsMember(SchemaNames()));
+    command->callback([name] { WriteOutput(SchemaText(*name)); });
 }
 
 }  // namespace tavrohost
