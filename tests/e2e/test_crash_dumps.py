@@ -4,9 +4,12 @@ import fcntl
 import os
 import resource
 import signal
+import subprocess
+import time
 
 import pytest
 
+from program import LIBRARY, TIME_LIMIT
 from terminal import Terminal
 
 pytestmark = pytest.mark.platforms("native", "sanitize")
@@ -92,3 +95,26 @@ def end(process, ending):
     _, status = os.waitpid(process.pid, 0)
     process.returncode = -os.WTERMSIG(status)
     return status
+
+
+def end_capture(sandbox, ending, *arguments):
+    """Ends a capture while the library does not come back."""
+    sandbox.use_library(sandbox.platform.folder / "variants" / "misbehaving" / LIBRARY)
+    called = sandbox.folder / "called"
+    process = subprocess.Popen(
+        sandbox.tool_command(["capture", *arguments]), cwd=sandbox.work, preexec_fn=allow_cores,
+        env=sandbox.environment(extra=ALLOW_CORES | {"MISBEHAVING_THROW": "Initialize=sleep", "MISBEHAVING_CALLS": str(called)}),
+        stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    limit = time.monotonic() + TIME_LIMIT
+    while not called.exists():
+        assert time.monotonic() < limit
+        time.sleep(0.01)
+    status = end(process, ending)
+    process.communicate()
+    return status
+
+
+@ENDINGS
+@pytest.mark.platforms("sanitize")
+def test_of_a_capture_that_takes_secrets(sandbox, ending):
+    check_core(sandbox, end_capture(sandbox, ending, "--with-secrets"), ending, is_left=False)

@@ -11,6 +11,7 @@
 #include "platform/output.h"
 #include "tavroapi/entry_points.h"
 #include "twin/capture/loaded_library.h"
+#include "twin/capture/one_line.h"
 #include "twin/capture/walk.h"
 #include "twin/exit_status.h"
 #include "twin/run/library_source.h"
@@ -21,13 +22,13 @@ namespace {
 using tavrolib::Json;
 using tavrolib::Utf8FromWide;
 
-// The words of an error that people are told, in one line.
+// What people are told of an error, in one line: ": " and its words; nothing where it has none.
 std::string WordsOf(const std::optional<tavroapi::ErrorRecord>& error) {
     std::string words;
     if (error) {
         for (const std::wstring& text : {error->message, error->details}) {
             if (!text.empty()) {
-                words += (words.empty() ? "" : " ") + Utf8FromWide(text);
+                words += (words.empty() ? ": " : " ") + InOneLine(Utf8FromWide(text));
             }
         }
     }
@@ -43,11 +44,10 @@ class LibrarySession {
         if (initialize == nullptr) {
             throw TroubleError(std::string("the library lacks ") + tavroapi::InitializeEntry::Name);
         }
-        std::wstring locale = tavro::GetLanguage();
-        const std::uint32_t status = initialize(0, &locale);
+        const std::uint32_t status = StatusOf(initialize);
         if (status != 0) {
             throw TroubleError("the library cannot be used (status " + std::to_string(status) +
-                               "): " + WordsOf(library_.LastError()));
+                               ")" + WordsOf(library_.LastError()));
         }
     }
     ~LibrarySession() {
@@ -65,6 +65,15 @@ class LibrarySession {
     LoadedLibrary& Library() { return library_; }
 
   private:
+    static std::uint32_t StatusOf(tavroapi::InitializeEntry::Function* initialize) {
+        std::wstring locale = tavro::GetLanguage();
+        try {
+            return initialize(0, &locale);
+        } catch (...) {
+            throw TroubleError("the library let an exception out of its first call");
+        }
+    }
+
     LoadedLibrary library_;
 };
 
@@ -95,7 +104,7 @@ Json ResultOf(const Json& details) {
     } catch (const std::exception& error) {
         result["trouble"] = tavrolib::Utf8FromBytes(error.what());
     } catch (...) {
-        result["trouble"] = "the library let an exception out of its first call";
+        result["trouble"] = "the library let an exception out";
     }
     return result;
 }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "library/platform/file.h"
+#include "platform/crash_dump.h"
 #include "simulator/host/host_file.h"
 #include "twin/anonymous/stand_ins.h"
 #include "twin/capture/capture_child.h"
@@ -39,6 +40,7 @@ Json ResultOfChild(const CaptureJob& job) {
 }  // namespace
 
 Capture CaptureHost(const CaptureJob& job) {
+    tavro::platform::ForbidCrashDumps();  // what the child tells may hold secrets
     Json result = ResultOfChild(job);
     if (result.contains("trouble")) {
         throw TroubleError(result["trouble"].get<std::string>());

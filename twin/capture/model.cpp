@@ -11,6 +11,7 @@
 #include "simulator/host/told_hardware.h"
 #include "tavroapi/codes.h"
 #include "twin/capture/function_model.h"
+#include "twin/capture/one_line.h"
 #include "twin/capture/walk.h"
 
 namespace tavrohost {
@@ -22,12 +23,9 @@ using tavroapi::OperationCode;
 using tavrolib::EntryPoint;
 using tavrosim::NormalIdentifier;
 
-// A text that a library sent, in quotation marks, in one line.
+// A text that a library sent, in quotation marks.
 std::string QuotedText(const std::string& bytes) {
-    std::string text = tavrolib::Utf8FromBytes(bytes);
-    std::ranges::replace_if(
-        text, [](char character) { return character >= 0 && character < ' '; }, '?');
-    return '"' + text + '"';
+    return '"' + InOneLine(bytes) + '"';
 }
 
 // Makes the model, step by step.

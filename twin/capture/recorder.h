@@ -80,27 +80,23 @@ class CallRecorder {
     template <tavroapi::OperationCode Code>
     std::optional<tavroapi::OutputOf<Code>> Exchange(const std::string& request,
                                                      tavroapi::OutputOf<Code> record) {
+        static_assert(!detail::HoldsSecrets<tavroapi::OutputOf<Code>>());
         tavrolib::Call call = OperationCall(Code, request);
         call.input = &record;
         call.output = &record;
         return Perform(call) ? std::optional(std::move(record)) : std::nullopt;
     }
 
-    // The same where it is a guess that there is something: an answer is kept only when there is.
+    // The same where it is a guess that there is something: an answer is kept only when there is,
+    // and otherwise the call counts as not made.
     template <tavroapi::OperationCode Code>
     std::optional<tavroapi::OutputOf<Code>> Guess(const std::string& request,
                                                   tavroapi::OutputOf<Code> record) {
-        tavroapi::OutputOf<Code> input = record;
+        static_assert(!detail::HoldsSecrets<tavroapi::OutputOf<Code>>());
         tavrolib::Call call = OperationCall(Code, request);
         call.input = &record;
         call.output = &record;
-        if (library_.Perform(call) != 0U) {
-            return std::nullopt;
-        }
-        call.input = &input;
-        return IsNew(call) && Keep(tavrolib::CallToJson(call, secrets_), call, 0)
-                   ? std::optional(std::move(record))
-                   : std::nullopt;
+        return PerformGuess(call) ? std::optional(std::move(record)) : std::nullopt;
     }
 
     // Asks one of the queries that are no operations, about what the call names besides.
@@ -135,8 +131,8 @@ class CallRecorder {
     // Whether the call was made and succeeded.
     bool Perform(const tavrolib::Call& call);
 
-    // Whether the call was not made before; from now on it was.
-    bool IsNew(const tavrolib::Call& call);
+    // The same, but where the call does not succeed, nothing is kept and it was not made.
+    bool PerformGuess(const tavrolib::Call& call);
 
     // Keeps the answer, a refusal with the library's error. Whether it is none.
     bool Keep(tavrolib::Json line, const tavrolib::Call& call, std::uint32_t status);

@@ -112,9 +112,9 @@ TEST(CaptureWalk, LooksForSessionsUntilAllAreFound) {
     library.activeSessions = "3";
     EXPECT_EQ(SessionsIn(AnswersOf(library)),
               (std::vector<std::string>{"a 0 0", "a 3 0", "b 0 0", "b 9 0", "a 7 0"}));
-    // The first ones, the same by number, and the numbers from 1 to 7 of both targets but for the
-    // last, where the third session was found.
-    EXPECT_EQ(library.counts[17], 4 + 2 * 6 + 1);
+    // The first ones, the same by number, and the numbers from 1 to 7 of both targets but for those
+    // that were read: session 3, and the last one, where the third session was found before.
+    EXPECT_EQ(library.counts[17], 4 + 2 * 6 + 1 - 1);
 }
 
 TEST(CaptureWalk, KeepsRefusalsOfSessionsButNoGuesses) {
