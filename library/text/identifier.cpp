@@ -24,4 +24,9 @@ std::string NormalText(const std::string& text) {
     return normal.empty() ? text : normal;
 }
 
+bool IsFcid(std::string_view text) {
+    return text.size() == FcidDigits &&
+           text.find_first_not_of("0123456789ABCDEFabcdef") == std::string_view::npos;
+}
+
 }  // namespace tavrolib

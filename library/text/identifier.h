@@ -19,4 +19,7 @@ std::string NormalIdentifier(std::string_view text);
 // The same of a MAC or WWN, and any other text as it is.
 std::string NormalText(const std::string& text);
 
+// Whether the text is a Fibre Channel address: six hexadecimal digits and nothing else.
+bool IsFcid(std::string_view text);
+
 }  // namespace tavrolib

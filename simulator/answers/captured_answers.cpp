@@ -1,5 +1,6 @@
 #include "simulator/answers/captured_answers.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -31,6 +32,31 @@ constexpr std::array PartNames{"answers", "host"};
 
 constexpr auto Number(OperationCode code) {
     return static_cast<std::uint32_t>(code);
+}
+
+// The operations that tell of a host and leave it as it is. Others fill in records as well: pings,
+// resets of counters, an export.
+constexpr std::array ReadingOperations{
+    OperationCode::ReadIscsiPort,       OperationCode::ListPortals,
+    OperationCode::ListTargets,         OperationCode::ListActiveTargets,
+    OperationCode::ReadTarget,          OperationCode::ListLuns,
+    OperationCode::ReadIscsiStatistics, OperationCode::ReadSession,
+    OperationCode::ReadIscsiDefaults,   OperationCode::ReadIscsiBoot,
+    OperationCode::ListIsnsServers,     OperationCode::ReadInitiator,
+    OperationCode::ReadFcoePort,        OperationCode::ListFcoeTargets,
+    OperationCode::ReadFcoeTarget,      OperationCode::ListFcoeLuns,
+    OperationCode::ReadFcoeStatistics,  OperationCode::ListFcoeBindings,
+    OperationCode::ReadDcbInfo,         OperationCode::ReadFcoeBoot,
+    OperationCode::ReadDcbConfig,       OperationCode::ReadFip,
+    OperationCode::ListVirtualPorts,    OperationCode::ListVirtualPortTargets,
+    OperationCode::ListVirtualPortLuns, OperationCode::ReadPartitions,
+    OperationCode::ReadPersonality,     OperationCode::ReadEthernetPort,
+    OperationCode::ReadAdapterSettings, OperationCode::ReadEthernetStatistics,
+    OperationCode::ReadEthernetTcpIp,   OperationCode::ReadAdapterState,
+};
+
+bool Reads(std::uint32_t operation) {
+    return std::ranges::find(ReadingOperations, operation, Number) != ReadingOperations.end();
 }
 
 // The operations whose inputs are WWNs.
@@ -112,7 +138,7 @@ void CheckIdentifiesCall(const Answer& answer, const Place& place) {
         throw ShapeError(place, "\"operation\" is missing");
     }
     const tavrolib::Operation* const operation = tavrolib::FindOperation(*answer.operation);
-    if (operation == nullptr || operation->output == nullptr) {
+    if (operation == nullptr || !Reads(*answer.operation)) {
         throw ShapeError(Place(place, "operation"), "an operation that reads is wanted");
     }
     if (operation->input == nullptr) {

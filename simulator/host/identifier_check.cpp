@@ -23,9 +23,7 @@ void CheckWwn(const std::string& text, const Place& place) {
 }
 
 void CheckFcid(const std::string& text, const Place& place) {
-    const bool isRight = text.size() == FcidDigits &&
-                         text.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
-    Want(isRight, "an FCID", FcidDigits, place);
+    Want(tavrolib::IsFcid(text), "an FCID", FcidDigits, place);
 }
 
 }  // namespace tavrosim

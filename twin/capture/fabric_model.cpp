@@ -1,6 +1,7 @@
 #include <map>
 #include <utility>
 
+#include "library/text/identifier.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/from_records.h"
 #include "simulator/model/numbers.h"
@@ -11,6 +12,7 @@ namespace tavrohost {
 namespace {
 
 using tavroapi::OperationCode;
+using tavrolib::IsFcid;
 using tavrosim::FabricLun;
 using tavrosim::FabricTarget;
 using tavrosim::FcoeFabric;

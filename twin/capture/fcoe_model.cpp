@@ -1,3 +1,4 @@
+#include "library/text/identifier.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/from_records.h"
 #include "simulator/model/numbers.h"
@@ -8,6 +9,7 @@ namespace tavrohost {
 namespace {
 
 using tavroapi::OperationCode;
+using tavrolib::IsFcid;
 using tavrosim::NormalIdentifier;
 namespace fcoe_port = tavroapi::fcoe_port;
 namespace fcoe_binding = tavroapi::fcoe_binding;

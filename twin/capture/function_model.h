@@ -41,6 +41,5 @@ void TellPartitions(const Told& told, tavrosim::Adapter& adapter);
 // Whether a text is one of the identifiers that a host file wants.
 bool IsMac(const std::string& text);
 bool IsWwn(const std::string& text);
-bool IsFcid(const std::string& text);
 
 }  // namespace tavrohost

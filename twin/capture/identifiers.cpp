@@ -11,11 +11,6 @@ bool IsWwn(const std::string& text) {
     return tavrosim::NormalIdentifier(text).size() == tavrosim::WwnDigits;
 }
 
-bool IsFcid(const std::string& text) {
-    return text.size() == tavrosim::FcidDigits &&
-           text.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
-}
-
 void StateText(std::optional<std::string>& own, const std::string& told) {
     if (!told.empty()) {
         own = told;

@@ -3,19 +3,14 @@
 #include <nlohmann/json.hpp>
 
 #include "library/records/record_json.h"
+#include "library/text/identifier.h"
 #include "library/text/text.h"
-#include "simulator/host/lookup.h"
 
 namespace tavrohost {
 namespace {
 
 using tavrolib::Json;
-
-// Requests that differ in case and separators of an identifier name one function.
-std::string NormalRequest(const std::string& request) {
-    std::string normal = tavrosim::NormalIdentifier(request);
-    return normal.empty() ? request : normal;
-}
+using tavrolib::NormalText;
 
 Json WithoutHost(const Json& answers) {
     Json captured = Json::object();
@@ -35,14 +30,14 @@ Told::Told(const Json& answers) : answers_(WithoutHost(answers)) {
             const std::string request =
                 tavrolib::BytesFromUtf8(answer.value("request", std::string()));
             tavrolib::FillFromJson(answer.at("output"),
-                                   sessions_[NormalRequest(request)].emplace_back(), {});
+                                   sessions_[NormalText(request)].emplace_back(), {});
         }
     }
 }
 
 const std::list<tavroapi::SessionRecord>& Told::Sessions(const std::string& request) const {
     static const std::list<tavroapi::SessionRecord> None;
-    const auto found = sessions_.find(NormalRequest(request));
+    const auto found = sessions_.find(NormalText(request));
     return found == sessions_.end() ? None : found->second;
 }
 

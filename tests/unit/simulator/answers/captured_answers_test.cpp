@@ -187,6 +187,13 @@ TEST(CapturedAnswers, RefusalsNameThePlace) {
               "captured.answers[1].operation: an operation that reads is wanted");
     EXPECT_EQ(RefusalOf(R"({"call": "DoOperation", "operation": 3, "input": []})"),
               "captured.answers[1].operation: an operation that reads is wanted");
+    // They fill in records, but a ping reads nothing of the host, and a reset changes it.
+    for (const char* const operation : {"18", "41", "42", "66", "69"}) {
+        EXPECT_EQ(RefusalOf(R"({"call": "DoOperation", "input": 0, "operation": )" +
+                            std::string(operation) + "}"),
+                  "captured.answers[1].operation: an operation that reads is wanted")
+            << operation;
+    }
     EXPECT_EQ(RefusalOf(R"({"call": "DoOperation", "operation": 10, "request": "k"})"),
               R"(captured.answers[1]: "input" is missing)");
     EXPECT_EQ(RefusalOf(R"({"call": "DoOperation", "operation": 2, "input": "k"})"),

@@ -6,6 +6,7 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "library/text/text.h"
@@ -168,6 +169,18 @@ Json ReadEverything(const Host& host, const Subjects& subjects) {
     return answers;
 }
 
+// No capture asks for an export, which is answered as a reading of the same settings is.
+Json WithoutExports(Json answers) {
+    constexpr auto Export = static_cast<std::uint32_t>(OperationCode::ExportAdapterSettings);
+    Json kept = Json::array();
+    for (Json& answer : answers) {
+        if (answer.value("operation", 0U) != Export) {
+            kept.push_back(std::move(answer));
+        }
+    }
+    return kept;
+}
+
 // Places where the host's calls are answered: the host, and its twin, which plays its answers.
 class PlayedHost : public testing::Test {
   protected:
@@ -177,7 +190,7 @@ class PlayedHost : public testing::Test {
         session.target = "iqn.2015-01.com.example:storage.disks";
         session.portal.address = "198.51.100.20";
         host.isnsServers = {"192.0.2.60", "192.0.2.61"};
-        twin = CapturedHost(host, ReadEverything(host, Subjects(host)));
+        twin = CapturedHost(host, WithoutExports(ReadEverything(host, Subjects(host))));
     }
 
     template <class Part>
@@ -263,9 +276,8 @@ Json Odd(const Json& json, std::mt19937& random, bool isList) {
 }
 
 TEST_F(PlayedHost, ReadsWhateverWasCaptured) {
-    constexpr auto Export = static_cast<std::uint32_t>(OperationCode::ExportAdapterSettings);
     std::mt19937 random(20260131);
-    Json answers = ReadEverything(host, Subjects(host));
+    Json answers = WithoutExports(ReadEverything(host, Subjects(host)));
     for (Json& answer : answers) {
         const tavrolib::Operation* const operation =
             tavrolib::FindOperation(answer.value("operation", 0U));
@@ -282,12 +294,10 @@ TEST_F(PlayedHost, ReadsWhateverWasCaptured) {
                                {"details", "d"}};
         }
     }
-    const Json played = ReadEverything(CapturedHost(host, answers), Subjects(host));
+    const Json played = WithoutExports(ReadEverything(CapturedHost(host, answers), Subjects(host)));
     ASSERT_EQ(played.size(), answers.size());
     for (std::size_t i = 0; i < played.size(); ++i) {
-        if (answers[i].value("operation", 0U) != Export) {
-            EXPECT_EQ(played[i], answers[i]);
-        }
+        EXPECT_EQ(played[i], answers[i]);
     }
 }
 
