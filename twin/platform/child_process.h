@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -58,7 +59,15 @@ struct ChildEnd {
 // the program cannot be started.
 ChildEnd RunThisProgram(const ChildCommand& command);
 
-// To be called by the child: it is not to outlive its parent.
-void EndWithParent();
+// What a crash is as the end of a sentence about the child: "was ended by signal 11", on Windows
+// "crashed with exception 0xC0000005".
+std::string TellCrash(int code);
+
+// The number by which the system knows this process.
+std::int64_t ThisProcess();
+
+// To be called by the child: it is not to outlive its parent, the process of that number, and ends
+// at once where that has gone by now.
+void EndWithParent(std::int64_t parent);
 
 }  // namespace tavrohost::platform

@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstring>
 #include <span>
+#include <string>
 
 #include "twin/exit_status.h"
 
@@ -246,8 +247,19 @@ ChildEnd RunThisProgram(const ChildCommand& command) {
                                : ChildEnd{EndKind::Exited, WEXITSTATUS(status)};
 }
 
-void EndWithParent() {
+std::string TellCrash(int code) {
+    return "was ended by signal " + std::to_string(code);
+}
+
+std::int64_t ThisProcess() {
+    return getpid();
+}
+
+void EndWithParent(std::int64_t parent) {
     prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (getppid() != parent) {  // who went before that sends no signal
+        raise(SIGTERM);
+    }
 }
 
 }  // namespace tavrohost::platform

@@ -3,7 +3,9 @@
 #include <windows.h>
 
 #include <array>
+#include <cstdio>
 #include <memory>
+#include <string>
 #include <type_traits>
 
 #include "library/text/text.h"
@@ -235,7 +237,17 @@ ChildEnd RunThisProgram(const ChildCommand& command) {
     return {hasCrashed ? EndKind::Crashed : EndKind::Exited, static_cast<int>(code)};
 }
 
+std::string TellCrash(int code) {
+    std::array<char, 16> number{};
+    std::snprintf(number.data(), number.size(), "0x%08X", static_cast<unsigned>(code));
+    return "crashed with exception " + std::string(number.data());
+}
+
+std::int64_t ThisProcess() {
+    return GetCurrentProcessId();
+}
+
 // The job sees to that.
-void EndWithParent() {}
+void EndWithParent(std::int64_t /*parent*/) {}
 
 }  // namespace tavrohost::platform

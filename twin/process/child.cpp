@@ -28,7 +28,8 @@ std::filesystem::path OutputFileIn(const std::filesystem::path& folder) {
 }
 
 platform::ChildEnd RunChild(const PrivateFolder& folder, const ChildJob& job) {
-    const Json content{{"mode", job.mode}, {"details", job.details}};
+    const Json content{
+        {"mode", job.mode}, {"details", job.details}, {"parent", platform::ThisProcess()}};
     tavrolib::platform::ReplaceContent(JobFileIn(folder.Path()), tavrolib::LineOf(content));
     platform::ChildCommand command{.arguments = {ProgramName},
                                    .variable = {FolderVariable, folder.Path()},
@@ -46,7 +47,7 @@ std::string TellEnd(const platform::ChildEnd& end) {
         case platform::EndKind::TimedOut:
             return "did not end in time and was stopped";
         case platform::EndKind::Crashed:
-            return "was ended by signal " + std::to_string(end.code);
+            return platform::TellCrash(end.code);
         case platform::EndKind::Exited:
             break;
     }
@@ -59,12 +60,12 @@ std::optional<ReceivedJob> ReceiveJob() {
     if (!folder) {
         return std::nullopt;
     }
-    platform::EndWithParent();
     const auto content = tavrolib::platform::ReadWholeFile(JobFileIn(*folder));
     if (!content) {
         throw TroubleError(std::string("the folder in ") + FolderVariable + " holds no job");
     }
     const Json job = tavrolib::ParseJson(*content);
+    platform::EndWithParent(job.value("parent", std::int64_t{}));
     return ReceivedJob{.mode = job.value("mode", std::string()),
                        .details = job.value("details", Json::object()),
                        .folder = *folder};
