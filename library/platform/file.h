@@ -45,12 +45,29 @@ enum class Readers {
     OwnerOnly,
 };
 
-// Puts a file with this content in the place of `path`, which need not exist: a new file is
-// written beside it, brought to the disk, and renamed, so that a crash leaves the old or the new
-// content. It keeps owner, group and mode of the old one (on Windows its access list, and the owner
-// where the user may give files away). Where these cannot be kept, and where there was none, only
-// the owner can read it. With OwnerOnly nothing is kept, and the owner is who runs this process.
-// Callers hold a lock: two of them must not replace the same file at once.
+// Writes into what stands at the path, links followed, where it is no file but a pipe or a device
+// that takes a stream, and waits until a pipe is read. Returns false and does nothing where there
+// is something else, or nothing. Throws where it cannot be written, and for a terminal, on which
+// the content might act. Writing to nobody fails where SIGPIPE is ignored.
+bool WriteToStream(const std::filesystem::path& path, std::string_view content);
+
+// Whether the path, links followed, leads to what standard output goes to. Never on Windows, where
+// standard output has no path.
+bool IsStandardOutput(const std::filesystem::path& path);
+
+// The file that has to be replaced in order to replace what the path leads to. Links are followed
+// as the system follows them, which it may refuse to (a link of somebody else in a folder of all);
+// on Linux one that leads nowhere makes an empty file. Throws where something stands there that is
+// no regular file, or it cannot be looked at.
+std::filesystem::path FileToReplace(const std::filesystem::path& path);
+
+// Puts a file with this content in the place of `path`, which need not exist: a new file of a name
+// that nobody can guess is written beside it, brought to the disk, and renamed, so that a crash
+// leaves the old or the new content. It keeps owner, group and mode of the old one (on Windows its
+// access list, and the owner where the user may give files away). Where these cannot be kept, and
+// where there was none, only the owner can read it. With OwnerOnly nothing is kept, and the owner
+// is who runs this process. Who puts something in a file's place that depends on what was in it
+// holds a lock (FileLock).
 void ReplaceContent(const std::filesystem::path& path, std::string_view content,
                     Readers readers = Readers::AsBefore);
 

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "library/platform/environment.h"
+#include "library/platform/unguessable.h"
 #include "library/text/text.h"
 
 namespace tavrolib::platform {
@@ -263,12 +264,21 @@ class Turn {
     bool isHeld_;
 };
 
-// Takes from those who are not the owner what they may do with the file.
+// Takes from those who are not the user of this process what they may do with the file. Its owner
+// could take that back.
 void ShutOthersOut(const Descriptor& file, const std::filesystem::path& path) {
-    const mode_t mode = StatusOf(file).st_mode;
+    const struct stat status = StatusOf(file);
+    const mode_t mode = status.st_mode;
+    if (status.st_uid != geteuid()) {
+        Fail(path, L"cannot be kept from others", EPERM);
+    }
     if ((mode & (S_IRWXG | S_IRWXO)) != 0 && fchmod(file.Value(), mode & S_IRWXU) != 0) {
         Fail(path, L"cannot be kept from others", errno);
     }
+}
+
+bool IsSame(const struct stat& one, const struct stat& other) {
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
 // Writes from the start of `content`, and takes from it what was written. Returns 0 or the error.
@@ -318,10 +328,61 @@ std::filesystem::path WithoutLinks(std::filesystem::path path) {
     return path;
 }
 
+bool WriteToStream(const std::filesystem::path& path, std::string_view content) {
+    const mode_t kind = StatusOf(FindNode(Descriptor(AT_FDCWD), path, 0)).st_mode;
+    if (!S_ISCHR(kind) && !S_ISFIFO(kind)) {
+        return false;
+    }
+    const Descriptor stream(Open(path, O_WRONLY | O_NOCTTY));
+    if (!stream.IsOpen()) {
+        Fail(path, L"cannot be opened", errno);
+    }
+    if ((StatusOf(stream).st_mode & S_IFMT) != (kind & S_IFMT)) {
+        return false;  // another stands there by now
+    }
+    if (isatty(stream.Value()) == 1) {
+        Refuse(path, L"is a terminal");
+    }
+    if (const int error = WriteAll(stream.Value(), content)) {
+        Fail(path, L"cannot be written", error);
+    }
+    return true;
+}
+
+bool IsStandardOutput(const std::filesystem::path& path) {
+    struct stat output {};
+    const Descriptor node = FindNode(Descriptor(AT_FDCWD), path, 0);
+    return node.IsOpen() && fstat(STDOUT_FILENO, &output) == 0 && IsSame(StatusOf(node), output);
+}
+
+std::filesystem::path FileToReplace(const std::filesystem::path& path) {
+    const bool isLink = S_ISLNK(StatusOf(FindNode(Descriptor(AT_FDCWD), path, O_NOFOLLOW)).st_mode);
+    Descriptor node = FindNode(Descriptor(AT_FDCWD), path, 0);
+    if (!node.IsOpen() && errno == ENOENT) {
+        if (!isLink) {
+            return path;
+        }
+        // Only the system tells where such a link may lead, and only when it makes the file.
+        node = Descriptor(Open(path, O_WRONLY | O_CREAT | O_NONBLOCK | O_NOCTTY));
+    }
+    if (!node.IsOpen()) {
+        Fail(path, L"cannot be opened", errno);
+    }
+    WantRegular(path, StatusOf(node));
+    if (!isLink) {
+        return path;
+    }
+    std::error_code error;
+    const std::filesystem::path file =
+        std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(node.Value()), error);
+    if (!IsSame(StatusOf(FindNode(Descriptor(AT_FDCWD), file, O_NOFOLLOW)), StatusOf(node))) {
+        Refuse(path, L"leads to a file without a name");
+    }
+    return file;
+}
+
 void ReplaceContent(const std::filesystem::path& path, std::string_view content, Readers readers) {
-    std::filesystem::path fresh = path;
-    fresh += ".new";
-    unlink(fresh.c_str());  // what a crash may have left
+    const std::filesystem::path fresh = NewNameBeside(path);
     Descriptor file(Open(fresh, O_WRONLY | O_CREAT | O_EXCL));
     if (!file.IsOpen()) {
         Fail(fresh, L"cannot be created", errno);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "library/platform/environment.h"
+#include "library/platform/unguessable.h"
 
 namespace tavrolib::platform {
 namespace {
@@ -319,10 +320,34 @@ std::filesystem::path WithoutLinks(std::filesystem::path path) {
                : std::filesystem::path(std::wstring(name.data(), length));
 }
 
+bool WriteToStream(const std::filesystem::path& path, std::string_view content) {
+    const FileHandle stream(CreateFileW(path.c_str(), GENERIC_WRITE, ShareAll, nullptr,
+                                        OPEN_EXISTING, NoImpersonation, nullptr));
+    const DWORD kind = stream.IsOpen() ? GetFileType(stream.Value()) : FILE_TYPE_UNKNOWN;
+    if (kind != FILE_TYPE_CHAR && kind != FILE_TYPE_PIPE) {
+        return false;
+    }
+    DWORD mode = 0;
+    if (GetConsoleMode(stream.Value(), &mode) != 0) {
+        Refuse(path, L"is a terminal");
+    }
+    if (const DWORD error = WriteAll(stream.Value(), content)) {
+        Fail(path, L"cannot be written", error);
+    }
+    return true;
+}
+
+bool IsStandardOutput(const std::filesystem::path& /*path*/) {
+    return false;
+}
+
+std::filesystem::path FileToReplace(const std::filesystem::path& path) {
+    RefuseFolder(path);
+    return WithoutLinks(path);
+}
+
 void ReplaceContent(const std::filesystem::path& path, std::string_view content, Readers readers) {
-    std::filesystem::path fresh = path;
-    fresh += L".new";
-    DeleteFileW(fresh.c_str());  // what a crash may have left
+    const std::filesystem::path fresh = NewNameBeside(path);
     OwnerOnly access;
     if (!access.IsValid()) {
         Fail(fresh, L"cannot be kept to its owner", GetLastError());

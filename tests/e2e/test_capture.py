@@ -77,6 +77,37 @@ def test_writes_a_file_for_its_owner(host):
         assert stat.S_IMODE(os.stat(target).st_mode) == 0o600
 
 
+def test_leaves_a_file_of_a_likely_name_alone(host):
+    other = host.folder / "twin.json.new"
+    other.write_text("another capture", encoding="utf-8")
+    for _ in range(2):
+        result = capture(host, "-o", host.platform.path(host.folder / "twin.json"))
+        assert (result.exit_code, result.errors) == (0, b"")
+    assert other.read_text(encoding="utf-8") == "another capture"
+    assert {path.name for path in host.folder.glob("twin.json*")} == {"twin.json", "twin.json.new", "twin.json.lock"}
+
+
+@pytest.mark.platforms("native", "sanitize")
+def test_standard_output_has_a_name(host):
+    captured(host)  # reading counters has written the file in full
+    text = json.loads(captured(host, "-o", "/dev/stdout"))
+    assert text["captured"]["answers"]
+
+
+@pytest.mark.platforms("native", "sanitize")
+def test_writes_into_a_pipe(host):
+    pipe = host.folder / "pipe"
+    os.mkfifo(pipe)
+    read = host.folder / "read"
+    with open(read, "wb") as target, subprocess.Popen(["cat", str(pipe)], stdout=target) as reader:
+        result = capture(host, "-o", str(pipe))
+        if result.exit_code != 0:
+            reader.kill()
+    assert (result.exit_code, result.output, result.errors) == (0, b"", b"")
+    assert json.loads(read.read_text(encoding="utf-8"))["captured"]["answers"]
+    assert stat.S_ISFIFO(os.stat(pipe).st_mode)
+
+
 def test_a_file_that_cannot_be_written(host):
     result = capture(host, "-o", host.platform.path(host.folder / "missing" / "twin.json"))
     assert (result.exit_code, result.output) == (2, b"")
@@ -88,6 +119,22 @@ def test_a_library_that_refuses_to_begin(host):
     result = capture(host)
     assert (result.exit_code, result.output) == (2, b"")
     assert b"The host file cannot be used." in result.errors
+
+
+def test_what_a_library_says_stays_in_one_line(host):
+    host.write_script({"model": False, "answers": [
+        {"call": "Initialize", "status": 9, "error": {"message": "One\nline.\u007f", "details": "Two\r\nof them."}}]})
+    result = capture(host)
+    assert (result.exit_code, result.output) == (2, b"")
+    [line] = result.errors.splitlines()
+    assert line == b"tavrohost: the library cannot be used (status 9): One?line.? Two??of them."
+
+
+def test_a_library_that_says_nothing(host):
+    host.write_script({"model": False, "answers": [{"call": "Initialize", "status": 9}]})
+    result = capture(host)
+    assert (result.exit_code, result.output) == (2, b"")
+    assert result.errors.splitlines() == [b"tavrohost: the library cannot be used (status 9)"]
 
 
 def test_a_library_that_is_missing(host):

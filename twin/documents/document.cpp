@@ -1,9 +1,9 @@
 #include "twin/documents/document.h"
 
 #include <array>
+#include <chrono>
 
 #include "library/platform/environment.h"
-#include "library/platform/file.h"
 #include "library/text/text.h"
 #include "platform/control_characters.h"
 #include "platform/crash_dump.h"
@@ -13,6 +13,13 @@
 
 namespace tavrohost {
 namespace {
+
+constexpr std::chrono::seconds LockPatience{10};
+
+std::filesystem::path LockOf(std::filesystem::path file) {
+    file += ".lock";
+    return file;
+}
 
 std::string ReadStandardInputWhole() {
     std::string content;
@@ -66,12 +73,20 @@ std::string ReadDocument(const std::string& name) {
 }
 
 void WriteDocument(const std::string& name, std::string_view content) {
-    if (name == StandardStream) {
+    namespace platform = tavrolib::platform;
+    if (name == StandardStream || platform::IsStandardOutput(PathOfDocument(name))) {
         WriteOutput(content);
-        return;
+    } else if (!platform::WriteToStream(PathOfDocument(name), content)) {
+        LockedDocument(name).Replace(content);
     }
-    tavrolib::platform::ReplaceContent(tavrolib::platform::WithoutLinks(PathOfDocument(name)),
-                                       content, tavrolib::platform::Readers::OwnerOnly);
+}
+
+LockedDocument::LockedDocument(const std::string& name)
+    : file_(tavrolib::platform::FileToReplace(PathOfDocument(name))),
+      lock_(LockOf(file_), LockPatience, file_) {}
+
+void LockedDocument::Replace(std::string_view content) const {
+    tavrolib::platform::ReplaceContent(file_, content, tavrolib::platform::Readers::OwnerOnly);
 }
 
 void WriteOutput(std::string_view text) {

@@ -1,8 +1,6 @@
 #include "twin/rehearse/plan_run.h"
 
-#include <chrono>
 #include <exception>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -17,8 +15,6 @@
 
 namespace tavrohost {
 namespace {
-
-constexpr std::chrono::seconds LockPatience{10};
 
 struct UnusedPlan {
     std::string text;
@@ -99,17 +95,13 @@ TakenPlan TakePlan(const std::string& name) {
     const UnusedPlan taken = ReadUnusedPlan(name);
     return {taken.plan, [name, taken] {
                 // Under whatever name a plan is run, there is one lock for it.
-                const std::filesystem::path file =
-                    tavrolib::platform::WithoutLinks(PathOfDocument(name));
-                std::filesystem::path lockFile = file;
-                lockFile += ".lock";
-                const tavrolib::platform::FileLock lock(lockFile, LockPatience, file);
+                const LockedDocument document(name);
                 UnusedPlan fresh = ReadUnusedPlan(name);
                 if (fresh.text != taken.text) {
                     throw TroubleError(name + ": another plan was put there meanwhile");
                 }
                 fresh.plan.isUsed = true;
-                WriteDocument(name, TextFromPlan(fresh.plan));
+                document.Replace(TextFromPlan(fresh.plan));
             }};
 }
 

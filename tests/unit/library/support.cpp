@@ -70,6 +70,16 @@ std::string Read(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
+std::vector<std::filesystem::path> NewFilesIn(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == ".new") {
+            files.push_back(entry.path());
+        }
+    }
+    return files;
+}
+
 std::vector<std::string> Lines(const std::filesystem::path& file) {
     std::istringstream stream(Read(file));
     std::vector<std::string> lines;

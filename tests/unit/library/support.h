@@ -49,6 +49,9 @@ std::string Read(const std::filesystem::path& file);
 // The file's lines without their line ends.
 std::vector<std::string> Lines(const std::filesystem::path& file);
 
+// The files of the folder whose names end in ".new", as those do that are to take another's place.
+std::vector<std::filesystem::path> NewFilesIn(const std::filesystem::path& folder);
+
 // Whether the file's owner, and nobody else but Windows itself, may read and write it.
 bool IsOwnersOnly(const std::filesystem::path& file);
 

@@ -13,6 +13,8 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <vector>
 
@@ -25,6 +27,7 @@ namespace {
 using tavrolib_test::Folder;
 using tavrolib_test::FullDisk;
 using tavrolib_test::IsOwnersOnly;
+using tavrolib_test::NewFilesIn;
 using tavrolib_test::Read;
 using tavrolib_test::Write;
 using testing::ElementsAreArray;
@@ -169,6 +172,90 @@ TEST_F(PosixFileTest, ALinkIsFollowedForAppendAndMakesTheFile) {
     EXPECT_EQ(Read(folder_ / "target"), "one\n");
 }
 
+TEST_F(PosixFileTest, ANewContentLeavesAFileOfALikelyNameAlone) {
+    Write(folder_ / "file.new", "the user's own");
+    ReplaceContent(folder_ / "file", "new");
+    EXPECT_EQ(Read(folder_ / "file.new"), "the user's own");
+    EXPECT_EQ(NewFilesIn(folder_ / "").size(), 1U);
+}
+
+TEST_F(PosixFileTest, AStreamIsWrittenInto) {
+    const auto path = folder_ / "pipe";
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    const int reader = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    EXPECT_TRUE(WriteToStream(path, "content"));
+    std::array<char, 16> got{};
+    EXPECT_EQ(read(reader, got.data(), got.size()), 7);
+    EXPECT_STREQ(got.data(), "content");
+    close(reader);
+    EXPECT_TRUE(S_ISFIFO(StatusOfPath(path).st_mode));
+    EXPECT_TRUE(WriteToStream("/dev/null", "content"));
+    EXPECT_EQ(TextOfFailure([] { WriteToStream("/dev/full", "content"); }),
+              L"/dev/full: cannot be written: No space left on device");
+}
+
+TEST_F(PosixFileTest, WhatIsNoStreamIsLeftAlone) {
+    Write(folder_ / "file", "old");
+    for (const auto& path : {folder_ / "file", folder_ / "none", folder_ / ""}) {
+        EXPECT_FALSE(WriteToStream(path, "content")) << path;
+    }
+    EXPECT_EQ(Read(folder_ / "file"), "old");
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "none"));
+}
+
+TEST_F(PosixFileTest, ATerminalIsRefused) {
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_GE(terminal, 0);
+    ASSERT_EQ(grantpt(terminal), 0);
+    ASSERT_EQ(unlockpt(terminal), 0);
+    const std::filesystem::path path = ptsname(terminal);
+    EXPECT_EQ(TextOfFailure([&] { WriteToStream(path, "content"); }),
+              path.wstring() + L": is a terminal");
+    close(terminal);
+}
+
+TEST_F(PosixFileTest, LinksLeadToTheFileThatIsReplaced) {
+    Write(folder_ / "file", "old");
+    std::filesystem::create_symlink("file", folder_ / "first");
+    std::filesystem::create_symlink(folder_ / "first", folder_ / "second");
+    EXPECT_EQ(FileToReplace(folder_ / "second"), std::filesystem::canonical(folder_ / "file"));
+    EXPECT_EQ(FileToReplace(folder_ / "file"), folder_ / "file");
+    EXPECT_EQ(FileToReplace(folder_ / "none"), folder_ / "none");
+    std::filesystem::create_symlink("made", folder_ / "dangling");
+    const auto made = FileToReplace(folder_ / "dangling");
+    EXPECT_EQ(made, std::filesystem::canonical(folder_ / "made"));
+    EXPECT_EQ(ModeOf(made), 0600U);
+}
+
+TEST_F(PosixFileTest, WhatIsNoFileIsNotReplaced) {
+    EXPECT_EQ(TextOfFailure([&] { FileToReplace(folder_ / ""); }),
+              (folder_ / "").wstring() + L": is a folder");
+    EXPECT_EQ(TextOfFailure([] { FileToReplace("/dev/null"); }), L"/dev/null: is a device");
+    std::filesystem::create_symlink("loop", folder_ / "loop");
+    EXPECT_EQ(
+        TextOfFailure([&] { FileToReplace(folder_ / "loop"); }),
+        (folder_ / "loop").wstring() + L": cannot be opened: Too many levels of symbolic links");
+}
+
+// As the system itself refuses it where it is told to.
+TEST_F(RootFileTest, ALinkOfSomebodyElseInAFolderOfAllIsNotFollowed) {
+    std::ifstream setting("/proc/sys/fs/protected_symlinks");
+    if (setting.get() != '1') {
+        GTEST_SKIP() << "not run here: needs a system that protects links";
+    }
+    ASSERT_EQ(chmod((folder_ / "").c_str(), 01777), 0);
+    Write(folder_ / "file", "old");
+    for (const char* const target : {"file", "none"}) {
+        const auto link = folder_ / "link";
+        std::filesystem::create_symlink(target, link);
+        ASSERT_EQ(lchown(link.c_str(), Nobody, SomeGroup), 0);
+        EXPECT_EQ(TextOfFailure([&] { FileToReplace(link); }),
+                  link.wstring() + L": cannot be opened: Permission denied");
+        std::filesystem::remove(link);
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "none"));
+}
+
 TEST_F(PosixFileTest, ANewContentKeepsTheMode) {
     for (const mode_t mode : {0600U, 0640U, 0664U, 0644U, 0604U}) {
         const auto path = folder_ / "file";
@@ -280,6 +367,18 @@ TEST_F(RootFileTest, AFileThatCannotBeKeptFromOthersIsRefused) {
     EXPECT_EQ(open(Readers::AsBefore), L"");
     EXPECT_EQ(open(Readers::OwnerOnly),
               path.wstring() + L": cannot be kept from others: Operation not permitted");
+}
+
+// Who owns a file can give others what was taken from them.
+TEST_F(RootFileTest, AFileOfSomebodyElseCannotBeKeptFromOthers) {
+    for (const mode_t mode : {0600U, 0644U}) {
+        const auto path = ForeignFile(mode);
+        EXPECT_EQ(TextOfFailure([&] {
+                      const AppendFile file(path, Accept::RegularFiles, Readers::OwnerOnly);
+                  }),
+                  path.wstring() + L": cannot be kept from others: Operation not permitted");
+        EXPECT_EQ(ModeOf(path), mode);
+    }
 }
 
 TEST_F(PosixFileTest, AFullDiskLeavesNoHalfLine) {

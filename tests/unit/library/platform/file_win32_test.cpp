@@ -54,6 +54,27 @@ TEST(Win32FileTest, APipeIsRefused) {
               L": is a pipe");
 }
 
+TEST(Win32FileTest, ANewContentLeavesAFileOfALikelyNameAlone) {
+    const Folder folder;
+    Write(folder / "file.new", "the user's own");
+    ReplaceContent(folder / "file", "new");
+    EXPECT_EQ(Read(folder / "file.new"), "the user's own");
+    EXPECT_EQ(tavrolib_test::NewFilesIn(folder / "").size(), 1U);
+}
+
+TEST(Win32FileTest, AStreamIsWrittenIntoAndAFileIsLeftAlone) {
+    EXPECT_EQ(ReasonForAPipe([](const std::filesystem::path& path) {
+                  EXPECT_TRUE(WriteToStream(path, "content"));
+              }),
+              L"");
+    EXPECT_TRUE(WriteToStream("NUL", "content"));
+    const Folder folder;
+    Write(folder / "file", "old");
+    EXPECT_FALSE(WriteToStream(folder / "file", "content"));
+    EXPECT_FALSE(WriteToStream(folder / "none", "content"));
+    EXPECT_EQ(Read(folder / "file"), "old");
+}
+
 // Who may do what with the file, as text.
 std::wstring AccessListOf(const std::filesystem::path& path) {
     DWORD size = 0;

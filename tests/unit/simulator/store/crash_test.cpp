@@ -33,7 +33,9 @@ class CrashTest : public testing::Test {
 
     std::filesystem::path File() const { return folder_ / "host.json"; }
     Store NewStore() const { return Store({File(), false}); }
-    bool LeavesANewFile() const { return std::filesystem::exists(folder_ / "host.json.new"); }
+    std::vector<std::filesystem::path> NewFiles() const {
+        return tavrolib_test::NewFilesIn(folder_ / "");
+    }
 
     void ExpectTheOldHost() const { EXPECT_EQ(tavrolib_test::Read(File()), before_); }
 
@@ -42,10 +44,11 @@ class CrashTest : public testing::Test {
     }
     // The next program can change the host, and leaves nothing behind but the lock file.
     void Change(const std::string& name) const {
+        const auto before = NewFiles();
         Store store = NewStore();
         ASSERT_TRUE(store.Change([&](Host& host) { return Rename(host, name); }).IsDone());
         EXPECT_EQ(HostFromText(tavrolib_test::Read(File())).name, name);
-        EXPECT_FALSE(LeavesANewFile());
+        EXPECT_EQ(NewFiles(), before);
     }
 
     Folder folder_;
@@ -56,7 +59,7 @@ class CrashTest : public testing::Test {
 TEST_F(CrashTest, ANewFileThatCannotBePutInPlaceIsRemoved) {
     std::filesystem::create_directories(folder_ / "other" / "full");
     EXPECT_THROW(platform::ReplaceContent(folder_ / "other", "text"), platform::FileError);
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "other.new"));
+    EXPECT_TRUE(NewFiles().empty());
     EXPECT_TRUE(std::filesystem::exists(folder_ / "other" / "full"));
 }
 
@@ -70,7 +73,7 @@ TEST_F(CrashTest, AFullDiskLeavesTheOldHost) {
         EXPECT_EQ(outcome.status, static_cast<std::uint32_t>(Status::HostNotWritten));
     }
     ExpectTheOldHost();
-    EXPECT_FALSE(LeavesANewFile());
+    EXPECT_TRUE(NewFiles().empty());
     Change("next");
 }
 
@@ -94,7 +97,9 @@ TEST_F(CrashTest, AProgramKilledWhileItWritesLeavesTheOldHost) {
         },
         testing::KilledBySignal(SIGXFSZ), "");
     ExpectTheOldHost();
-    EXPECT_EQ(tavrolib_test::Read(folder_ / "host.json.new").size(), 4096U);
+    ASSERT_EQ(NewFiles().size(), 1U);
+    EXPECT_EQ(tavrolib_test::Read(NewFiles().front()).size(), 4096U);
+    EXPECT_TRUE(tavrolib_test::IsOwnersOnly(NewFiles().front()));
     ExpectTheLockIsFree();
     Change("next");
 }

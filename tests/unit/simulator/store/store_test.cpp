@@ -73,7 +73,7 @@ TEST_F(StoreTest, FirstChangeMakesTheFileForTheOwnerOnly) {
     EXPECT_EQ(HostFromText(tavrolib_test::Read(File())).adapters.back().name, "new");
     EXPECT_TRUE(tavrolib_test::IsOwnersOnly(File()));
     EXPECT_TRUE(tavrolib_test::IsOwnersOnly(folder_ / "host.json.lock"));
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "host.json.new"));
+    EXPECT_TRUE(tavrolib_test::NewFilesIn(folder_ / "").empty());
     ASSERT_TRUE(store.Change([](Host& host) { return AddAdapter(host, "newer"); }).IsDone());
     EXPECT_TRUE(tavrolib_test::IsOwnersOnly(File()));
 }
@@ -137,23 +137,29 @@ TEST_F(StoreTest, AFolderInThePlaceOfTheFileIsRefused) {
     EXPECT_NE(DetailsOf(loaded).find(L"host.json"), std::wstring::npos);
 }
 
-TEST_F(StoreTest, WhatACrashLeftIsNoHindrance) {
-    tavrolib_test::Write(folder_ / "host.json.new", "half of a ho");
+TEST_F(StoreTest, AFileOfTheUsersWithALikelyNameStays) {
+    tavrolib_test::Write(folder_ / "host.json.new", "the user's own");
     Store store = NewStore();
     EXPECT_TRUE(store.Change([](Host& host) { return AddAdapter(host, "new"); }).IsDone());
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "host.json.new"));
+    EXPECT_EQ(tavrolib_test::Read(folder_ / "host.json.new"), "the user's own");
+    EXPECT_EQ(tavrolib_test::NewFilesIn(folder_ / "").size(), 1U);
 }
 
 TEST_F(StoreTest, AFileThatCannotBeWrittenStaysAsItWas) {
     const std::string before = TextFromHost(DefaultHost());
     tavrolib_test::Write(File(), before);
-    std::filesystem::create_directories(folder_ / "host.json.new" / "in the way");
     Store store = NewStore();
     ASSERT_TRUE(store.Load().IsDone());
-    const Outcome outcome = store.Change([](Host& host) { return AddAdapter(host, "new"); });
+    const auto aside = folder_ / "aside";
+    const Outcome outcome = store.Change([&](Host& host) {
+        std::filesystem::rename(File(), aside);
+        std::filesystem::create_directories(File() / "in the way");
+        return AddAdapter(host, "new");
+    });
     EXPECT_EQ(std::to_string(outcome.status), CodeText(Status::HostNotWritten));
-    EXPECT_NE(DetailsOf(outcome).find(L"host.json.new"), std::wstring::npos);
-    EXPECT_EQ(tavrolib_test::Read(File()), before);
+    EXPECT_NE(DetailsOf(outcome).find(L"host.json: cannot be replaced"), std::wstring::npos);
+    EXPECT_EQ(tavrolib_test::Read(aside), before);
+    EXPECT_TRUE(tavrolib_test::NewFilesIn(folder_ / "").empty());
     EXPECT_EQ(store.Current().adapters.size(), DefaultHost().adapters.size());
 }
 
