@@ -45,14 +45,8 @@ int ParseAndRun(std::vector<std::string> arguments) {
     TakeProgramArguments(arguments);
     CLI::App tool("Captures a host, rehearses changes on its twin, and shows the differences.",
                   "tavrohost");
-    tool.allow_windows_style_options(false);  // which the commands take over
-    tool.require_subcommand(1);
-    tool.set_version_flag("--version",
-                          "tavrohost " + tavrolib::Utf8FromWide(tavrolib::LibraryVersion));
     int status = Success;
-    for (const auto addCommand : Commands) {
-        addCommand(tool, status);
-    }
+    AddCommandsAndOptions(tool, status);
     try {
         // The library takes them from the last to the first.
         tool.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend() - 1));
@@ -63,6 +57,16 @@ int ParseAndRun(std::vector<std::string> arguments) {
 }
 
 }  // namespace
+
+void AddCommandsAndOptions(CLI::App& tool, int& status) {
+    tool.allow_windows_style_options(false);  // which the commands take over
+    tool.require_subcommand(1);
+    tool.set_version_flag("--version",
+                          "tavrohost " + tavrolib::Utf8FromWide(tavrolib::LibraryVersion));
+    for (const auto addCommand : Commands) {
+        addCommand(tool, status);
+    }
+}
 
 int RunTool(int argc, const char* const* argv) {
     try {

@@ -16,6 +16,7 @@ import xml.etree.ElementTree as ElementTree
 NEEDS = (
     "not run here: needs root, or a user namespace with other users",
     "not run here: needs a file system with access lists",
+    "not run here: needs node and tree-sitter-powershell from npm",
 )
 
 

@@ -17,7 +17,7 @@ manualPackages=(pandoc)
 testPackages=("${nativePackages[@]}" "${unitTestPackages[@]}" "${windowsPackages[@]}"
     "${formatPackages[@]}" "${manualPackages[@]}" mandoc clang clang-tidy libclang-rt-14-dev libpugixml-dev
     libbenchmark-dev hunspell hunspell-en-us locales wine wine64 python3 python3-pytest python3-pytest-xdist
-    python3-jsonpatch python3-jsonschema python3-pexpect python3-pyte python3-yaml)
+    python3-jsonpatch python3-jsonschema python3-pexpect python3-pyte python3-yaml zsh)
 
 say() { printf '%s\n' "$*" >&2; }
 

@@ -60,6 +60,14 @@ void ResetLoginOptions(tavroapi::LoginOptions& options) {
     options.authentication = "None";
 }
 
+std::vector<std::string_view> LoginOptionWords() {
+    std::vector<std::string_view> words;
+    for (const auto& option : OptionWords) {
+        words.push_back(option.word);
+    }
+    return words;
+}
+
 bool IsLoginOption(std::string_view word) {
     return std::ranges::any_of(OptionWords,
                                [&](const auto& option) { return option.word == word; });

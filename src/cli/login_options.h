@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "cli/arguments.h"
 #include "tavroapi/iscsi_records.h"
@@ -9,6 +10,9 @@ namespace tavro {
 
 // Sets the defaults: multipath "Yes", no digests, no authentication, empty CHAP names and secrets.
 void ResetLoginOptions(tavroapi::LoginOptions& options);
+
+// The words of the login options.
+std::vector<std::string_view> LoginOptionWords();
 
 // Whether the word is one of the login options, exactly so.
 bool IsLoginOption(std::string_view word);

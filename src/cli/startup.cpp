@@ -19,7 +19,7 @@ constexpr std::size_t LocaleBufferLength = 30;
 }  // namespace
 
 bool EndsWithDebugSwitch(Arguments arguments) {
-    return !arguments.empty() && arguments.back() == std::string_view("-debug");
+    return !arguments.empty() && arguments.back() == DebugSwitch;
 }
 
 std::wstring LocaleText(const std::string& localeName) {

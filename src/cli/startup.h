@@ -2,12 +2,16 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "cli/arguments.h"
 
 namespace tavro {
 
-// Whether the last argument is exactly "-debug". The argument stays where it is.
+// What makes the library log its calls, as the last argument.
+inline constexpr std::string_view DebugSwitch = "-debug";
+
+// Whether the last argument is exactly the debug switch. The argument stays where it is.
 bool EndsWithDebugSwitch(Arguments arguments);
 
 // At most 30 characters of a locale's name, each byte widened. Only this many fit the library's

@@ -8,7 +8,7 @@ from program import ROOT
 
 CONTRACT = "tavroapi"
 LIBRARIES = ("library", "simulator")
-HOUSES = (*LIBRARIES, "twin")  # folders whose own folders are rooms
+HOUSES = (*LIBRARIES, "twin", "completions")  # folders whose own folders are rooms
 FAMILIES = ("iscsi", "fcoe", "boot", "ethernet", "partition", "import")
 # What a room may include besides itself: every room below it.
 CONSOLE = {"platform"}
@@ -64,6 +64,7 @@ ROOMS.update({
     for place, room in enumerate(TWIN_ROOMS)
 })
 ROOMS["twin"] = BELOW_TWIN | {f"twin/{room}" for room in TWIN_ROOMS}
+ROOMS["completions"] = set(ROOMS)
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 PLATFORM_MACRO = re.compile(r"\b(_WIN32|_WIN64|WIN32|__linux__|__unix__|__MINGW\w+|_MSC_VER)\b")
 

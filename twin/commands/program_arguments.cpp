@@ -13,15 +13,18 @@ constexpr std::string_view CommandsThatRunTheProgram[] = {"run", "rehearse"};
 
 }  // namespace
 
+bool TakesProgramArguments(std::string_view command) {
+    return std::ranges::find(CommandsThatRunTheProgram, command) !=
+           std::end(CommandsThatRunTheProgram);
+}
+
 std::optional<std::vector<std::string>>& ProgramArguments() {
     static std::optional<std::vector<std::string>> arguments;
     return arguments;
 }
 
 void TakeProgramArguments(std::vector<std::string>& toolArguments) {
-    if (toolArguments.size() < 2 ||
-        std::ranges::find(CommandsThatRunTheProgram, toolArguments[1]) ==
-            std::end(CommandsThatRunTheProgram)) {
+    if (toolArguments.size() < 2 || !TakesProgramArguments(toolArguments[1])) {
         return;
     }
     const auto separator = std::ranges::find(toolArguments, "--");

@@ -2,9 +2,14 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tavrohost {
+
+// Whether the command of this name runs the program: the arguments of the program stand behind its
+// own.
+bool TakesProgramArguments(std::string_view command);
 
 // The command line of the program, for commands that run one: what stands behind "--", untouched.
 // Nothing when there is no "--". Set before the command is chosen.
