@@ -12,12 +12,13 @@ runClangTidy=/usr/bin/run-clang-tidy
 nativePackages=(cmake ninja-build g++ nlohmann-json3-dev libcli11-dev)
 unitTestPackages=(libgmock-dev)
 windowsPackages=(cmake ninja-build nlohmann-json3-dev libcli11-dev g++-mingw-w64-x86-64-posix)
+packingPackages=(dpkg-dev file zip)
 formatPackages=(clang-format)
 manualPackages=(pandoc)
 testPackages=("${nativePackages[@]}" "${unitTestPackages[@]}" "${windowsPackages[@]}"
-    "${formatPackages[@]}" "${manualPackages[@]}" mandoc clang clang-tidy libclang-rt-14-dev libpugixml-dev
-    libbenchmark-dev hunspell hunspell-en-us locales wine wine64 python3 python3-pytest python3-pytest-xdist
-    python3-jsonpatch python3-jsonschema python3-pexpect python3-pyte python3-yaml zsh)
+    "${packingPackages[@]}" "${formatPackages[@]}" "${manualPackages[@]}" mandoc clang clang-tidy libclang-rt-14-dev
+    libpugixml-dev libbenchmark-dev hunspell hunspell-en-us lintian locales wine wine64 python3 python3-pytest
+    python3-pytest-xdist python3-jsonpatch python3-jsonschema python3-pexpect python3-pyte python3-yaml zsh)
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -49,14 +50,14 @@ needPackages() {
         apt-get install -y -q --no-install-recommends "${missing[@]}" >&2
 }
 
-# Configures and builds one preset. Another script that builds in the same folder waits for this one. What
+# Configures and builds one preset, or those of its targets that are named. Another script that builds in the same folder waits for this one. What
 # "native-tests" builds is added to the folder of "native", whose own targets stay the program and the simulator.
 buildPreset() {
     local folder=$root/build/${1%-tests}
     mkdir -p "$folder"
     (
         cd "$root" && flock 9 && configurePreset "$1" "$folder" &&
-            cmake --build --preset "$1" --parallel "$(nproc)"
+            cmake --build --preset "$1" --parallel "$(nproc)" ${2+--target "${@:2}"}
     ) 9>"$folder.lock"
 }
 

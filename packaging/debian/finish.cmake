@@ -1,0 +1,21 @@
+# Run by CPack once the components are installed into its folder: adds to each package its changelog and copyright,
+# and compresses the manual pages. The changelog's date is SOURCE_DATE_EPOCH, where that is set.
+function(tavro_compress file)
+    execute_process(COMMAND gzip -9nf ${file} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+function(tavro_finish_package component package)
+    set(folder ${CPACK_TEMPORARY_DIRECTORY}/${component}/usr/share)
+    set(documents ${folder}/doc/${package})
+    string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+    configure_file(${CPACK_TAVRO_DEBIAN_FOLDER}/changelog.in ${documents}/changelog @ONLY)
+    tavro_compress(${documents}/changelog)
+    configure_file(${CPACK_TAVRO_DEBIAN_FOLDER}/copyright ${documents}/copyright COPYONLY)
+    file(GLOB pages ${folder}/man/man1/*.1)
+    foreach(page IN LISTS pages)
+        tavro_compress(${page})
+    endforeach()
+endfunction()
+
+tavro_finish_package(tavrocli tavrocli)
+tavro_finish_package(simulator tavrocli-simulator)

@@ -1,0 +1,209 @@
+"""The packages: what lies in them, that they are alike whenever they are made, and that each can be installed into a
+clean system, used, and removed without a trace. `scripts/package` has to have made them."""
+
+import gzip
+import os
+import shutil
+import struct
+import subprocess
+import zipfile
+
+import pytest
+
+from clean_root import CleanRoot
+from program import LIBRARY, PLATFORMS, ROOT, WINE, finish
+from test_version import VERSION
+
+PACKAGES = ROOT / "build" / "packages"
+PROGRAM_PACKAGE = PACKAGES / f"tavrocli_{VERSION}_amd64.deb"
+SIMULATOR_PACKAGE = PACKAGES / f"tavrocli-simulator_{VERSION}_amd64.deb"
+DEBS = (PROGRAM_PACKAGE, SIMULATOR_PACKAGE)
+ZIP_FOLDER = f"tavrocli-{VERSION}-windows-x64"
+ZIP = PACKAGES / f"{ZIP_FOLDER}.zip"
+TITLE = f"Tavro Converged Network Adapter CLI({VERSION})"
+REFUSAL = "tavrocli: cannot load /usr/lib/tavrocli/tavro.dll: cannot open shared object file: No such file or directory\n"
+
+
+@pytest.fixture(autouse=True)
+def packages_are_made():
+    missing = [str(file) for file in (*DEBS, ZIP) if not file.exists()]
+    assert missing == [], "scripts/package makes them"
+
+
+def paths_in(package):
+    listing = subprocess.run(["dpkg-deb", "--fsys-tarfile", package], check=True, capture_output=True)
+    names = subprocess.run(["tar", "-t"], input=listing.stdout, check=True, capture_output=True)
+    return {name.removeprefix("./") for name in names.stdout.decode().splitlines() if not name.endswith("/")}
+
+
+def test_what_each_package_holds():
+    program, simulator = paths_in(PROGRAM_PACKAGE), paths_in(SIMULATOR_PACKAGE)
+    assert program >= {
+        "usr/bin/tavrocli", "usr/lib/tavrocli/tavrocli", "usr/share/man/man1/tavrocli.1.gz",
+        "usr/bin/tavrohost", "usr/lib/tavrocli/tavrohost", "usr/share/man/man1/tavrohost.1.gz",
+        "usr/share/bash-completion/completions/tavrocli", "usr/share/bash-completion/completions/tavrohost",
+        "usr/share/zsh/vendor-completions/_tavrocli",
+        "usr/share/doc/tavrocli/install.md", "usr/share/doc/tavrocli/html/index.html",
+        "usr/share/doc/tavrocli/html/tavrohost.html", "usr/share/doc/tavrocli/examples/cnadiscovery.xml",
+        "usr/share/doc/tavrocli/copyright", "usr/share/doc/tavrocli/changelog.gz",
+    }
+    assert simulator == {
+        "usr/bin/tavrocli-rehearse", "usr/share/man/man1/tavrocli-rehearse.1.gz",
+        "usr/lib/tavrocli/simulator/tavrocli", "usr/lib/tavrocli/simulator/tavro.dll",
+        "usr/share/doc/tavrocli-simulator/simulator.md", "usr/share/doc/tavrocli-simulator/examples/default_host.json",
+        "usr/share/doc/tavrocli-simulator/copyright", "usr/share/doc/tavrocli-simulator/changelog.gz",
+    }
+    assert [name for name in program if name.endswith(".dll")] == []
+    with zipfile.ZipFile(ZIP) as archive:
+        names = {name.removeprefix(ZIP_FOLDER + "/") for name in archive.namelist()}
+    assert names >= {
+        "tavrocli.exe", "tavrohost.exe", "simulator/tavrocli-rehearse.exe", "simulator/tavro.dll",
+        "simulator/simulator.md", "completions/tavrocli.ps1", "examples/cnadiscovery.xml", "docs/html/index.html",
+        "docs/install.md", "docs/copyright.txt",
+    }
+    assert [name for name in names if name.lower().endswith(".dll")] == ["simulator/tavro.dll"]
+
+
+def test_the_packages_tell_the_one_version():
+    for package in DEBS:
+        version = subprocess.run(["dpkg-deb", "-f", package, "Version"], check=True, capture_output=True, text=True)
+        assert version.stdout == f"{VERSION}\n"
+
+
+def test_lintian_finds_nothing_and_nothing_is_overridden():
+    result = subprocess.run(["lintian", "--show-overrides", "--allow-root", *DEBS], capture_output=True, text=True)
+    assert (result.stdout, result.returncode) == ("", 0), result.stderr
+
+
+def test_packed_again_each_package_has_the_same_bytes(tmp_path):
+    """Somewhere else, by a careful user in another time zone. Building again is tried by `scripts/package`, since it
+    takes long."""
+    subprocess.run(["bash", "-c", 'umask 077 && exec "$0" --repack "$1"', ROOT / "scripts" / "package", tmp_path / "again"],
+                   env=os.environ | {"TZ": "Asia/Tokyo", "LC_ALL": "ja_JP.UTF-8"}, check=True, capture_output=True)
+    for package in (*DEBS, ZIP):
+        assert (tmp_path / "again" / package.name).read_bytes() == package.read_bytes(), package.name
+
+
+@pytest.mark.platforms("native", "windows")
+def test_the_programs_tell_neither_where_nor_when_they_were_built(platform):
+    for name in (platform.program, platform.tool, LIBRARY):
+        content = (platform.folder / "bin" / name).read_bytes()
+        assert content.count(str(ROOT).encode()) == 0
+        if platform.is_windows:
+            header = struct.unpack_from("<I", content, 0x3C)[0]
+            assert struct.unpack_from("<I", content, header + 8) == (0,)
+
+
+@pytest.fixture(scope="module")
+def clean_root(tmp_path_factory):
+    return CleanRoot(tmp_path_factory.mktemp("clean") / "root", DEBS)
+
+
+def install(root, *packages):
+    root.dpkg("--install", *(f"/packages/{package.name}" for package in packages))
+
+
+def lines_of(result):
+    assert (result.stderr, result.returncode) == ("", 0)
+    return [line.strip() for line in result.stdout.splitlines()]
+
+
+def test_the_program_installed_used_and_removed(clean_root):
+    before = clean_root.files()
+    install(clean_root, PROGRAM_PACKAGE)
+    result = clean_root.run("tavrocli", "-about")
+    assert (result.stdout, result.stderr, result.returncode) == ("", REFUSAL, 0)
+    assert lines_of(clean_root.run("tavrohost", "--version")) == [f"tavrohost {VERSION}"]
+    # The library of the adapters' maker is put where the message says.
+    library = clean_root.folder / "usr" / "lib" / "tavrocli" / LIBRARY
+    shutil.copy(PLATFORMS["native"].folder / "bin" / LIBRARY, library)
+    assert TITLE in lines_of(clean_root.run("tavrocli", "-about"))
+    library.unlink()
+    (clean_root.folder / "root" / "tavrocli.log").unlink()
+    clean_root.dpkg("--purge", "tavrocli")
+    assert clean_root.files() == before
+
+
+def test_the_simulator_installed_used_and_removed(clean_root):
+    before = clean_root.files()
+    install(clean_root, SIMULATOR_PACKAGE)
+    installed = clean_root.files()
+    assert "Host Name : demo-host" in lines_of(clean_root.run("tavrocli-rehearse", "-showadapter"))
+    lines_of(clean_root.run("tavrocli-rehearse", "-iscsi", "-isns", "-add", "192.0.2.77"))
+    assert "192.0.2.77" in " ".join(lines_of(clean_root.run("tavrocli-rehearse", "-iscsi", "-isns", "-listall")))
+    assert clean_root.run("tavrocli", "-about").returncode == 127
+    # What the user has from it is the user's.
+    home = clean_root.folder / "root"
+    (home / "tavrocli.log").unlink()
+    assert (home / ".local/share/tavro/host.json").exists()
+    shutil.rmtree(home / ".local")
+    assert clean_root.files() == installed
+    clean_root.dpkg("--purge", "tavrocli-simulator")
+    assert clean_root.files() == before
+
+
+def test_the_program_does_not_find_the_simulator_beside_it(clean_root):
+    before = clean_root.files()
+    install(clean_root, *DEBS)
+    assert clean_root.run("tavrocli", "-showadapter").stderr == REFUSAL
+    capture = ["tavrohost", "capture", "-o", "-"]
+    assert clean_root.run(*capture).returncode == 2
+    assert clean_root.run(*capture, "--library", f"/usr/lib/tavrocli/simulator/{LIBRARY}").returncode == 0
+    shutil.rmtree(clean_root.folder / "root" / ".local")  # the simulated host, whose counters were read
+    assert TITLE in lines_of(clean_root.run("tavrocli-rehearse", "-about"))
+    (clean_root.folder / "root" / "tavrocli.log").unlink()
+    clean_root.dpkg("--purge", "tavrocli", "tavrocli-simulator")
+    assert clean_root.files() == before
+
+
+def test_the_manual_pages_are_well_formed_where_they_are_installed(clean_root):
+    install(clean_root, *DEBS)
+    for name in ("tavrocli.1", "tavrohost.1", "tavrocli-rehearse.1"):
+        page = clean_root.folder / "tmp" / name
+        page.write_bytes(gzip.decompress((clean_root.folder / "usr/share/man/man1" / f"{name}.gz").read_bytes()))
+        # On standard error it misses the database that speeds up searching for pages.
+        result = clean_root.run("mandoc", "-T", "lint", f"/tmp/{name}")
+        assert (result.stdout, result.returncode) == ("", 0)
+        page.unlink()
+    clean_root.dpkg("--purge", "tavrocli", "tavrocli-simulator")
+
+
+def test_installed_from_the_build_used_and_removed(tmp_path):
+    build, place = PLATFORMS["native"].folder, tmp_path / "usr"
+    subprocess.run(["cmake", "--install", build, "--prefix", place], check=True, capture_output=True)
+    installed = {str(path.relative_to(tmp_path)) for path in place.rglob("*") if path.is_symlink() or path.is_file()}
+    packed = {name.replace(".1.gz", ".1") for package in DEBS for name in paths_in(package)}
+    assert installed == {name for name in packed if not name.endswith(("/copyright", "/changelog.gz"))}
+    result = subprocess.run([place / "bin" / "tavrocli-rehearse", "-about"], cwd=tmp_path, capture_output=True, text=True)
+    assert TITLE in lines_of(result)
+    (tmp_path / "tavrocli.log").unlink()
+    for path in (build / "install_manifest.txt").read_text(encoding="utf-8").splitlines():
+        os.unlink(path)
+    assert [path for path in tmp_path.rglob("*") if not path.is_dir()] == []
+
+
+def tree(folder):
+    return {str(path.relative_to(folder)): path.stat().st_mtime_ns for path in folder.rglob("*")}
+
+
+@pytest.mark.platforms("windows")
+def test_the_zip_unpacked_used_and_removed(sandbox):
+    place = sandbox.folder / "Program Files"
+    with zipfile.ZipFile(ZIP) as archive:
+        archive.extractall(place)
+    sandbox.binaries = place / ZIP_FOLDER
+    before = tree(place)
+    result = sandbox.run(["-about"])
+    assert (result.output, result.exit_code) == (b"", 0)
+    assert result.errors.startswith(b"tavrocli: cannot load tavro.dll: ")
+    assert sandbox.run_tool(["--version"]).output == f"tavrohost {VERSION}\n".encode()
+    sandbox.write_script(None)
+    command = [str(WINE), str(sandbox.binaries / "simulator" / "tavrocli-rehearse.exe"), "-showadapter"]
+    process = subprocess.Popen(command, cwd=sandbox.work, env=sandbox.environment(), stdin=subprocess.DEVNULL,
+                               stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    output, errors = finish(process, None)
+    assert b"Host Name : demo-host" in output and (errors, process.returncode) == (b"", 0)
+    # The folder is all that there is, and the log, which is the user's.
+    assert tree(place) == before
+    assert [path.name for path in sandbox.work.iterdir()] == ["tavrocli.log"]
+    assert list((ROOT / "build" / "wine").glob("drive_c/users/*/AppData/Local/Tavro")) == []
