@@ -373,7 +373,7 @@ std::filesystem::path FileToReplace(const std::filesystem::path& path) {
         return path;
     }
     std::error_code error;
-    const std::filesystem::path file =
+    std::filesystem::path file =
         std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(node.Value()), error);
     if (!IsSame(StatusOf(FindNode(Descriptor(AT_FDCWD), file, O_NOFOLLOW)), StatusOf(node))) {
         Refuse(path, L"leads to a file without a name");
