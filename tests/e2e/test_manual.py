@@ -21,6 +21,8 @@ TRAPS = [
     "Every word but `-ipv4` addresses IPv6",
     "A fixed IPv6 address without a gateway resets it",
     "DHCP without a VLAN ID does nothing",
+    "Every change of TCP/IP settings resets the frame size",
+    "A forgotten operand is taken from the next word",
     "The first word behind an address is its port number",
     "Dialogues repeat without end at the end of input",
     "Only y, Y, n and N end some questions",

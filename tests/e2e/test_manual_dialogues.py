@@ -14,7 +14,9 @@ from program import ROOT
 from terminal import Terminal
 
 DIALOGUES = read_dialogues()
-UNKNOWN_PORTS = table_rows((MANUAL / "dialogues.md").read_text(encoding="utf-8"), "| Command with an unknown port | Prints |")
+PAGE = (MANUAL / "dialogues.md").read_text(encoding="utf-8")
+UNKNOWN_PORTS = table_rows(PAGE, "| Command with an unknown port | Prints |")
+ASKED_FIRST = table_rows(PAGE, "| Command with an unknown port | Asks | Then prints |")
 NAMES = ["CHAP", "iSCSI boot", "FCoE boot", "DCB", "Partitions", "Personalities", "Adapter settings", "Value editor"]
 # Where the questions of each are asked.
 SOURCES = {
@@ -44,6 +46,10 @@ def host(sandbox):
 def asked_in(path):
     names = {name: number for number, name in catalogues.read_names().items()}
     return {names[name] for name in ASKED.findall(path.read_text(encoding="utf-8"))}
+
+
+def every_prompt():
+    return {question.prompt for dialogue in DIALOGUES.values() for question in dialogue.questions}
 
 
 def run_with(host, arguments, answers):
@@ -88,10 +94,20 @@ def test_the_session_has_every_question(name):
 @pytest.mark.parametrize("command, printed", UNKNOWN_PORTS)
 def test_an_unknown_port_is_met_before_the_first_question(host, command, printed):
     result = host.run(CODE.fullmatch(command)[1].split())
-    asked = [question.prompt for dialogue in DIALOGUES.values() for question in dialogue.questions]
     output = result.output.decode()
-    assert not any(prompt in output for prompt in asked)
+    assert not any(prompt in output for prompt in every_prompt())
     assert (CODE.fullmatch(printed)[1] in output) if printed != "nothing" else output == ""
+
+
+@pytest.mark.platforms("native")
+@pytest.mark.parametrize("command, asks, printed", ASKED_FIRST)
+def test_an_unknown_port_is_met_after_the_questions(host, command, asks, printed):
+    prompts = CODE.findall(asks)
+    answers = ["y" if "(y/n)" in prompt else "vault-secret-1" for prompt in prompts]
+    result = host.run(CODE.fullmatch(command)[1].split(), "".join(f"{answer}\n" for answer in answers))
+    told = result.output.decode()
+    shown = re.findall("|".join(map(re.escape, every_prompt() | {CODE.fullmatch(printed)[1]})), told)
+    assert shown == [*prompts, CODE.fullmatch(printed)[1]]
 
 
 def play(host, dialogue):
