@@ -230,6 +230,12 @@ def test_the_tab_key(place, shell):
     assert os.listdir(place.temporary) == []
 
 
+def test_zsh_names_the_operand(place):
+    with shell_on_terminal(place, "zsh") as terminal:
+        terminal.type("tavrocli -iscsi 02-00-5E-10-00-02 -portal -add 192.0.2.1 \t")
+        terminal.wait_for("Port Number")
+
+
 @each_shell
 def test_the_program_is_run_as_it_is_typed(place, shell):
     (place.work / "tools").symlink_to(place.programs)
@@ -250,7 +256,8 @@ def test_a_program_that_is_missing_or_fails(place, shell):
 
 
 LISTING = """\
-[ "$LC_ALL" = C ] && [ "$*" = -showadapter ] && read line || cat <<'END'
+[ "$LC_ALL" = C ] && [ "$*" = -showadapter ] && ! read line || exit
+cat <<'END'
 	-----------------
 	   Host : Ethernet
 	-----------------
