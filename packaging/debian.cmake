@@ -18,7 +18,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
 set(CPACK_DEBIAN_TAVROCLI_PACKAGE_NAME tavrocli)
-set(CPACK_DEBIAN_TAVROCLI_PACKAGE_SUGGESTS tavrocli-simulator)
+set(CPACK_DEBIAN_TAVROCLI_PACKAGE_SUGGESTS "tavrocli-simulator, bash-completion")
 set(CPACK_COMPONENT_TAVROCLI_DESCRIPTION "command-line management of converged network adapters
 tavrocli shows and changes the Ethernet, iSCSI and FCoE functions of converged
 network adapters, one command a run. tavrohost copies a host's adapters into a
