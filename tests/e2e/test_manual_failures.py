@@ -5,6 +5,8 @@ import re
 import pytest
 
 from program import ROOT
+from test_manual import COMMANDS, OUTCOME
+from test_manual_scripts import TABLE, code_of
 
 REASON = "\nError Details\n\nMessage: M\n"
 PORT = "02-00-5E-10-00-00"
@@ -107,3 +109,57 @@ def test_without_the_host_s_name_the_import_says_nothing_more(host):
     import_file(host, sample())
     assert output_of(host, "-import").strip() == ("The host name could not be read.\n" + REASON).strip()
     assert not any(call.get("call") == "DoOperation" for call in host.calls())
+
+
+OPERANDS = {
+    "<MAC>": PORT, "<portWWN>": "10:00:02:00:5E:10:00:04", "<WWN>": "10:00:02:00:5E:10:AA:01",
+    "<Initiator Name>": "iqn.2015-01.com.example:web-1", "<iSNS Server IP>": "192.0.2.6", "<IP Address>": "192.0.2.77",
+    "<Portal IP>": "198.51.100.21", "<IP>": "198.51.100.21", "<VLAN ID>": "0", "<Subnet Mask>": "255.255.255.0",
+    "<Gateway>": "192.0.2.1", "<Count>": "3", "<time in secs>": "3",
+}
+ADDRESSES = {"-ipv6": {"<IP Address>": "2001:db8::77", "<Gateway>": "2001:db8::1"}, "-iscsi": {"<MAC>": ISCSI_PORT},
+             "-npar": {"<MAC>": "02-00-5E-20-00-00"}}
+TARGETS = {"-iscsi": "iqn.2015-01.com.example:storage.disks", "-fcoe": "50:00:02:00:5E:40:00:01"}
+OPTIONAL = re.compile(r" (?:\[(?!-)[^\[\]]*(?:\[[^\]]*\])?\]|\.\.\.)")  # but options, which are typed
+NUMBERS = {name: int(number) for name, number in re.findall(
+    r"^    (\w+) = (\d+),$", (ROOT / "tavroapi" / "operation_code.h").read_text(encoding="utf-8"), re.MULTILINE)}
+# These ask questions, or no operation of theirs can be refused: what they say stands in other tests.
+ELSEWHERE = {"-help", "-about", "-showadapter", "-import", "-npar <MAC> -set", "-res <MAC> -set", "-iscsi <MAC> -setbootconfig",
+             "-fcoe <portWWN> -setbootconfig", "-fcoe <portWWN> -setdcb", "-ethernet <MAC> -setadapinfo"}
+TOLD = [(form, dict(OUTCOME.findall(text))["Failure"]) for form, text in COMMANDS if form not in ELSEWHERE]
+
+
+def typed(form):
+    """A command of this form for the built-in host."""
+    words = OPTIONAL.sub("", form).replace("[", "").replace("]", "")
+    values = OPERANDS | {"<Target Name>": TARGETS.get(form.split()[0])}
+    for word, others in ADDRESSES.items():
+        values |= others if word in form else {}
+    return re.sub("<[^>]*>", lambda operand: values[operand[0]], words)
+
+
+@pytest.mark.platforms("native")
+@pytest.mark.parametrize("form, told", TOLD, ids=[form for form, _ in TOLD])
+def test_a_refused_operation_is_told_as_the_page_has_it(host, form, told):
+    command = typed(form)
+    deciding = {NUMBERS[name] for name in TABLE[code_of(command)][1]}
+    refuse(host, *({"call": "DoOperation", "operation": number} for number in deciding))
+    if "-target -login" in form:
+        output = output_of(host, command, "y\n").split(" (y/n) : ")[-1]
+    else:
+        output = output_of(host, command)
+    assert deciding & {call.get("operation") for call in host.calls()}, "the operation was not reached"
+    if "as with `-ipv4`" in told:
+        same = form.replace("-ipv6", "-ipv4").partition("<VLAN ID>")[0]
+        [told] = [other for start, other in TOLD if start.startswith(same)]
+    told = " ".join(told.split())
+    sentences = [sentence for sentence in re.findall(r"`([^`]+)`[^`]*? with(?:out)? the reason", told) if sentence in output]
+    if "eason alone" in told:
+        assert output.endswith(REASON)
+        assert output.removesuffix(REASON).strip() in ("", "Please wait...")
+    elif "without the reason" in told:
+        assert sentences and "Error Details" not in output
+    elif "with the reason" in told:
+        assert sentences and output.endswith(REASON)
+    else:
+        assert told.lower().startswith("nothing is said") and output == ""
