@@ -4,9 +4,10 @@ import re
 
 import pytest
 
+from dialogue_page import CODE, MANUAL, SECTION, read_dialogues
 from program import ROOT
 from test_manual import COMMANDS, OUTCOME
-from test_manual_scripts import TABLE, code_of
+from test_manual_scripts import TABLE, code_of, run_json
 
 REASON = "\nError Details\n\nMessage: M\n"
 PORT = "02-00-5E-10-00-00"
@@ -124,8 +125,9 @@ OPTIONAL = re.compile(r" (?:\[(?!-)[^\[\]]*(?:\[[^\]]*\])?\]|\.\.\.)")  # but op
 NUMBERS = {name: int(number) for name, number in re.findall(
     r"^    (\w+) = (\d+),$", (ROOT / "tavroapi" / "operation_code.h").read_text(encoding="utf-8"), re.MULTILINE)}
 # These ask questions, or no operation of theirs can be refused: what they say stands in other tests.
-ELSEWHERE = {"-help", "-about", "-showadapter", "-import", "-npar <MAC> -set", "-res <MAC> -set", "-iscsi <MAC> -setbootconfig",
-             "-fcoe <portWWN> -setbootconfig", "-fcoe <portWWN> -setdcb", "-ethernet <MAC> -setadapinfo"}
+ELSEWHERE = {"-help", "-about", "-showadapter", "-import", "-npar <MAC> -set", "-res <MAC> -set",
+             "-iscsi <MAC> -setbootconfig", "-fcoe <portWWN> -setbootconfig", "-fcoe <portWWN> -setdcb",
+             "-ethernet <MAC> -setadapinfo"}
 TOLD = [(form, dict(OUTCOME.findall(text))["Failure"]) for form, text in COMMANDS if form not in ELSEWHERE]
 
 
@@ -153,7 +155,8 @@ def test_a_refused_operation_is_told_as_the_page_has_it(host, form, told):
         same = form.replace("-ipv6", "-ipv4").partition("<VLAN ID>")[0]
         [told] = [other for start, other in TOLD if start.startswith(same)]
     told = " ".join(told.split())
-    sentences = [sentence for sentence in re.findall(r"`([^`]+)`[^`]*? with(?:out)? the reason", told) if sentence in output]
+    quoted = re.findall(r"`([^`]+)`[^`]*? with(?:out)? the reason", told)
+    sentences = [sentence for sentence in quoted if sentence in output]
     if "eason alone" in told:
         assert output.endswith(REASON)
         assert output.removesuffix(REASON).strip() in ("", "Please wait...")
@@ -163,3 +166,35 @@ def test_a_refused_operation_is_told_as_the_page_has_it(host, form, told):
         assert sentences and output.endswith(REASON)
     else:
         assert told.lower().startswith("nothing is said") and output == ""
+
+
+DIALOGUES = {name: dialogue for name, dialogue in read_dialogues().items() if name != "Value editor"}
+SECTIONS = dict(SECTION.findall((MANUAL / "dialogues.md").read_text(encoding="utf-8")))
+# What a section says of a failure, and whether the reason follows what it quotes.
+FAILURES = [
+    (re.compile(r"[Aa] failure prints (`[^`]+`) and the library's reason\."), True),
+    (re.compile(r"; a failure prints the library's reason\.()"), True),
+    (re.compile(r"; a failure is told with the library's reason under \"Error Details\"\.()"), True),
+    (re.compile(r"; a failure prints nothing\.()"), False),
+    (re.compile(r", and so does a failure: ()"), False),
+    (re.compile(r"The end is always (`[^`]+`), also when the library refused:"), False),
+]
+
+
+@pytest.mark.platforms("native")
+@pytest.mark.parametrize("name", DIALOGUES)
+def test_a_refusal_after_the_last_answer_is_told_as_the_page_has_it(host, name):
+    """And tavrohost tells of it in any case."""
+    dialogue = DIALOGUES[name]
+    command = " ".join(dialogue.arguments)
+    refuse(host, *({"call": "DoOperation", "operation": NUMBERS[operation]}
+                   for operation in TABLE[code_of(command)][1]))
+    status, report = run_json(host, command)
+    assert (status, report["outcome"], report["error"]["message"]) == (1, "refused", "M")
+    section = " ".join(SECTIONS[name].split())
+    [(found, has_reason)] = [(found, has_reason) for form, has_reason in FAILURES if (found := form.search(section))]
+    assert report["output"].endswith(REASON) == has_reason
+    output = report["output"].removesuffix(REASON)
+    assert "Error Details" not in output
+    if found[1]:
+        assert output.strip().endswith(CODE.fullmatch(found[1])[1])
