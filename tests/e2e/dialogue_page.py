@@ -20,6 +20,7 @@ FUNCTION = re.compile(r"^\[PF\d+\]")  # stands in front of a question about a fu
 class Question:
     prompt: str
     number: int  # of its message; None for a prompt that is none
+    answer: str  # what the page says of the answers that are accepted
     refused: str  # an answer that is not accepted, or None
     complaint: str  # what that is met with
 
@@ -57,10 +58,10 @@ def table_rows(text, head):
 
 
 def read_question(row):
-    prompt, number, _, _, refused = row
+    prompt, number, _, answer, refused = row
     example = REFUSED.fullmatch(refused)
     assert example or not refused, f"this is no example of a refused answer: {refused}"
-    return Question(CODE.fullmatch(prompt)[1], int(number) if number.isdigit() else None,
+    return Question(CODE.fullmatch(prompt)[1], int(number) if number.isdigit() else None, answer,
                     *(example.groups() if example else (None, None)))
 
 

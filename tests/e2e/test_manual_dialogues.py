@@ -36,6 +36,27 @@ REFUSALS = [(name, place) for name, dialogue in DIALOGUES.items()
             for place, question in enumerate(dialogue.questions) if question.refused is not None]
 
 
+BRANCH = re.compile(r"`(.)` or `(.)`[^`;]*: `([^`]{2,})`")  # two letters that end the dialogue with a sentence
+BOUNDS = re.compile(r"from (\d+) to (\d+)|`(\d)`,? (?:to|or) `(\d)`")
+LENGTHS = re.compile(r"(\d+) to (\d+) characters")
+
+
+def accepted_answers(question):
+    """Each letter and bound that the page names, each with the sentence that ends the dialogue then, or None."""
+    cell = question.answer
+    ends = {letter: ending for first, second, ending in BRANCH.findall(cell) for letter in (first, second)}
+    answers = [text for text in CODE.findall(cell) if len(text) == 1]
+    answers += [bound for bounds in BOUNDS.findall(cell) for bound in bounds if bound]
+    answers += ["x" * int(length) for lengths in LENGTHS.findall(cell) for length in lengths]
+    answers += [""] if "also an empty one" in cell else []
+    return {answer: ends.get(answer) for answer in answers}
+
+
+ACCEPTED = [(name, place, answer, ending) for name, dialogue in DIALOGUES.items()
+            for place, question in enumerate(dialogue.questions)
+            for answer, ending in accepted_answers(question).items()]
+
+
 @pytest.fixture
 def host(sandbox):
     """The built-in host, with real messages."""
@@ -154,3 +175,19 @@ def test_a_refused_answer_is_met_with_what_the_page_tells(host, name, place):
     output = host.run_until(ENOUGH, dialogue.arguments, lines.encode()).output.decode()
     assert question.complaint in output and question.complaint not in dialogue.screen
     assert not any(call.get("operation") in WRITING for call in host.calls())
+
+
+@pytest.mark.platforms("native")
+@pytest.mark.parametrize("name, place, answer, ending", ACCEPTED)
+def test_each_answer_that_the_page_names_is_accepted(host, name, place, answer, ending):
+    """The answers end there: then a further question has none, or the dialogue is over."""
+    dialogue = DIALOGUES[name]
+    question = dialogue.questions[place]
+    first = next(place for place, given in enumerate(dialogue.answers) if given.question is question)
+    typed = [*dialogue.answers[:first], dataclasses.replace(dialogue.answers[first], text=answer)]
+    status, report = run_with(host, dialogue.arguments, typed)
+    if "failure" in report:
+        assert status == 2 and re.search(" has no (further )?answer$", report["failure"])
+    if ending is not None:
+        assert "failure" not in report and ending in report["output"]
+        assert not any(call.get("operation") in WRITING for call in host.calls())
