@@ -43,8 +43,14 @@ std::string OptionsOf(const CLI::App& command) {
         if (option->get_positional()) {
             words.append(" ").append(PositionalOf(*option));
         }
+        const std::string_view value = ValueOf(*option);
         for (const std::string& name : option->get_lnames()) {
-            words.append(" --").append(name).append(ValueOf(*option));
+            words.append(" --").append(name).append(value);
+        }
+        for (const std::string& name : option->get_snames()) {
+            if (!value.empty()) {
+                words.append(" -").append(name).append(value);
+            }
         }
     }
     return words;

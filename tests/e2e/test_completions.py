@@ -189,6 +189,9 @@ def test_tavrohost(place, shell):
         "tavrohost diff --json -- -npar ": set(),
     }
     assert len(wanted["tavrohost run -"]) == 7
+    # A short name needs no completion; what stands behind it does.
+    (place.work / "twin.json").write_text("", encoding="utf-8")
+    wanted |= {"tavrohost capture -o tw": {"twin.json"}, "tavrohost capture -o ": {"twin.json"}}
     assert as_sets(SHELLS[shell](place, wanted)) == wanted
 
 
@@ -197,9 +200,19 @@ def test_files_of_tavrohost(place, shell):
     for name in ("before one.json", "before two.json", "other.json"):
         (place.work / name).write_text("", encoding="utf-8")
     with shell_on_terminal(place, shell) as terminal:
-        for line in ("check ot", "run --plan ot"):
+        for line in ("check ot", "run --plan ot", "capture -o ot"):
             terminal.type(f"tavrohost {line}\t")
             terminal.wait_for(f"tavrohost {line}her.json")
+            terminal.type("\x15")
+        for begun, shared, whole in (
+            ("check be", "check before\\", "check before\\ one.json"),
+            ("run --plan \"be", "run --plan \"before", "run --plan \"before one.json"),
+            ("diff 'be", "diff 'before", "diff 'before one.json"),
+        ):
+            terminal.type(f"tavrohost {begun}\t")
+            terminal.wait_for(f"tavrohost {shared}")
+            terminal.type("o\t")
+            terminal.wait_for(f"tavrohost {whole}")
             terminal.type("\x15")
 
 
@@ -234,6 +247,24 @@ def test_zsh_names_the_operand(place):
     with shell_on_terminal(place, "zsh") as terminal:
         terminal.type("tavrocli -iscsi 02-00-5E-10-00-02 -portal -add 192.0.2.1 \t")
         terminal.wait_for("Port Number")
+
+
+@each_shell
+def test_the_program_on_the_simulator(place, shell):
+    programs = place.folder / "programs"
+    programs.mkdir()
+    (programs / "tavrocli-rehearse").symlink_to(place.programs / "tavrocli")
+    place.programs = programs
+    with shell_on_terminal(place, shell) as terminal:
+        terminal.type("tavrocli-rehearse -isc\t02-00-5E-10\t")
+        terminal.wait_for("tavrocli-rehearse -iscsi 02-00-5E-10-00-0")
+
+
+def test_in_zsh_the_next_completer_is_asked_when_nothing_fits(place):
+    with shell_on_terminal(place, "zsh") as terminal:
+        terminal.type("zstyle ':completion:*' completer _complete _approximate\r")
+        terminal.type("tavrocli -abuot\t")
+        terminal.wait_for("tavrocli -about")
 
 
 @each_shell
