@@ -28,7 +28,7 @@ The programs need the adapters' management library, tavro.dll, which is not
 part of this package: it belongs into /usr/lib/tavrocli.")
 
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_NAME tavrocli-simulator)
-set(CPACK_DEBIAN_SIMULATOR_PACKAGE_SUGGESTS tavrocli)
+set(CPACK_DEBIAN_SIMULATOR_PACKAGE_SUGGESTS "tavrocli, bash-completion")
 set(CPACK_COMPONENT_SIMULATOR_DESCRIPTION "pretend host on which tavrocli commands can be tried
 The simulator stands in for the management library of converged network
 adapters: a whole host that behaves, kept in a file of the user's own. The

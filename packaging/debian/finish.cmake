@@ -1,5 +1,5 @@
 # Run by CPack once the components are installed into its folder: adds to each package its changelog and copyright,
-# and compresses the manual pages. The changelog's date is SOURCE_DATE_EPOCH, where that is set.
+# compresses the manual pages, and puts the completion for zsh where packages have it. The changelog's date is SOURCE_DATE_EPOCH, where that is set.
 function(tavro_compress file)
     execute_process(COMMAND gzip -9nf ${file} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -15,6 +15,7 @@ function(tavro_finish_package component package)
     foreach(page IN LISTS pages)
         tavro_compress(${page})
     endforeach()
+    file(RENAME ${folder}/zsh/site-functions ${folder}/zsh/vendor-completions)
 endfunction()
 
 tavro_finish_package(tavrocli tavrocli)

@@ -53,3 +53,18 @@ def test_the_tests_that_hold_the_promises_of_security_are_there():
     named = re.findall(r"`((?:e2e|unit)/[\w./]+)`", (ROOT / "SECURITY.md").read_text(encoding="utf-8"))
     assert len(named) > 5
     assert [path for path in named if not (ROOT / "tests" / path).exists()] == []
+
+
+def unmarked_tests(text):
+    """The tests that exist on one system only and do not say so: a mark counts for the tests before it in its sentence."""
+    for part in re.split(r"(?<=[.;)])\s", text):
+        for ending, system in (("_posix_test", "Linux"), ("_win32_test", "Windows")):
+            for path in re.findall(rf"`([\w/]+{ending}\.cpp)`", part):
+                if f": {system}" not in part[part.index(path):]:
+                    yield path
+
+
+def test_the_promises_of_security_say_where_a_test_of_one_system_runs():
+    assert list(unmarked_tests((ROOT / "SECURITY.md").read_text(encoding="utf-8"))) == []
+    assert list(unmarked_tests("(`a_posix_test.cpp`; `b_posix_test.cpp`: Linux, and `c_win32_test.cpp`). D: Windows.")) == [
+        "a_posix_test.cpp", "c_win32_test.cpp"]
