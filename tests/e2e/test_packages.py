@@ -36,19 +36,25 @@ def paths_in(package):
     return {name.removeprefix("./") for name in names.stdout.decode().splitlines() if not name.endswith("/")}
 
 
+DOCUMENTS = {"install.md", "CHANGELOG.md", "SECURITY.md"} | {
+    f"schemas/{path.name}" for path in (ROOT / "docs").glob("*.schema.json")} | {
+    f"html/{path.stem}.html" for path in (ROOT / "docs" / "manual").glob("*.md") if path.stem != "README"} | {
+    "html/index.html", "html/tavrohost.html"}
+
+
 def test_what_each_package_holds():
     program, simulator = paths_in(PROGRAM_PACKAGE), paths_in(SIMULATOR_PACKAGE)
-    assert program >= {
+    assert program == {f"usr/share/doc/tavrocli/{name}" for name in DOCUMENTS} | {
         "usr/bin/tavrocli", "usr/lib/tavrocli/tavrocli", "usr/share/man/man1/tavrocli.1.gz",
         "usr/bin/tavrohost", "usr/lib/tavrocli/tavrohost", "usr/share/man/man1/tavrohost.1.gz",
         "usr/share/bash-completion/completions/tavrocli", "usr/share/bash-completion/completions/tavrohost",
         "usr/share/zsh/vendor-completions/_tavrocli",
-        "usr/share/doc/tavrocli/install.md", "usr/share/doc/tavrocli/html/index.html",
-        "usr/share/doc/tavrocli/html/tavrohost.html", "usr/share/doc/tavrocli/examples/cnadiscovery.xml",
+        "usr/share/doc/tavrocli/examples/cnadiscovery.xml", "usr/share/doc/tavrocli/examples/tavrocli.ps1",
         "usr/share/doc/tavrocli/copyright", "usr/share/doc/tavrocli/changelog.gz",
     }
     assert simulator == {
         "usr/bin/tavrocli-rehearse", "usr/share/man/man1/tavrocli-rehearse.1.gz",
+        "usr/share/bash-completion/completions/tavrocli-rehearse", "usr/share/zsh/vendor-completions/_tavrocli-rehearse",
         "usr/lib/tavrocli/simulator/tavrocli", "usr/lib/tavrocli/simulator/tavro.dll",
         "usr/share/doc/tavrocli-simulator/simulator.md", "usr/share/doc/tavrocli-simulator/examples/default_host.json",
         "usr/share/doc/tavrocli-simulator/copyright", "usr/share/doc/tavrocli-simulator/changelog.gz",
@@ -56,10 +62,10 @@ def test_what_each_package_holds():
     assert [name for name in program if name.endswith(".dll")] == []
     with zipfile.ZipFile(ZIP) as archive:
         names = {name.removeprefix(ZIP_FOLDER + "/") for name in archive.namelist()}
-    assert names >= {
+    assert names == {f"docs/{name}" for name in DOCUMENTS} | {
         "tavrocli.exe", "tavrohost.exe", "simulator/tavrocli-rehearse.exe", "simulator/tavro.dll",
-        "simulator/simulator.md", "completions/tavrocli.ps1", "examples/cnadiscovery.xml", "docs/html/index.html",
-        "docs/install.md", "docs/copyright.txt",
+        "simulator/simulator.md", "simulator/examples/default_host.json", "completions/tavrocli.ps1",
+        "examples/cnadiscovery.xml", "docs/copyright.txt",
     }
     assert [name for name in names if name.lower().endswith(".dll")] == ["simulator/tavro.dll"]
 
@@ -172,7 +178,7 @@ def test_installed_from_the_build_used_and_removed(tmp_path):
     build, place = PLATFORMS["native"].folder, tmp_path / "usr"
     subprocess.run(["cmake", "--install", build, "--prefix", place], check=True, capture_output=True)
     installed = {str(path.relative_to(tmp_path)) for path in place.rglob("*") if path.is_symlink() or path.is_file()}
-    packed = {name.replace(".1.gz", ".1") for package in DEBS for name in paths_in(package)}
+    packed = {name.replace(".1.gz", ".1").replace("vendor-completions", "site-functions") for package in DEBS for name in paths_in(package)}
     assert installed == {name for name in packed if not name.endswith(("/copyright", "/changelog.gz"))}
     result = subprocess.run([place / "bin" / "tavrocli-rehearse", "-about"], cwd=tmp_path, capture_output=True, text=True)
     assert TITLE in lines_of(result)
@@ -184,6 +190,10 @@ def test_installed_from_the_build_used_and_removed(tmp_path):
 
 def tree(folder):
     return {str(path.relative_to(folder)): path.stat().st_mtime_ns for path in folder.rglob("*")}
+
+
+def simulated_hosts():
+    return list((ROOT / "build" / "wine").glob("drive_c/users/*/AppData/Local/Tavro"))
 
 
 @pytest.mark.platforms("windows")
@@ -198,12 +208,27 @@ def test_the_zip_unpacked_used_and_removed(sandbox):
     assert result.errors.startswith(b"tavrocli: cannot load tavro.dll: ")
     assert sandbox.run_tool(["--version"]).output == f"tavrohost {VERSION}\n".encode()
     sandbox.write_script(None)
-    command = [str(WINE), str(sandbox.binaries / "simulator" / "tavrocli-rehearse.exe"), "-showadapter"]
-    process = subprocess.Popen(command, cwd=sandbox.work, env=sandbox.environment(), stdin=subprocess.DEVNULL,
-                               stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-    output, errors = finish(process, None)
-    assert b"Host Name : demo-host" in output and (errors, process.returncode) == (b"", 0)
-    # The folder is all that there is, and the log, which is the user's.
+    # Wine tells %LOCALAPPDATA% itself; every other test names a host file of its own.
+    for left in simulated_hosts():
+        shutil.rmtree(left)
+    environment = sandbox.environment(extra={"TAVROSIM_HOST": None})
+
+    def rehearse(*arguments):
+        command = [str(WINE), str(sandbox.binaries / "simulator" / "tavrocli-rehearse.exe"), *arguments]
+        process = subprocess.Popen(command, cwd=sandbox.work, env=environment, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        output, errors = finish(process, None)
+        assert (errors, process.returncode) == (b"", 0)
+        return output
+
+    assert b"Host Name : demo-host" in rehearse("-showadapter")
+    rehearse("-iscsi", "-isns", "-add", "192.0.2.77")
+    assert b"192.0.2.77" in rehearse("-iscsi", "-isns", "-listall")
+    (data,) = simulated_hosts()
+    assert (data / "host.json").exists()
     assert tree(place) == before
-    assert [path.name for path in sandbox.work.iterdir()] == ["tavrocli.log"]
-    assert list((ROOT / "build" / "wine").glob("drive_c/users/*/AppData/Local/Tavro")) == []
+    # What the user has from it is the user's: the log, and the simulated host.
+    (sandbox.work / "tavrocli.log").unlink()
+    shutil.rmtree(data)
+    shutil.rmtree(place)
+    assert [*sandbox.work.iterdir(), *simulated_hosts()] == []
