@@ -178,7 +178,8 @@ def test_installed_from_the_build_used_and_removed(tmp_path):
     build, place = PLATFORMS["native"].folder, tmp_path / "usr"
     subprocess.run(["cmake", "--install", build, "--prefix", place], check=True, capture_output=True)
     installed = {str(path.relative_to(tmp_path)) for path in place.rglob("*") if path.is_symlink() or path.is_file()}
-    packed = {name.replace(".1.gz", ".1").replace("vendor-completions", "site-functions") for package in DEBS for name in paths_in(package)}
+    packed = {name.replace(".1.gz", ".1").replace("vendor-completions", "site-functions")
+              for package in DEBS for name in paths_in(package)}
     assert installed == {name for name in packed if not name.endswith(("/copyright", "/changelog.gz"))}
     result = subprocess.run([place / "bin" / "tavrocli-rehearse", "-about"], cwd=tmp_path, capture_output=True, text=True)
     assert TITLE in lines_of(result)
