@@ -8,6 +8,8 @@ namespace {
 using Text = decltype(Refused)::Text;
 
 constexpr Text CallersError = L"This is an error of the calling program.";
+constexpr Text ListAdapters =
+    L"Run \"tavrocli -showadapter\" to see this host's adapters and ports.";
 
 Outcome MissingArgument(const wchar_t* what) {
     return Refused(Status::MissingArgument, L"The call lacks an argument.", CallersError, what);
@@ -65,6 +67,16 @@ Outcome UnknownIdentifier(const std::string& request, FunctionKind kind) {
         Status::UnknownIdentifier, unknown.message,
         L"Run \"tavrocli -showadapter\" to see the identifiers of this host's functions.",
         std::wstring(unknown.identifier) + L" \"" + WideFromUtf8(request) + L"\"");
+}
+
+Outcome UnknownAdapter(const std::string& name) {
+    return Refused(Status::UnknownIdentifier, L"There is no adapter of this name.", ListAdapters,
+                   L"adapter " + Quoted(name));
+}
+
+Outcome UnknownPort(const std::string& adapter, const std::string& port) {
+    return Refused(Status::UnknownIdentifier, L"The adapter has no port of this name.",
+                   ListAdapters, L"adapter " + Quoted(adapter) + L", port " + Quoted(port));
 }
 
 Outcome CheckArguments(const Call& call) {

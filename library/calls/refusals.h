@@ -25,6 +25,10 @@ enum class FunctionKind { Any, Ethernet, Iscsi, Fcoe };
 // The refusal of a request that names no function of the wanted kind.
 Outcome UnknownIdentifier(const std::string& request, FunctionKind kind = FunctionKind::Any);
 
+// The refusals of a query that names an adapter, or one of its ports, which this host has not.
+Outcome UnknownAdapter(const std::string& name);
+Outcome UnknownPort(const std::string& adapter, const std::string& port);
+
 // Done when the call has everything that it needs to be served: for DoOperation a described
 // operation and its records, else what it fills in. Otherwise the refusal.
 Outcome CheckArguments(const Call& call);

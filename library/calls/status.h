@@ -65,6 +65,18 @@ enum class Status : std::uint32_t {
     InvalidPartitionValue = 37889,
     PartitionsFixed = 37890,
     PersonalityFixed = 37891,
+
+    // A host that is managed for real.
+    NotOffered = 38145,     // this host has no such thing, or leaves it to something else
+    RightMissing = 38146,   // this process may not do that
+    SystemRefused = 38147,  // the kernel or the driver did not do it
+    InterfaceGone = 38148,
+    IdentifierAmbiguous = 38149,
+    ManagedElsewhere = 38150,  // a network manager owns the interface
+    StateUnusable = 38151,     // what this library keeps cannot be read or written
+    NoSessionKept = 38152,     // the target accepted the login, but this host keeps no sessions
+    ServerSilent = 38153,      // nothing answered in time
+    AnswerInvalid = 38154,     // what answered does not speak the protocol
 };
 
 }  // namespace tavrolib

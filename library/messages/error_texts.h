@@ -36,6 +36,17 @@ inline constexpr ErrorTextRow CommonErrorTexts[] = {
      L"トレースに、書き込めるファイルの名前を指定してください。",
      L"请为跟踪指定可写入的文件的名称。"},
 
+    // Adapters and ports.
+    {L"There is no adapter of this name.",
+     L"この名前のアダプターはありません。",
+     L"没有此名称的适配器。"},
+    {L"The adapter has no port of this name.",
+     L"アダプターにこの名前のポートはありません。",
+     L"适配器没有此名称的端口。"},
+    {L"Run \"tavrocli -showadapter\" to see this host's adapters and ports.",
+     L"このホストのアダプターとポートは「tavrocli -showadapter」で表示できます。",
+     L"运行“tavrocli -showadapter”可查看本主机的适配器和端口。"},
+
     // The functions of the host.
     {L"No function of this host has this identifier.",
      L"この識別子を持つファンクションは、このホストにありません。",

@@ -157,4 +157,8 @@ std::string BytesFromUtf8(std::string_view text) {
     return bytes;
 }
 
+std::wstring Quoted(std::string_view bytes) {
+    return L'"' + WideFromUtf8(Utf8FromBytes(bytes)) + L'"';
+}
+
 }  // namespace tavrolib

@@ -22,4 +22,7 @@ std::string Utf8FromBytes(std::string_view bytes);
 // The way back: every character U+F780 to U+F7FF becomes its byte, all others stay as they are.
 std::string BytesFromUtf8(std::string_view text);
 
+// A narrow text as the caller gave it, in quotation marks, for messages.
+std::wstring Quoted(std::string_view bytes);
+
 }  // namespace tavrolib

@@ -9,7 +9,8 @@ clangFormat=/usr/bin/clang-format
 clangTidy=/usr/bin/clang-tidy
 runClangTidy=/usr/bin/run-clang-tidy
 
-nativePackages=(cmake ninja-build g++ nlohmann-json3-dev libcli11-dev)
+nativePackages=(cmake ninja-build g++ nlohmann-json3-dev libcli11-dev pkg-config libnl-3-dev libnl-genl-3-dev libpci-dev
+    libiscsi-dev)
 unitTestPackages=(libgmock-dev)
 windowsPackages=(cmake ninja-build nlohmann-json3-dev libcli11-dev g++-mingw-w64-x86-64-posix)
 packingPackages=(dpkg-dev file zip)

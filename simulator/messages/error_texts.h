@@ -29,17 +29,6 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
      L"ホストファイルとそのフォルダーに書き込めることを確認し、もう一度実行してください。",
      L"请确认主机文件及其文件夹可写入，然后重试。"},
 
-    // Adapters and ports.
-    {L"There is no adapter of this name.",
-     L"この名前のアダプターはありません。",
-     L"没有此名称的适配器。"},
-    {L"The adapter has no port of this name.",
-     L"アダプターにこの名前のポートはありません。",
-     L"适配器没有此名称的端口。"},
-    {L"Run \"tavrocli -showadapter\" to see this host's adapters and ports.",
-     L"このホストのアダプターとポートは「tavrocli -showadapter」で表示できます。",
-     L"运行“tavrocli -showadapter”可查看本主机的适配器和端口。"},
-
     // TCP/IP.
     {L"The address is in use on this host.",
      L"アドレスはこのホストで使用中です。",

@@ -37,12 +37,6 @@ auto FindNamed(const Elements& elements, const std::string& name) {
     return found == elements.end() ? nullptr : &*found;
 }
 
-Outcome UnknownName(ErrorText message, std::wstring details) {
-    return Refused(Status::UnknownIdentifier, message,
-                   L"Run \"tavrocli -showadapter\" to see this host's adapters and ports.",
-                   std::move(details));
-}
-
 Outcome ListAdapters(const Host& host, std::list<tavroapi::AdapterRecord>& adapters) {
     adapters.clear();
     for (const Adapter& adapter : host.adapters) {
@@ -61,12 +55,11 @@ Outcome ListFunctions(const Host& host, const std::string& adapterName, const st
                       PortFunctions& functions) {
     const Adapter* adapter = FindNamed(host.adapters, adapterName);
     if (adapter == nullptr) {
-        return UnknownName(L"There is no adapter of this name.", L"adapter " + Quoted(adapterName));
+        return tavrolib::UnknownAdapter(adapterName);
     }
     const Port* port = FindNamed(adapter->ports, portName);
     if (port == nullptr) {
-        return UnknownName(L"The adapter has no port of this name.",
-                           L"adapter " + Quoted(adapterName) + L", port " + Quoted(portName));
+        return tavrolib::UnknownPort(adapterName, portName);
     }
     std::vector<const Function*> ordered;
     for (const Function& function : port->functions) {

@@ -4,10 +4,6 @@
 
 namespace tavrosim {
 
-std::wstring Quoted(std::string_view text) {
-    return L"\"" + WideFromUtf8(Utf8FromBytes(text)) + L"\"";
-}
-
 const OperationModel* FindModel(std::uint32_t code) {
     for (const auto family :
          {AdapterOperations(), InitiatorOperations(), TcpIpOperations(), IscsiPortInfoOperations(),

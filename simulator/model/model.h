@@ -8,6 +8,7 @@
 
 #include "library/calls/outcome.h"
 #include "library/calls/refusals.h"
+#include "library/calls/with_records.h"
 #include "library/text/text.h"
 #include "simulator/host/host.h"
 #include "simulator/host/lookup.h"
@@ -40,6 +41,7 @@ namespace tavrosim {
 using tavrolib::Done;
 using tavrolib::FunctionKind;
 using tavrolib::Outcome;
+using tavrolib::Quoted;
 using tavrolib::Status;
 using tavrolib::Utf8FromBytes;
 using tavrolib::WideFromUtf8;
@@ -77,9 +79,6 @@ struct OperationModel {
                             void* output);
 };
 
-// A narrow text as the caller gave it, in quotation marks, for messages.
-std::wstring Quoted(std::string_view text);
-
 namespace detail {
 
 template <class Part>
@@ -109,23 +108,9 @@ Outcome CallWithWanted(AnyHost& host, const std::string& request, Records&&... r
 
 template <tavroapi::OperationCode Code, class Wanted, auto Function, class AnyHost>
 Outcome CallModel(AnyHost& host, const std::string& request, void* input, void* output) {
-    using Input = tavroapi::InputOf<Code>;
-    using Output = tavroapi::OutputOf<Code>;
-    const auto callWith = [&](auto&&... inputs) {
-        if constexpr (std::same_as<Output, tavroapi::NoRecord>) {
-            return CallWithWanted<Wanted, Function>(host, request, inputs...);
-        } else {
-            return CallWithWanted<Wanted, Function>(host, request, inputs...,
-                                                    *static_cast<Output*>(output));
-        }
-    };
-    if constexpr (std::same_as<Input, tavroapi::NoRecord>) {
-        return callWith();
-    } else if constexpr (std::same_as<Input, tavroapi::CharacterString>) {
-        return callWith(std::string(static_cast<const char*>(input)));
-    } else {
-        return callWith(*static_cast<Input*>(input));
-    }
+    return tavrolib::WithRecords<Code>(input, output, [&](auto&&... records) {
+        return CallWithWanted<Wanted, Function>(host, request, records...);
+    });
 }
 
 }  // namespace detail

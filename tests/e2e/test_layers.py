@@ -7,7 +7,7 @@ import pytest
 from program import ROOT
 
 CONTRACT = "tavroapi"
-LIBRARIES = ("library", "simulator")
+LIBRARIES = ("library", "simulator", "linux")
 HOUSES = (*LIBRARIES, "twin", "completions")  # folders whose own folders are rooms
 FAMILIES = ("iscsi", "fcoe", "boot", "ethernet", "partition", "import")
 # What a room may include besides itself: every room below it.
@@ -52,13 +52,27 @@ ROOMS = {
     "import": FAMILY | {"xml"},
     "top": FAMILY | {"xml"} | set(FAMILIES),  # src/dispatch.* and src/main.cpp
 }
+# The library for Linux hosts. Its families never include each other, but for what the inventory tells of two of them.
+LINUX_HOST = JOURNAL | {f"linux/{room}" for room in ("system", "netlink", "inventory")}
+LINUX_FAMILY = LINUX_HOST | {f"linux/{room}" for room in ("messages", "state", "serve")}
+LINUX_FAMILIES = ("ethernet", "tcpip", "iscsi", "fcoe")
+ROOMS.update({
+    "linux/system": set(),
+    "linux/messages": WORDS,
+    "linux/netlink": {"linux/system"},
+    "linux/inventory": LINUX_HOST,
+    "linux/state": JOURNAL | {"linux/system"},
+    "linux/serve": LINUX_FAMILY | {"linux/iscsi"},
+    **{f"linux/{family}": LINUX_FAMILY for family in LINUX_FAMILIES},
+    "linux": LIBRARY | LINUX_FAMILY,
+})
 # tavrohost is built from the objects of the program and of the simulator, which know nothing of it. Its rooms, each of
 # which may include those before it:
 TWIN_ROOMS = (
     "platform", "documents", "process", "watch", "answers", "diff", "run", "check", "anonymous", "capture", "rehearse",
     "commands",
 )
-BELOW_TWIN = set(ROOMS)
+BELOW_TWIN = {room for room in ROOMS if room.split("/")[0] != "linux"}
 ROOMS.update({
     f"twin/{room}": BELOW_TWIN | {f"twin/{lower}" for lower in TWIN_ROOMS[:place]} | {"twin"}
     for place, room in enumerate(TWIN_ROOMS)

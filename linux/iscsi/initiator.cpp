@@ -1,0 +1,9 @@
+#include "linux/serve/operation.h"
+
+namespace tavrolinux {
+
+std::span<const Operation> InitiatorOperations() {
+    return {};
+}
+
+}  // namespace tavrolinux

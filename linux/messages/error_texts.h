@@ -1,0 +1,69 @@
+#pragma once
+
+#include "library/calls/outcome.h"
+#include "library/messages/error_text.h"
+
+namespace tavrolinux {
+
+// What the errors of the Linux library say. The rooms stand in the order of their dependence.
+// clang-format off
+inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
+    // Any call.
+    {L"This host cannot do that.",
+     L"このホストでは実行できません。",
+     L"本主机无法执行此操作。"},
+    {L"The details name what is missing.",
+     L"不足しているものは詳細に示されています。",
+     L"详细信息中说明了缺少的内容。"},
+    {L"This process may not do that.",
+     L"このプロセスにはその権限がありません。",
+     L"此进程无权执行该操作。"},
+    {L"Run the command as root, or with the capability that the details name.",
+     L"コマンドを root として、または詳細に示されたケーパビリティを付けて実行してください。",
+     L"请以 root 身份运行该命令，或授予详细信息中所列的权能。"},
+    {L"The system did not do that.",
+     L"システムがこれを実行しませんでした。",
+     L"系统未执行该操作。"},
+    {L"The driver or the kernel has no such thing.",
+     L"ドライバーまたはカーネルにその機能がありません。",
+     L"驱动程序或内核没有此功能。"},
+    {L"See the details for the system's reason.",
+     L"システムの示した理由は詳細を参照してください。",
+     L"系统给出的原因见详细信息。"},
+    {L"The interface is not there any more.",
+     L"インターフェースはもう存在しません。",
+     L"该接口已不存在。"},
+    {L"Several functions of this host have this identifier.",
+     L"この識別子を持つファンクションが、このホストに複数あります。",
+     L"本主机有多个功能具有此标识符。"},
+    {L"Give the interfaces that the details name different addresses.",
+     L"詳細に示されたインターフェースに、異なるアドレスを指定してください。",
+     L"请为详细信息中所列的接口指定不同的地址。"},
+
+    // What this library keeps.
+    {L"The library's own state cannot be used.",
+     L"ライブラリー自身の状態を使用できません。",
+     L"无法使用库自身的状态。"},
+    {L"See that the file can be read and written by root, or move it away to start anew.",
+     L"ファイルを root が読み書きできることを確認するか、別の場所に移して最初から始めてください。",
+     L"请确认 root 可读写该文件，或将其移走以重新开始。"},
+
+    // Ethernet ports.
+
+    // TCP/IP.
+
+    // iSCSI.
+
+    // FCoE.
+};
+// clang-format on
+
+static_assert(tavrolib::AreCompleteAndUnique(ErrorTexts));
+
+// A text of the table, for functions that hand one on.
+using ErrorText = tavrolib::ErrorTextOf<ErrorTexts>;
+
+// Refuses in words of the table.
+inline constexpr tavrolib::Refuser<ErrorTexts> Refused;
+
+}  // namespace tavrolinux

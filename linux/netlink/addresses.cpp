@@ -1,0 +1,222 @@
+#include "linux/netlink/addresses.h"
+
+#include <arpa/inet.h>
+#include <linux/if_addr.h>
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <bit>
+#include <span>
+
+#include "linux/system/failure.h"
+
+namespace tavrolinux {
+namespace {
+
+constexpr std::size_t OctetsOfIPv4 = 4;
+constexpr std::uint32_t BitsOfIPv4 = 32;
+
+std::uint8_t SystemFamily(Family family) {
+    return family == Family::IPv4 ? AF_INET : AF_INET6;
+}
+
+std::span<const std::uint8_t> OctetsOf(const IpAddress& address) {
+    return {address.octets.data(),
+            address.family == Family::IPv4 ? OctetsOfIPv4 : address.octets.size()};
+}
+
+IpAddress AddressFrom(Family family, const nlattr& attribute) {
+    IpAddress address{family, {}};
+    const auto bytes = BytesOf(attribute);
+    std::copy_n(bytes.begin(), std::min(bytes.size(), address.octets.size()),
+                address.octets.begin());
+    return address;
+}
+
+Message AddressRequest(int type, int flags, const Link& link, Family family,
+                       std::uint32_t prefixLength = 0, std::uint8_t scope = 0) {
+    Message message(type, flags);
+    ifaddrmsg header{};
+    header.ifa_family = SystemFamily(family);
+    header.ifa_index = static_cast<std::uint32_t>(link.index);
+    header.ifa_prefixlen = static_cast<std::uint8_t>(prefixLength);
+    header.ifa_scope = scope;
+    message.Append(header);
+    return message;
+}
+
+Message ChangeOfAddress(int type, int flags, const Link& link, const AssignedAddress& address) {
+    Message message = AddressRequest(type, flags, link, address.address.family,
+                                     address.prefixLength, address.scope);
+    message.Put(IFA_LOCAL, OctetsOf(address.address));
+    message.Put(IFA_ADDRESS, OctetsOf(address.address));
+    return message;
+}
+
+Message RouteRequest(int type, int flags, Family family, std::uint8_t protocol = RTPROT_UNSPEC) {
+    Message message(type, flags);
+    rtmsg header{};
+    header.rtm_family = SystemFamily(family);
+    header.rtm_table = RT_TABLE_MAIN;
+    header.rtm_protocol = protocol;
+    header.rtm_type = RTN_UNICAST;
+    message.Append(header);
+    return message;
+}
+
+Message ChangeOfRoute(int type, int flags, const Link& link, const DefaultRoute& changed) {
+    Message message = RouteRequest(type, flags, changed.gateway.family, changed.protocol);
+    message.Put(RTA_GATEWAY, OctetsOf(changed.gateway));
+    message.PutNumber32(RTA_OIF, static_cast<std::uint32_t>(link.index));
+    if (changed.metric != 0) {
+        message.PutNumber32(RTA_PRIORITY, changed.metric);
+    }
+    return message;
+}
+
+}  // namespace
+
+bool IpAddress::IsZero() const {
+    return std::ranges::all_of(octets, [](std::uint8_t octet) { return octet == 0; });
+}
+
+std::optional<IpAddress> IpAddressFrom(std::string_view text) {
+    const std::string zeroEnded(text);
+    for (const Family family : {Family::IPv4, Family::IPv6}) {
+        IpAddress address{family, {}};
+        if (inet_pton(SystemFamily(family), zeroEnded.c_str(), address.octets.data()) == 1) {
+            return address;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string TextOf(const IpAddress& address) {
+    std::array<char, INET6_ADDRSTRLEN> text{};
+    inet_ntop(SystemFamily(address.family), address.octets.data(), text.data(), text.size());
+    return text.data();
+}
+
+std::string MaskText(std::uint32_t prefixLength) {
+    IpAddress mask;
+    for (std::uint32_t bit = 0; bit < std::min(prefixLength, BitsOfIPv4); ++bit) {
+        mask.octets.at(bit / 8) |= static_cast<std::uint8_t>(0x80U >> (bit % 8));
+    }
+    return TextOf(mask);
+}
+
+std::optional<std::uint32_t> PrefixLengthOf(const IpAddress& mask) {
+    if (mask.family != Family::IPv4) {
+        return std::nullopt;
+    }
+    std::uint32_t bits = 0;
+    for (const std::uint8_t octet : OctetsOf(mask)) {
+        bits = (bits << 8U) | octet;
+    }
+    const auto length = static_cast<std::uint32_t>(std::countl_one(bits));
+    return length == static_cast<std::uint32_t>(std::popcount(bits)) ? std::optional(length)
+                                                                     : std::nullopt;
+}
+
+std::vector<AssignedAddress> ReadAddresses(Socket& route, const Link& link, Family family) {
+    std::vector<AssignedAddress> addresses;
+    const auto take = [&](const nlmsghdr& message) {
+        const auto header = HeaderOf<ifaddrmsg>(message);
+        if (header.ifa_index != static_cast<std::uint32_t>(link.index) ||
+            header.ifa_family != SystemFamily(family)) {
+            return;
+        }
+        AssignedAddress assigned;
+        assigned.prefixLength = header.ifa_prefixlen;
+        assigned.scope = header.ifa_scope;
+        std::uint32_t flags = header.ifa_flags;
+        std::optional<IpAddress> own;
+        ForEachAttribute(AttributesOf(message, sizeof header),
+                         [&](int type, const nlattr& attribute) {
+                             if (type == IFA_LOCAL) {
+                                 own = AddressFrom(family, attribute);
+                             } else if (type == IFA_ADDRESS) {
+                                 assigned.address = AddressFrom(family, attribute);
+                             } else if (type == IFA_FLAGS) {
+                                 flags = static_cast<std::uint32_t>(NumberOf(attribute));
+                             }
+                         });
+        // Of a point-to-point link the other address is that of the peer.
+        assigned.address = own.value_or(assigned.address);
+        assigned.isPermanent = (flags & IFA_F_PERMANENT) != 0;
+        // One bit of two meanings.
+        static_assert(IFA_F_SECONDARY == IFA_F_TEMPORARY);
+        const bool isMarked = (flags & IFA_F_SECONDARY) != 0;
+        assigned.isSecondary = isMarked && family == Family::IPv4;
+        assigned.isTemporary = isMarked && family == Family::IPv6;
+        addresses.push_back(assigned);
+    };
+    route.Request(AddressRequest(RTM_GETADDR, NLM_F_DUMP, link, family),
+                  "reading the addresses of " + link.name, take, [&] { addresses.clear(); });
+    return addresses;
+}
+
+void AddAddress(Socket& route, const Link& link, const AssignedAddress& address) {
+    route.Request(ChangeOfAddress(RTM_NEWADDR, NLM_F_CREATE | NLM_F_EXCL, link, address),
+                  "adding the address " + TextOf(address.address) + " to " + link.name);
+}
+
+void RemoveAddress(Socket& route, const Link& link, const AssignedAddress& address) {
+    route.Request(ChangeOfAddress(RTM_DELADDR, 0, link, address),
+                  "taking the address " + TextOf(address.address) + " from " + link.name);
+}
+
+std::vector<DefaultRoute> ReadDefaultRoutes(Socket& route, const Link& link, Family family) {
+    std::vector<DefaultRoute> routes;
+    const auto take = [&](const nlmsghdr& message) {
+        const auto header = HeaderOf<rtmsg>(message);
+        if (header.rtm_family != SystemFamily(family) || header.rtm_dst_len != 0 ||
+            header.rtm_type != RTN_UNICAST) {
+            return;
+        }
+        std::uint32_t table = header.rtm_table;
+        std::uint32_t interface = 0;
+        std::optional<IpAddress> gateway;
+        DefaultRoute told;
+        told.protocol = header.rtm_protocol;
+        ForEachAttribute(AttributesOf(message, sizeof header),
+                         [&](int type, const nlattr& attribute) {
+                             if (type == RTA_TABLE) {
+                                 table = static_cast<std::uint32_t>(NumberOf(attribute));
+                             } else if (type == RTA_OIF) {
+                                 interface = static_cast<std::uint32_t>(NumberOf(attribute));
+                             } else if (type == RTA_GATEWAY) {
+                                 gateway = AddressFrom(family, attribute);
+                             } else if (type == RTA_PRIORITY) {
+                                 told.metric = static_cast<std::uint32_t>(NumberOf(attribute));
+                             }
+                         });
+        if (table == RT_TABLE_MAIN && interface == static_cast<std::uint32_t>(link.index) &&
+            gateway) {
+            told.gateway = *gateway;
+            routes.push_back(told);
+        }
+    };
+    Message request(RTM_GETROUTE, NLM_F_DUMP);
+    rtmsg header{};
+    header.rtm_family = SystemFamily(family);
+    header.rtm_table = RT_TABLE_MAIN;
+    request.Append(header);
+    request.PutNumber32(RTA_OIF, static_cast<std::uint32_t>(link.index));
+    route.Request(request, "reading the routes of " + link.name, take, [&] { routes.clear(); });
+    std::ranges::stable_sort(routes, {}, &DefaultRoute::metric);
+    return routes;
+}
+
+void AddDefaultRoute(Socket& route, const Link& link, const DefaultRoute& added) {
+    route.Request(ChangeOfRoute(RTM_NEWROUTE, NLM_F_CREATE | NLM_F_EXCL, link, added),
+                  "adding the gateway " + TextOf(added.gateway) + " of " + link.name);
+}
+
+void RemoveDefaultRoute(Socket& route, const Link& link, const DefaultRoute& removed) {
+    route.Request(ChangeOfRoute(RTM_DELROUTE, 0, link, removed),
+                  "taking the gateway " + TextOf(removed.gateway) + " from " + link.name);
+}
+
+}  // namespace tavrolinux

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "linux/netlink/links.h"
+#include "linux/netlink/socket.h"
+
+// The IP addresses of interfaces, and the default routes through them.
+namespace tavrolinux {
+
+enum class Family { IPv4, IPv6 };
+
+// An IPv4 or IPv6 address; of IPv4 the first four octets.
+struct IpAddress {
+    Family family = Family::IPv4;
+    std::array<std::uint8_t, 16> octets{};
+
+    bool operator==(const IpAddress&) const = default;
+    bool IsZero() const;
+};
+
+// The address that the text writes as usual, without a zone; nothing for every other text.
+std::optional<IpAddress> IpAddressFrom(std::string_view text);
+
+// The address as it is written: "192.0.2.1", "2001:db8::1".
+std::string TextOf(const IpAddress& address);
+
+// Writes a prefix length as an IPv4 mask, and reads it; nothing for what is no mask of leading
+// ones.
+std::string MaskText(std::uint32_t prefixLength);
+std::optional<std::uint32_t> PrefixLengthOf(const IpAddress& mask);
+
+// An address of an interface.
+struct AssignedAddress {
+    IpAddress address;
+    std::uint32_t prefixLength = 0;
+    std::uint8_t scope = 0;    // RT_SCOPE_UNIVERSE, RT_SCOPE_LINK, ...
+    bool isPermanent = true;   // without it the address was leased or announced, for a time
+    bool isSecondary = false;  // of IPv4: another of the same network came first
+    bool isTemporary = false;  // of IPv6: made up for privacy
+};
+
+// The addresses of one interface and family in the kernel's order. Throws SystemFailure.
+std::vector<AssignedAddress> ReadAddresses(Socket& route, const Link& link, Family family);
+
+// Adds or takes away one address. Throws SystemFailure.
+void AddAddress(Socket& route, const Link& link, const AssignedAddress& address);
+void RemoveAddress(Socket& route, const Link& link, const AssignedAddress& address);
+
+// A default route of the main table through one interface.
+struct DefaultRoute {
+    IpAddress gateway;
+    std::uint32_t metric = 0;
+    std::uint8_t protocol = 0;  // who made it: RTPROT_STATIC, RTPROT_RA, ...
+};
+
+// The default routes through one interface, the lowest metric first. Those without a gateway are
+// left out. Throws SystemFailure.
+std::vector<DefaultRoute> ReadDefaultRoutes(Socket& route, const Link& link, Family family);
+
+// Adds or takes away one. Throws SystemFailure.
+void AddDefaultRoute(Socket& route, const Link& link, const DefaultRoute& added);
+void RemoveDefaultRoute(Socket& route, const Link& link, const DefaultRoute& removed);
+
+}  // namespace tavrolinux

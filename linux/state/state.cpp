@@ -1,0 +1,111 @@
+#include "linux/state/state.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <optional>
+#include <system_error>
+
+#include "library/json/place.h"
+#include "library/platform/environment.h"
+#include "library/platform/file.h"
+#include "library/text/text.h"
+#include "linux/state/state_json.h"
+#include "linux/system/attribute.h"
+#include "linux/system/failure.h"
+#include "linux/system/wipe.h"
+
+namespace tavrolinux {
+namespace {
+
+namespace platform = tavrolib::platform;
+
+constexpr std::chrono::seconds LockPatience{10};
+constexpr const char* FolderName = "tavrocli";
+constexpr const char* FileName = "state.json";
+constexpr const char* Action = "using the state of this library";
+
+void WipeSecrets(tavroapi::LoginOptions& login) {
+    Wipe(login.targetSecret);
+    Wipe(login.initiatorSecret);
+}
+
+std::string BootId(const Roots& roots) {
+    return ReadAttribute(roots.proc / "sys/kernel/random/boot_id");
+}
+
+// Who may not look into the folder is told which right that takes, whatever is in it.
+void WantAccess(const std::filesystem::path& path, int mode) {
+    if (::access(path.c_str(), mode) != 0 && errno == EACCES) {
+        throw SystemFailure(EACCES, Action, FileRight);
+    }
+}
+
+State ReadFile(const std::filesystem::path& file, const std::string& bootId) {
+    State state;
+    state.bootId = bootId;
+    std::optional<std::string> text = platform::ReadWholeFile(file);
+    if (!text) {
+        return state;
+    }
+    const WipeAtEnd wipe(*text);
+    State kept = StateFromText(*text);
+    if (kept.bootId != bootId) {
+        kept.bootId = bootId;
+        for (auto& [name, interface] : kept.interfaces) {
+            interface.baselines.clear();
+        }
+    }
+    return kept;
+}
+
+// Runs what works on the file, and makes one kind of failure of all.
+template <class Work>
+auto Guarded(const std::filesystem::path& file, Work work) {
+    try {
+        return work();
+    } catch (const platform::FileError& error) {
+        throw StateFailure(error.Text());
+    } catch (const tavrolib::ShapeError& error) {
+        throw StateFailure(platform::TextOf(file) + L": " + tavrolib::WideFromUtf8(error.what()));
+    }
+}
+
+}  // namespace
+
+State::~State() {
+    WipeSecrets(initiatorLogin);
+    for (auto& [name, interface] : interfaces) {
+        for (KeptPortal& portal : interface.portals) {
+            WipeSecrets(portal.login);
+        }
+        for (KeptLogin& login : interface.logins) {
+            WipeSecrets(login.login);
+        }
+    }
+}
+
+State StateStore::Read() const {
+    const std::filesystem::path file = roots_.variable / FolderName / FileName;
+    WantAccess(file.parent_path(), X_OK);
+    WantAccess(file, R_OK);
+    return Guarded(file, [&] { return ReadFile(file, BootId(roots_)); });
+}
+
+void StateStore::Change(const std::function<void(State&)>& change) const {
+    const std::filesystem::path folder = roots_.variable / FolderName;
+    const std::filesystem::path file = folder / FileName;
+    WantAccess(std::filesystem::exists(folder) ? folder : roots_.variable, W_OK | X_OK);
+    Guarded(file, [&] {
+        platform::MakeFolder(folder);
+        const platform::FileLock lock(folder / "lock", LockPatience);
+        State state = ReadFile(file, BootId(roots_));
+        change(state);
+        std::string text = TextFromState(state);
+        const WipeAtEnd wipe(text);
+        platform::ReplaceContent(file, text, platform::Readers::OwnerOnly);
+    });
+}
+
+}  // namespace tavrolinux

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "linux/state/state.h"
+
+namespace tavrolinux {
+
+// The state as the text of its file, and what such a text holds. Throws tavrolib::ShapeError that
+// names the place, and nothing of what stands there, for every other text.
+std::string TextFromState(const State& state);
+State StateFromText(std::string_view text);
+
+}  // namespace tavrolinux

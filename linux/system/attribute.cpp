@@ -1,0 +1,91 @@
+#include "linux/system/attribute.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+#include <system_error>
+
+#include "linux/system/descriptor.h"
+
+namespace tavrolinux {
+namespace {
+
+constexpr std::string_view Blanks = " \t\r\n";
+
+std::string Trimmed(std::string text) {
+    const auto first = text.find_first_not_of(Blanks);
+    if (first == std::string::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
+}
+
+}  // namespace
+
+std::optional<std::string> ReadBytes(const std::filesystem::path& file) {
+    // Nothing but a regular file is one of the kernel's, and only that never makes its reader wait.
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) {
+        return std::nullopt;
+    }
+    const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!descriptor) {
+        return std::nullopt;
+    }
+    std::string bytes(LongestAttribute, '\0');
+    std::size_t size = 0;
+    while (size < bytes.size()) {
+        const ssize_t got = ::read(descriptor.Get(), bytes.data() + size, bytes.size() - size);
+        if (got < 0) {
+            return std::nullopt;
+        }
+        if (got == 0) {
+            break;
+        }
+        size += static_cast<std::size_t>(got);
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+std::string ReadAttribute(const std::filesystem::path& file) {
+    return Trimmed(ReadBytes(file).value_or(std::string()));
+}
+
+std::optional<std::uint64_t> ReadNumber(const std::filesystem::path& file) {
+    const std::string text = ReadAttribute(file);
+    const bool isHexadecimal = text.starts_with("0x");
+    const char* const first = text.data() + (isHexadecimal ? 2 : 0);
+    const char* const last = text.data() + text.size();
+    std::uint64_t number = 0;
+    const auto [stop, error] = std::from_chars(first, last, number, isHexadecimal ? 16 : 10);
+    return error == std::errc() && stop == last ? std::optional(number) : std::nullopt;
+}
+
+std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        names.push_back(entry->path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::string LinkedName(const std::filesystem::path& link) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::read_symlink(link, error);
+    return error ? std::string() : target.filename().string();
+}
+
+std::optional<std::filesystem::path> Resolved(const std::filesystem::path& link) {
+    std::error_code error;
+    std::filesystem::path target = std::filesystem::canonical(link, error);
+    return error ? std::nullopt : std::optional(std::move(target));
+}
+
+}  // namespace tavrolinux

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+// Reading what the kernel tells in files: one value each, in folders of sysfs and procfs.
+namespace tavrolinux {
+
+// What is read of one file at most. No attribute is longer than a page; a device's product data can
+// have 32 KiB.
+inline constexpr std::size_t LongestAttribute = std::size_t{64} << 10;
+
+// The bytes of the file, at most LongestAttribute of them; nothing when there is no such file, or
+// it cannot be read. Many attributes of a device refuse to be read while it is down.
+std::optional<std::string> ReadBytes(const std::filesystem::path& file);
+
+// The text of an attribute without the blanks and line ends around it; empty when it cannot be
+// read.
+std::string ReadAttribute(const std::filesystem::path& file);
+
+// The number that an attribute holds, in decimal or, behind "0x", in hexadecimal; nothing when it
+// cannot be read or holds anything else.
+std::optional<std::uint64_t> ReadNumber(const std::filesystem::path& file);
+
+// The names in the folder, in order; empty when it cannot be read.
+std::vector<std::string> NamesIn(const std::filesystem::path& folder);
+
+// The last name of what the symbolic link leads to ("ixgbe" of a device's link "driver"); empty
+// when there is no such link.
+std::string LinkedName(const std::filesystem::path& link);
+
+// The folder that the link leads to, without links; nothing when it leads nowhere.
+std::optional<std::filesystem::path> Resolved(const std::filesystem::path& link);
+
+}  // namespace tavrolinux

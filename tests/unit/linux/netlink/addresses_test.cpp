@@ -1,0 +1,34 @@
+#include "linux/netlink/addresses.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tavrolinux {
+namespace {
+
+using testing::Optional;
+
+TEST(IpAddress, IsReadAndWrittenAsUsual) {
+    EXPECT_EQ(TextOf(IpAddressFrom("192.0.2.1").value()), "192.0.2.1");
+    EXPECT_EQ(TextOf(IpAddressFrom("2001:DB8:0::1").value()), "2001:db8::1");
+    EXPECT_EQ(IpAddressFrom("192.0.2"), std::nullopt);
+    EXPECT_EQ(IpAddressFrom("192.0.2.1 "), std::nullopt);
+    EXPECT_EQ(IpAddressFrom(""), std::nullopt);
+    EXPECT_TRUE(IpAddressFrom("0.0.0.0")->IsZero());
+    EXPECT_TRUE(IpAddressFrom("0000:0000:0000:0000:0000:0000:0000:0000")->IsZero());
+    EXPECT_FALSE(IpAddressFrom("0.0.0.1")->IsZero());
+}
+
+TEST(Mask, IsAPrefixOfOnes) {
+    EXPECT_EQ(MaskText(0), "0.0.0.0");
+    EXPECT_EQ(MaskText(20), "255.255.240.0");
+    EXPECT_EQ(MaskText(32), "255.255.255.255");
+    EXPECT_THAT(PrefixLengthOf(IpAddressFrom("255.255.240.0").value()), Optional(20U));
+    EXPECT_THAT(PrefixLengthOf(IpAddressFrom("0.0.0.0").value()), Optional(0U));
+    EXPECT_EQ(PrefixLengthOf(IpAddressFrom("255.0.255.0").value()), std::nullopt);
+    EXPECT_EQ(PrefixLengthOf(IpAddressFrom("0.0.0.255").value()), std::nullopt);
+    EXPECT_EQ(PrefixLengthOf(IpAddressFrom("ffff::").value()), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tavrolinux
