@@ -79,6 +79,11 @@ Outcome UnknownPort(const std::string& adapter, const std::string& port) {
                    ListAdapters, L"adapter " + Quoted(adapter) + L", port " + Quoted(port));
 }
 
+Outcome NotAnAddress(Status status, const std::string& text) {
+    return Refused(status, L"The text is not an IP address.", L"Give an IPv4 or IPv6 address.",
+                   L"address " + Quoted(text));
+}
+
 Outcome CheckArguments(const Call& call) {
     if (call.entryPoint == EntryPoint::DoOperation) {
         return CheckRecords(call);

@@ -29,6 +29,9 @@ Outcome UnknownIdentifier(const std::string& request, FunctionKind kind = Functi
 Outcome UnknownAdapter(const std::string& name);
 Outcome UnknownPort(const std::string& adapter, const std::string& port);
 
+// The refusal of a text in the place of an IP address.
+Outcome NotAnAddress(Status status, const std::string& text);
+
 // Done when the call has everything that it needs to be served: for DoOperation a described
 // operation and its records, else what it fills in. Otherwise the refusal.
 Outcome CheckArguments(const Call& call);

@@ -51,6 +51,7 @@ enum class Status : std::uint32_t {
     // TCP/IP settings.
     AddressInUse = 37377,
     NoLease = 37378,
+    AddressInvalid = 37379,
 
     // Adapter settings of Ethernet functions.
     SettingValueRefused = 37440,

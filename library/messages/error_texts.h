@@ -36,6 +36,14 @@ inline constexpr ErrorTextRow CommonErrorTexts[] = {
      L"トレースに、書き込めるファイルの名前を指定してください。",
      L"请为跟踪指定可写入的文件的名称。"},
 
+    // Addresses.
+    {L"The text is not an IP address.",
+     L"テキストが IP アドレスではありません。",
+     L"该文本不是 IP 地址。"},
+    {L"Give an IPv4 or IPv6 address.",
+     L"IPv4 または IPv6 アドレスを指定してください。",
+     L"请指定 IPv4 或 IPv6 地址。"},
+
     // Adapters and ports.
     {L"There is no adapter of this name.",
      L"この名前のアダプターはありません。",

@@ -51,6 +51,27 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
     // Ethernet ports.
 
     // TCP/IP.
+    {L"Set it up with the host's network manager.",
+     L"ホストのネットワークマネージャーで設定してください。",
+     L"请使用主机的网络管理器进行设置。"},
+    {L"The text is no subnet mask or prefix length.",
+     L"テキストがサブネットマスクでもプレフィックス長でもありません。",
+     L"该文本不是子网掩码或前缀长度。"},
+    {L"Give a mask of leading ones, such as 255.255.255.0.",
+     L"255.255.255.0 のように、先頭から 1 が続くマスクを指定してください。",
+     L"请指定前导位为 1 的掩码，例如 255.255.255.0。"},
+    {L"A network manager owns this interface.",
+     L"このインターフェースはネットワークマネージャーが管理しています。",
+     L"此接口由网络管理器管理。"},
+    {L"Change the address there, or take the interface out of its hands.",
+     L"アドレスをそちらで変更するか、インターフェースを管理対象から外してください。",
+     L"请在其中更改地址，或将该接口移出其管理范围。"},
+    {L"The address belongs to the interface.",
+     L"アドレスはインターフェースに属しています。",
+     L"该地址属于接口。"},
+    {L"Use \"tavrocli -ethernet <MAC> -modifytcpip\".",
+     L"「tavrocli -ethernet <MAC> -modifytcpip」を使用してください。",
+     L"请使用“tavrocli -ethernet <MAC> -modifytcpip”。"},
 
     // iSCSI.
 

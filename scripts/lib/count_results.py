@@ -17,6 +17,7 @@ NEEDS = (
     "not run here: needs root, or a user namespace with other users",
     "not run here: needs a file system with access lists",
     "not run here: needs node and tree-sitter-powershell from npm",
+    "not run here: needs a network and mount namespace of its own",
     "not run here: needs to mount and to change the root, as root or in a user namespace",
 )
 

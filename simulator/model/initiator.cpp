@@ -53,8 +53,7 @@ std::optional<std::uint32_t> RepliesFrom(const Host& host, const std::string& ad
 Outcome PingFromIscsiPort(const Viewed<IscsiPart>& at, const IscsiPingRequest& ping,
                           IscsiPingResult& result) {
     if (!IpAddressFrom(ping.address)) {
-        return Refused(Status::InvalidPingAddress, L"The text is not an IP address.",
-                       L"Give an IPv4 or IPv6 address.", L"address " + Quoted(ping.address));
+        return tavrolib::NotAnAddress(Status::InvalidPingAddress, ping.address);
     }
     std::uint32_t count = 0;
     std::from_chars(ping.count.data(), ping.count.data() + ping.count.size(), count);

@@ -1,0 +1,51 @@
+"""Holds the tests to a network namespace of their own, and gives each a machine without interfaces."""
+
+import os
+import pathlib
+import shutil
+
+import pytest
+
+from machine import BUILDS, Machine
+
+NO_NAMESPACE = "not run here: needs a network and mount namespace of its own"
+
+
+def own_network():
+    return str(os.stat("/proc/self/ns/net").st_ino)
+
+
+def pytest_configure(config):
+    outer = os.environ.get("TAVRO_OUTER_NETWORK", "")
+    if not outer or (outer == own_network() and "TAVRO_NO_NAMESPACE" not in os.environ):
+        raise pytest.UsageError("these tests change network interfaces; run them with tests/linux/run")
+
+
+def pytest_collection_modifyitems(items):
+    if "TAVRO_NO_NAMESPACE" in os.environ:
+        for item in items:
+            item.add_marker(pytest.mark.skip(reason=NO_NAMESPACE))
+
+
+def empty(folder):
+    for path in pathlib.Path(folder).glob("*"):
+        if path.is_dir() and not path.is_symlink():
+            shutil.rmtree(path)
+        else:
+            path.unlink()
+
+
+@pytest.fixture(params=BUILDS)
+def machine(request, tmp_path):
+    """A machine with nothing but its loopback interface, and nothing kept of earlier tests."""
+    made = Machine(request.param, tmp_path)
+    yield made
+    made.stop_all()
+    for link in made.ip("link"):
+        if link["ifname"] != "lo":
+            # The other end of a pair goes with the first.
+            made.try_ip("link", "delete", link["ifname"])
+    for folder in ("/run", "/var/lib"):
+        empty(folder)
+    shutil.rmtree("/etc/iscsi", ignore_errors=True)
+    shutil.rmtree("/etc/network", ignore_errors=True)

@@ -1,0 +1,103 @@
+"""The machine that the tests run on: the programs beside the library for Linux hosts, and the tools whose word counts."""
+
+import json
+import os
+import pathlib
+import re
+import subprocess
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+BUILDS = ("native", "sanitize")
+TIME_LIMIT = 60  # seconds; a hanging program ends in a failure
+NOBODY = 65534
+RULE = re.compile(r"^[\t -]*-{20,}$")
+
+
+def rows_of(screen):
+    """The labelled rows of a screen, in order: (label, value)."""
+    rows = []
+    for line in screen.splitlines():
+        label, separator, value = line.partition(":")
+        if separator and not RULE.match(line):
+            rows.append((label.strip(), value.strip()))
+    return rows
+
+
+class Machine:
+    """Runs the programs of one build, and changes and asks the network namespace."""
+
+    def __init__(self, build, folder):
+        self.programs = ROOT / "build" / build / "linux"
+        self.folder = folder
+        self.environment = {"PATH": os.environ["PATH"], "LANG": "C.UTF-8", "HOME": str(folder)}
+        self.processes = []
+
+    def start(self, *command, **options):
+        """Starts a program that is ended with the test."""
+        process = subprocess.Popen([str(part) for part in command], **options)
+        self.processes.append(process)
+        return process
+
+    def stop_all(self):
+        for process in self.processes:
+            process.kill()
+            process.wait()
+
+    def run(self, program, *arguments, typed="", user=None, environment=None):
+        command = [str(self.programs / program), *map(str, arguments)]
+        who = {"user": user, "group": user, "extra_groups": []} if user is not None else {}
+        return subprocess.run(
+            command, cwd=self.folder, env=self.environment | (environment or {}), input=typed.encode(),
+            capture_output=True, timeout=TIME_LIMIT, check=False, **who,
+        )
+
+    def cli(self, *arguments, **options):
+        """What tavrocli prints; it ends with 0 whatever comes of the command."""
+        result = self.run("tavrocli", *arguments, **options)
+        assert result.returncode == 0 and result.stderr == b"", result
+        return result.stdout.decode()
+
+    def rows(self, *arguments, **options):
+        return dict(rows_of(self.cli(*arguments, **options)))
+
+    def ip(self, *arguments):
+        text = subprocess.run(["ip", "-j", "-d", *arguments], capture_output=True, check=True, text=True).stdout
+        return json.loads(text) if text.strip() else []
+
+    def do(self, *command):
+        """Runs a tool that must succeed."""
+        subprocess.run(list(map(str, command)), check=True, capture_output=True, timeout=TIME_LIMIT)
+
+    def try_ip(self, *arguments):
+        subprocess.run(["ip", *arguments], check=False, capture_output=True)
+
+    def ethtool(self, *arguments):
+        """The JSON that ethtool tells of one interface."""
+        text = subprocess.run(["ethtool", "--json", *arguments], capture_output=True, check=True, text=True).stdout
+        return json.loads(text)[0]
+
+    def link(self, name):
+        return self.ip("link", "show", "dev", name)[0]
+
+    def mac(self, name):
+        return self.link(name)["address"].upper().replace(":", "-")
+
+    def add_pair(self, name="va", peer="vb", *options):
+        """Two veth interfaces that are up; the MAC of the first."""
+        self.do("ip", "link", "add", name, *options, "type", "veth", "peer", "name", peer)
+        self.do("ip", "link", "set", name, "up")
+        self.do("ip", "link", "set", peer, "up")
+        return self.mac(name)
+
+    def global_addresses(self, name, family):
+        """Address and prefix length of every global address, in the kernel's order."""
+        told = self.ip(family, "addr", "show", "dev", name)
+        return [
+            (entry["local"], entry["prefixlen"])
+            for link in told for entry in link.get("addr_info", []) if entry.get("scope") == "global"
+        ]
+
+    def gateways(self, name, family):
+        return [
+            route["gateway"] for route in self.ip(family, "route", "show", "default", "dev", name) if "gateway" in route
+        ]
