@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <string>
 
+#include "linux/netlink/routes.h"
+
 namespace tavrolinux {
 namespace {
 
@@ -30,9 +32,9 @@ FamilySettings ReadFamily(Socket& route, const Link& link, Family family) {
     if (linkLocal != addresses.end()) {
         settings.linkLocal = TextOf(linkLocal->address);
     }
-    const std::vector<DefaultRoute> routes = ReadDefaultRoutes(route, link, family);
-    if (!routes.empty()) {
-        settings.gateway = routes.front().gateway;
+    const std::vector<Route> routes = ReadRoutes(route, link, family);
+    if (const Route* const counting = DefaultRoute(routes)) {
+        settings.gateway = *counting->gateway;
     }
     return settings;
 }

@@ -17,23 +17,6 @@ namespace {
 constexpr std::size_t OctetsOfIPv4 = 4;
 constexpr std::uint32_t BitsOfIPv4 = 32;
 
-std::uint8_t SystemFamily(Family family) {
-    return family == Family::IPv4 ? AF_INET : AF_INET6;
-}
-
-std::span<const std::uint8_t> OctetsOf(const IpAddress& address) {
-    return {address.octets.data(),
-            address.family == Family::IPv4 ? OctetsOfIPv4 : address.octets.size()};
-}
-
-IpAddress AddressFrom(Family family, const nlattr& attribute) {
-    IpAddress address{family, {}};
-    const auto bytes = BytesOf(attribute);
-    std::copy_n(bytes.begin(), std::min(bytes.size(), address.octets.size()),
-                address.octets.begin());
-    return address;
-}
-
 Message AddressRequest(int type, int flags, const Link& link, Family family,
                        std::uint32_t prefixLength = 0, std::uint8_t scope = 0) {
     Message message(type, flags);
@@ -54,28 +37,24 @@ Message ChangeOfAddress(int type, int flags, const Link& link, const AssignedAdd
     return message;
 }
 
-Message RouteRequest(int type, int flags, Family family, std::uint8_t protocol = RTPROT_UNSPEC) {
-    Message message(type, flags);
-    rtmsg header{};
-    header.rtm_family = SystemFamily(family);
-    header.rtm_table = RT_TABLE_MAIN;
-    header.rtm_protocol = protocol;
-    header.rtm_type = RTN_UNICAST;
-    message.Append(header);
-    return message;
-}
-
-Message ChangeOfRoute(int type, int flags, const Link& link, const DefaultRoute& changed) {
-    Message message = RouteRequest(type, flags, changed.gateway.family, changed.protocol);
-    message.Put(RTA_GATEWAY, OctetsOf(changed.gateway));
-    message.PutNumber32(RTA_OIF, static_cast<std::uint32_t>(link.index));
-    if (changed.metric != 0) {
-        message.PutNumber32(RTA_PRIORITY, changed.metric);
-    }
-    return message;
-}
-
 }  // namespace
+
+std::uint8_t SystemFamily(Family family) {
+    return family == Family::IPv4 ? AF_INET : AF_INET6;
+}
+
+std::span<const std::uint8_t> OctetsOf(const IpAddress& address) {
+    return {address.octets.data(),
+            address.family == Family::IPv4 ? OctetsOfIPv4 : address.octets.size()};
+}
+
+IpAddress AddressFrom(Family family, const nlattr& attribute) {
+    IpAddress address{family, {}};
+    const auto bytes = BytesOf(attribute);
+    std::copy_n(bytes.begin(), std::min(bytes.size(), address.octets.size()),
+                address.octets.begin());
+    return address;
+}
 
 bool IpAddress::IsZero() const {
     return std::ranges::all_of(octets, [](std::uint8_t octet) { return octet == 0; });
@@ -165,58 +144,6 @@ void AddAddress(Socket& route, const Link& link, const AssignedAddress& address)
 void RemoveAddress(Socket& route, const Link& link, const AssignedAddress& address) {
     route.Request(ChangeOfAddress(RTM_DELADDR, 0, link, address),
                   "taking the address " + TextOf(address.address) + " from " + link.name);
-}
-
-std::vector<DefaultRoute> ReadDefaultRoutes(Socket& route, const Link& link, Family family) {
-    std::vector<DefaultRoute> routes;
-    const auto take = [&](const nlmsghdr& message) {
-        const auto header = HeaderOf<rtmsg>(message);
-        if (header.rtm_family != SystemFamily(family) || header.rtm_dst_len != 0 ||
-            header.rtm_type != RTN_UNICAST) {
-            return;
-        }
-        std::uint32_t table = header.rtm_table;
-        std::uint32_t interface = 0;
-        std::optional<IpAddress> gateway;
-        DefaultRoute told;
-        told.protocol = header.rtm_protocol;
-        ForEachAttribute(AttributesOf(message, sizeof header),
-                         [&](int type, const nlattr& attribute) {
-                             if (type == RTA_TABLE) {
-                                 table = static_cast<std::uint32_t>(NumberOf(attribute));
-                             } else if (type == RTA_OIF) {
-                                 interface = static_cast<std::uint32_t>(NumberOf(attribute));
-                             } else if (type == RTA_GATEWAY) {
-                                 gateway = AddressFrom(family, attribute);
-                             } else if (type == RTA_PRIORITY) {
-                                 told.metric = static_cast<std::uint32_t>(NumberOf(attribute));
-                             }
-                         });
-        if (table == RT_TABLE_MAIN && interface == static_cast<std::uint32_t>(link.index) &&
-            gateway) {
-            told.gateway = *gateway;
-            routes.push_back(told);
-        }
-    };
-    Message request(RTM_GETROUTE, NLM_F_DUMP);
-    rtmsg header{};
-    header.rtm_family = SystemFamily(family);
-    header.rtm_table = RT_TABLE_MAIN;
-    request.Append(header);
-    request.PutNumber32(RTA_OIF, static_cast<std::uint32_t>(link.index));
-    route.Request(request, "reading the routes of " + link.name, take, [&] { routes.clear(); });
-    std::ranges::stable_sort(routes, {}, &DefaultRoute::metric);
-    return routes;
-}
-
-void AddDefaultRoute(Socket& route, const Link& link, const DefaultRoute& added) {
-    route.Request(ChangeOfRoute(RTM_NEWROUTE, NLM_F_CREATE | NLM_F_EXCL, link, added),
-                  "adding the gateway " + TextOf(added.gateway) + " of " + link.name);
-}
-
-void RemoveDefaultRoute(Socket& route, const Link& link, const DefaultRoute& removed) {
-    route.Request(ChangeOfRoute(RTM_DELROUTE, 0, link, removed),
-                  "taking the gateway " + TextOf(removed.gateway) + " from " + link.name);
 }
 
 }  // namespace tavrolinux

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,7 +11,7 @@
 #include "linux/netlink/links.h"
 #include "linux/netlink/socket.h"
 
-// The IP addresses of interfaces, and the default routes through them.
+// The IP addresses of interfaces.
 namespace tavrolinux {
 
 enum class Family { IPv4, IPv6 };
@@ -23,6 +24,11 @@ struct IpAddress {
     bool operator==(const IpAddress&) const = default;
     bool IsZero() const;
 };
+
+// The system's number of the family, and how an address is put into a message and read from one.
+std::uint8_t SystemFamily(Family family);
+std::span<const std::uint8_t> OctetsOf(const IpAddress& address);
+IpAddress AddressFrom(Family family, const nlattr& attribute);
 
 // The address that the text writes as usual, without a zone; nothing for every other text.
 std::optional<IpAddress> IpAddressFrom(std::string_view text);
@@ -51,20 +57,5 @@ std::vector<AssignedAddress> ReadAddresses(Socket& route, const Link& link, Fami
 // Adds or takes away one address. Throws SystemFailure.
 void AddAddress(Socket& route, const Link& link, const AssignedAddress& address);
 void RemoveAddress(Socket& route, const Link& link, const AssignedAddress& address);
-
-// A default route of the main table through one interface.
-struct DefaultRoute {
-    IpAddress gateway;
-    std::uint32_t metric = 0;
-    std::uint8_t protocol = 0;  // who made it: RTPROT_STATIC, RTPROT_RA, ...
-};
-
-// The default routes through one interface, the lowest metric first. Those without a gateway are
-// left out. Throws SystemFailure.
-std::vector<DefaultRoute> ReadDefaultRoutes(Socket& route, const Link& link, Family family);
-
-// Adds or takes away one. Throws SystemFailure.
-void AddDefaultRoute(Socket& route, const Link& link, const DefaultRoute& added);
-void RemoveDefaultRoute(Socket& route, const Link& link, const DefaultRoute& removed);
 
 }  // namespace tavrolinux

@@ -1,12 +1,11 @@
 #include "linux/tcpip/static_settings.h"
 
-#include <linux/rtnetlink.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
 
 #include "linux/inventory/ip_settings.h"
+#include "linux/netlink/routes.h"
 #include "linux/system/failure.h"
 
 namespace tavrolinux {
@@ -16,8 +15,8 @@ bool IsSame(const AssignedAddress& a, const AssignedAddress& b) {
     return a.address == b.address && a.prefixLength == b.prefixLength;
 }
 
-bool IsSame(const DefaultRoute& a, const DefaultRoute& b) {
-    return a.gateway == b.gateway && a.metric == b.metric;
+bool IsSame(const Route& a, const Route& b) {
+    return a.IsSame(b);
 }
 
 template <class Thing>
@@ -33,10 +32,10 @@ class Change {
           link_(link),
           family_(family),
           addresses_(ReadAddresses(route, link, family)),
-          routes_(ReadDefaultRoutes(route, link, family)) {}
+          routes_(ReadRoutes(route, link, family)) {}
 
-    // The kernel takes addresses away that it holds for secondary to the one that goes, and routes
-    // that are not reachable without it.
+    // With an address the kernel takes away those that it holds for secondary to it, and with the
+    // last address all routes. Those that can still be are made anew.
     void ReplaceAddress(const std::optional<AssignedAddress>& wanted) {
         const std::optional<AssignedAddress> shown = ShownAddress(addresses_);
         const bool stays = shown && wanted && shown->isPermanent && IsSame(*shown, *wanted);
@@ -46,8 +45,7 @@ class Change {
         if (shown) {
             RemoveAddress(route_, link_, *shown);
         }
-        std::vector<AssignedAddress> now = ReadAddresses(route_, link_, family_);
-        if (wanted && !Holds(now, *wanted)) {
+        if (wanted && !Holds(ReadAddresses(route_, link_, family_), *wanted)) {
             AddAddress(route_, link_, *wanted);
         }
         for (const AssignedAddress& other : addresses_) {
@@ -58,43 +56,46 @@ class Change {
     }
 
     void ReplaceGateway(const IpAddress& gateway) {
-        const std::optional<DefaultRoute> shown =
-            routes_.empty() ? std::nullopt : std::optional(routes_.front());
-        const DefaultRoute wanted{gateway, shown ? shown->metric : 0, RTPROT_STATIC};
-        const std::vector<DefaultRoute> now = ReadDefaultRoutes(route_, link_, family_);
-        const bool stays = !gateway.IsZero() && Holds(now, wanted);
-        if (shown && Holds(now, *shown) && !(stays && IsSame(*shown, wanted))) {
-            RemoveDefaultRoute(route_, link_, *shown);
-        }
-        if (!gateway.IsZero() && !stays) {
-            AddDefaultRoute(route_, link_, wanted);
-        }
-        for (std::size_t other = 1; other < routes_.size(); ++other) {
-            if (!Holds(now, routes_[other])) {
-                TryToAdd(routes_[other]);
+        const Route* const shown = DefaultRoute(routes_);
+        const bool stays = shown != nullptr && shown->gateway == gateway;
+        const std::vector<Route> now = ReadRoutes(route_, link_, family_);
+        for (const Route& other : routes_) {
+            if (&other != shown && !Holds(now, other)) {
+                TryToRestore(other);
             }
+        }
+        if (shown != nullptr && !stays && Holds(now, *shown)) {
+            RemoveRoute(route_, link_, *shown);
+        }
+        if (!gateway.IsZero() && !(stays && Holds(now, *shown))) {
+            AddDefaultRoute(route_, link_, gateway, shown == nullptr ? 0 : shown->metric);
         }
     }
 
-    // Puts back what was there. Throws SystemFailure where the kernel does not do that either.
+    // Puts back what was there, in the order in which it was there. Throws SystemFailure where the
+    // kernel does not do that either.
     void Undo() {
-        for (const AssignedAddress& address : ReadAddresses(route_, link_, family_)) {
-            if (!Holds(addresses_, address)) {
-                RemoveAddress(route_, link_, address);
-            }
+        std::vector<AssignedAddress> now = ReadAddresses(route_, link_, family_);
+        const auto [differing, former] = std::ranges::mismatch(
+            now, addresses_,
+            [](const AssignedAddress& a, const AssignedAddress& b) { return IsSame(a, b); });
+        // The last one first, since others may go with an earlier one.
+        now.erase(now.begin(), differing);
+        for (auto address = now.rbegin(); address != now.rend(); ++address) {
+            RemoveAddress(route_, link_, *address);
         }
-        for (const AssignedAddress& address : addresses_) {
-            AddWhereMissing(address);
+        for (auto address = former; address != addresses_.end(); ++address) {
+            AddWhereMissing(*address);
         }
-        const std::vector<DefaultRoute> now = ReadDefaultRoutes(route_, link_, family_);
-        for (const DefaultRoute& added : now) {
+        const std::vector<Route> routesNow = ReadRoutes(route_, link_, family_);
+        for (const Route& added : routesNow) {
             if (!Holds(routes_, added)) {
-                RemoveDefaultRoute(route_, link_, added);
+                RemoveRoute(route_, link_, added);
             }
         }
-        for (const DefaultRoute& missing : routes_) {
-            if (!Holds(now, missing)) {
-                AddDefaultRoute(route_, link_, missing);
+        for (const Route& missing : routes_) {
+            if (!Holds(routesNow, missing)) {
+                RestoreRoute(route_, link_, missing);
             }
         }
     }
@@ -106,10 +107,10 @@ class Change {
         }
     }
 
-    // A gateway of the former network is not reachable any more.
-    void TryToAdd(const DefaultRoute& route) {
+    // What was reachable through the former network only cannot be reached any more.
+    void TryToRestore(const Route& former) {
         try {
-            AddDefaultRoute(route_, link_, route);
+            RestoreRoute(route_, link_, former);
         } catch (const SystemFailure&) {
             return;
         }
@@ -119,7 +120,7 @@ class Change {
     const Link& link_;
     Family family_;
     std::vector<AssignedAddress> addresses_;
-    std::vector<DefaultRoute> routes_;
+    std::vector<Route> routes_;
 };
 
 }  // namespace
