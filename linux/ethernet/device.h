@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "linux/inventory/machine.h"
+#include "linux/inventory/vpd.h"
+#include "linux/netlink/ethtool_device.h"
+#include "linux/netlink/ethtool_link.h"
+#include "linux/netlink/links.h"
+
+namespace tavrolinux {
+
+// What sysfs tells of the device that an interface stands on. An empty text is unknown.
+struct DeviceOnBus {
+    std::string bus;         // as the kernel calls it: "pci", "usb", "virtio"
+    std::string revision;    // of a PCI device: "01"
+    std::string width;       // how many lanes are in use: "8"
+    std::string speed;       // of a lane: "8.0 GT/s"
+    std::string interrupts;  // their kind, as the kernel calls it: "msix", "msi"
+    std::size_t interruptCount = 0;
+    std::uint64_t virtualFunctions = 0;         // that there can be
+    std::uint64_t presentVirtualFunctions = 0;  // that there are
+    std::optional<double> temperature;          // in degrees Celsius
+    ProductData product;
+};
+
+// All that the kernel tells of an Ethernet port and the device behind it, at one moment.
+struct EthernetDevice {
+    std::string adapterName;
+    std::optional<PciPlace> pci;
+    Link link;
+    std::optional<DeviceOnBus> onBus;
+    std::optional<DriverInformation> driver;
+    std::optional<LinkModes> linkModes;
+    std::optional<Pause> pause;
+    std::optional<std::uint8_t> connector;
+    std::optional<bool> isEnergyEfficient;
+    Features features;
+    std::optional<Rings> rings;
+    std::optional<Channels> channels;
+    std::optional<Coalescing> coalescing;
+    std::optional<NamedBits> wakeUp;
+    bool isWakeUpHidden = false;  // this process may not know it
+    NamedBits timeStamping;
+    std::size_t receiveQueues = 0;  // in use
+    std::size_t sendQueues = 0;
+};
+
+// Looks at the port anew. Throws SystemFailure, also where the interface is gone.
+EthernetDevice ReadEthernetDevice(Socket& route, Ethtool& ethtool, const Adapter& adapter,
+                                  const Interface& interface);
+
+// What the displays of the port and of its settings have in common.
+
+// "10 Gbps", "2.5 Gbps", "100 Mbps". The speed is in Mbit/s.
+std::string SpeedText(std::uint32_t speed);
+
+// The flow control as its setting calls it; "NA" where the device has none.
+std::string FlowControlText(const std::optional<Pause>& pause);
+
+// The address that somebody gave the port in place of its own; nothing where it has its own. A
+// port without one has a given address when the bits of the address say so.
+std::optional<EthernetAddress> AssignedAddressOf(const Link& link);
+
+// Of a port that has no such address.
+inline constexpr const char* NoAssignedAddress = "Not Present";
+
+}  // namespace tavrolinux
