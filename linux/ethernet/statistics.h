@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "linux/netlink/ethtool_device.h"
+#include "linux/netlink/ethtool_link.h"
+#include "linux/netlink/links.h"
+#include "tavroapi/ethernet_records.h"
+
+// The counters of a port, and what is counted of them since they were reset: the kernel's own
+// cannot be, so a reset remembers where they stood.
+namespace tavrolinux {
+
+using NamedCounters = std::map<std::string, std::uint64_t>;
+
+// All that is counted of the port, by names that the state keeps. Where kernel and device count
+// the same thing, what the device tells is taken: the kernel's stays 0 where the driver leaves it.
+NamedCounters CountersOf(const LinkCounters& link, const DeviceCounters& device,
+                         const std::optional<Pause>& pause);
+
+// Nothing where a counter stands below its baseline, which then belongs to an earlier life of the
+// device. A counter that the baseline lacks counts in full.
+std::optional<NamedCounters> CountedSince(const NamedCounters& baseline,
+                                          const NamedCounters& counters);
+
+// Fills in what is counted; what is not stays an empty text.
+void TellCounters(const NamedCounters& counters, tavroapi::EthernetPortStatistics& record);
+
+}  // namespace tavrolinux
