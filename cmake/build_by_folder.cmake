@@ -1,7 +1,7 @@
 # Some builds compile the sources of a folder as one, which saves reading the same headers again and again: a folder is
 # about one thing, so its sources can do without equal names. What a forgotten include breaks is still found: the
-# preset "native" compiles each source of the program, the libraries and the simulator by itself, "windows" each unit
-# test. What the platform's headers define as macros stays with those who include them.
+# preset "native" compiles each source of the program, the libraries and the simulator by itself, and
+# scripts/lib/check_includes.py has each unit test read by itself. What the platform's headers define as macros stays with those who include them.
 option(TAVRO_BUILD_BY_FOLDER "Compile the sources of a folder as one" OFF)
 
 # As the option says.
