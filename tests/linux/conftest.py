@@ -6,7 +6,7 @@ import shutil
 
 import pytest
 
-from machine import BUILDS, Machine
+from machine import BUILDS, Machine, programs_of
 
 NO_NAMESPACE = "not run here: needs a network and mount namespace of its own"
 
@@ -25,6 +25,18 @@ def pytest_collection_modifyitems(items):
     if "TAVRO_NO_NAMESPACE" in os.environ:
         for item in items:
             item.add_marker(pytest.mark.skip(reason=NO_NAMESPACE))
+
+
+def pytest_collection_finish(session):
+    """Names what has to be built for the tests that were chosen."""
+    if "TAVRO_NO_NAMESPACE" in os.environ:
+        return
+    wanted = {item.callspec.params.get("machine") for item in session.items if hasattr(item, "callspec")}
+    missing = [build for build in BUILDS if build in wanted and not (programs_of(build) / "tavro.dll").exists()]
+    if missing:
+        raise pytest.UsageError("; ".join(
+            f"{programs_of(build)} is missing: cmake --preset {build} && cmake --build --preset {build} --target linux_host"
+            for build in missing) + "; or choose one build: -k native")
 
 
 def empty(folder):

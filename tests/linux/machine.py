@@ -23,11 +23,16 @@ def rows_of(screen):
     return rows
 
 
+def programs_of(build):
+    """Where a build has put the programs and the library for Linux hosts."""
+    return ROOT / "build" / build / "linux"
+
+
 class Machine:
     """Runs the programs of one build, and changes and asks the network namespace."""
 
     def __init__(self, build, folder):
-        self.programs = ROOT / "build" / build / "linux"
+        self.programs = programs_of(build)
         self.folder = folder
         self.environment = {"PATH": os.environ["PATH"], "LANG": "C.UTF-8", "HOME": str(folder)}
         self.processes = []
