@@ -25,7 +25,7 @@ std::string Trimmed(std::string text) {
 
 }  // namespace
 
-std::optional<std::string> ReadBytes(const std::filesystem::path& file) {
+std::optional<std::string> ReadBytes(const std::filesystem::path& file, std::size_t longest) {
     // Nothing but a regular file is one of the kernel's, and only that never makes its reader wait.
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) {
@@ -35,7 +35,7 @@ std::optional<std::string> ReadBytes(const std::filesystem::path& file) {
     if (!descriptor) {
         return std::nullopt;
     }
-    std::string bytes(LongestAttribute, '\0');
+    std::string bytes(longest, '\0');
     std::size_t size = 0;
     while (size < bytes.size()) {
         const ssize_t got = ::read(descriptor.Get(), bytes.data() + size, bytes.size() - size);

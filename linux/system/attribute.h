@@ -14,9 +14,10 @@ namespace tavrolinux {
 // have 32 KiB.
 inline constexpr std::size_t LongestAttribute = std::size_t{64} << 10;
 
-// The bytes of the file, at most LongestAttribute of them; nothing when there is no such file, or
-// it cannot be read. Many attributes of a device refuse to be read while it is down.
-std::optional<std::string> ReadBytes(const std::filesystem::path& file);
+// The bytes of the file, at most `longest` of them; nothing when there is no such file, or it
+// cannot be read. Many attributes of a device refuse to be read while it is down.
+std::optional<std::string> ReadBytes(const std::filesystem::path& file,
+                                     std::size_t longest = LongestAttribute);
 
 // The text of an attribute without the blanks and line ends around it; empty when it cannot be
 // read.
