@@ -79,6 +79,12 @@ Outcome UnknownPort(const std::string& adapter, const std::string& port) {
                    ListAdapters, L"adapter " + Quoted(adapter) + L", port " + Quoted(port));
 }
 
+Outcome AddressOfInterface(const std::string& interface) {
+    return Refused(Status::NotOffered, L"The address belongs to the interface.",
+                   L"Use \"tavrocli -ethernet <MAC> -modifytcpip\".",
+                   L"interface " + Quoted(interface));
+}
+
 Outcome NotAnAddress(Status status, const std::string& text) {
     return Refused(status, L"The text is not an IP address.", L"Give an IPv4 or IPv6 address.",
                    L"address " + Quoted(text));

@@ -29,6 +29,9 @@ Outcome UnknownIdentifier(const std::string& request, FunctionKind kind = Functi
 Outcome UnknownAdapter(const std::string& name);
 Outcome UnknownPort(const std::string& adapter, const std::string& port);
 
+// The refusal to give an iSCSI function an address that its interface has, which is named.
+Outcome AddressOfInterface(const std::string& interface);
+
 // The refusal of a text in the place of an IP address.
 Outcome NotAnAddress(Status status, const std::string& text);
 

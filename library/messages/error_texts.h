@@ -44,6 +44,13 @@ inline constexpr ErrorTextRow CommonErrorTexts[] = {
      L"IPv4 または IPv6 アドレスを指定してください。",
      L"请指定 IPv4 或 IPv6 地址。"},
 
+    {L"The address belongs to the interface.",
+     L"アドレスはインターフェースに属しています。",
+     L"该地址属于接口。"},
+    {L"Use \"tavrocli -ethernet <MAC> -modifytcpip\".",
+     L"「tavrocli -ethernet <MAC> -modifytcpip」を使用してください。",
+     L"请使用“tavrocli -ethernet <MAC> -modifytcpip”。"},
+
     // Adapters and ports.
     {L"There is no adapter of this name.",
      L"この名前のアダプターはありません。",

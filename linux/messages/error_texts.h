@@ -66,12 +66,6 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
     {L"Change the address there, or take the interface out of its hands.",
      L"アドレスをそちらで変更するか、インターフェースを管理対象から外してください。",
      L"请在其中更改地址，或将该接口移出其管理范围。"},
-    {L"The address belongs to the interface.",
-     L"アドレスはインターフェースに属しています。",
-     L"该地址属于接口。"},
-    {L"Use \"tavrocli -ethernet <MAC> -modifytcpip\".",
-     L"「tavrocli -ethernet <MAC> -modifytcpip」を使用してください。",
-     L"请使用“tavrocli -ethernet <MAC> -modifytcpip”。"},
 
     // iSCSI.
 

@@ -103,9 +103,7 @@ Outcome SetEthernetTcpIp(const Place& at, TcpIpSettings& record) {
 }
 
 Outcome SetIscsiTcpIp(const Place& at, const TcpIpSettings& /*record*/) {
-    return Refused(Status::NotOffered, L"The address belongs to the interface.",
-                   L"Use \"tavrocli -ethernet <MAC> -modifytcpip\".",
-                   WideFromUtf8(at.interface.name));
+    return tavrolib::AddressOfInterface(at.interface.name);
 }
 
 Outcome ReadEthernetTcpIp(const Place& at, TcpIpSettings& record) {

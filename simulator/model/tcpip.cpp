@@ -34,14 +34,27 @@ const TcpIp* SettingsOf(const Function& function) {
                              : nullptr;
 }
 
-// The function other than `except` that has the address, IPv4 or IPv6.
+// A captured function that has no VLAN priority is one of an interface of its system: the system
+// has the VLANs, and the functions with that MAC share the interface's addresses.
+bool IsOfSystem(const Function& function) {
+    const TcpIp* const settings = SettingsOf(function);
+    return settings != nullptr && settings->vlanPriority.empty();
+}
+
+bool IsSameInterface(const Function& one, const Function& other) {
+    return IsOfSystem(one) && IsOfSystem(other) &&
+           NormalIdentifier(one.mac) == NormalIdentifier(other.mac);
+}
+
+// The function of another interface than that of `except` that has the address, IPv4 or IPv6.
 const Function* OwnerOf(const Host& host, const std::string& address, const Function& except) {
     const AddressMatch isTheSame(address);
     for (const Adapter& adapter : host.adapters) {
         for (const Port& port : adapter.ports) {
             for (const Function& function : port.functions) {
                 const TcpIp* settings = SettingsOf(function);
-                if (&function != &except && settings != nullptr &&
+                if (&function != &except && !IsSameInterface(function, except) &&
+                    settings != nullptr &&
                     (isTheSame(settings->address) || isTheSame(settings->addressIPv6))) {
                     return &function;
                 }
@@ -73,6 +86,13 @@ Outcome CheckUnused(const Host& host, const std::string& address, const Function
 void TakeOver(const std::string& field, std::string& setting) {
     if (!field.empty()) {
         setting = field;
+    }
+}
+
+// A setting that is empty is one that the function does not have.
+void TakeOverWhereItIs(const std::string& field, std::string& setting) {
+    if (!setting.empty()) {
+        TakeOver(field, setting);
     }
 }
 
@@ -123,11 +143,22 @@ Outcome ApplyIPv6(const Host& host, const Function& function, const TcpIpSetting
 
 void ApplyVlan(const TcpIpSettings& wanted, TcpIp& settings) {
     TakeOver(wanted.vlanEnabled == "No" ? "0" : wanted.vlanId, settings.vlanId);
-    TakeOver(wanted.vlanPriority, settings.vlanPriority);
-    TakeOver(wanted.maxFrameSize, settings.maxFrameSize);
+    TakeOverWhereItIs(wanted.vlanPriority, settings.vlanPriority);
+    TakeOverWhereItIs(wanted.maxFrameSize, settings.maxFrameSize);
+}
+
+// The Ethernet function of the port that is one interface with the function; null where none is.
+const Function* InterfaceOf(const Port& port, const Function& function) {
+    const auto found = std::ranges::find_if(port.functions, [&](const Function& other) {
+        return other.ethernet && IsSameInterface(other, function);
+    });
+    return found == port.functions.end() ? nullptr : &*found;
 }
 
 Outcome SetIscsiTcpIp(const Edited<IscsiPart>& at, const TcpIpSettings& wanted) {
+    if (const Function* const interface = InterfaceOf(at.port, at.function)) {
+        return tavrolib::AddressOfInterface(interface->ethernet->interfaceName);
+    }
     TcpIp& settings = at.part.tcpIp;
     ApplyVlan(wanted, settings);
     Outcome outcome = ApplyIPv4(at.host, at.function, wanted, settings);
@@ -147,8 +178,14 @@ Outcome SetEthernetTcpIp(const Edited<EthernetPart>& at, TcpIpSettings& wanted) 
         settings.pendingVlanId = std::exchange(settings.vlanId, vlanInForce);
     }
     wanted.result = settings.pendingVlanId ? tavroapi::AppliedAtRestart : 0;
-    return wanted.ipVersion == "1" ? ApplyIPv4(at.host, at.function, wanted, settings)
-                                   : ApplyIPv6(at.host, at.function, wanted, settings);
+    Outcome outcome = wanted.ipVersion == "1" ? ApplyIPv4(at.host, at.function, wanted, settings)
+                                              : ApplyIPv6(at.host, at.function, wanted, settings);
+    for (Function& other : at.port.functions) {
+        if (other.iscsi && IsSameInterface(other, at.function)) {
+            other.iscsi->tcpIp = settings;
+        }
+    }
+    return outcome;
 }
 
 // The link-local address that every interface forms from its MAC (modified EUI-64).

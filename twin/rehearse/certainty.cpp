@@ -6,7 +6,10 @@
 #include <string_view>
 #include <utility>
 
+#include "library/calls/call.h"
 #include "library/calls/operations.h"
+#include "simulator/answers/answer.h"
+#include "simulator/answers/captured_answers.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/model.h"
 #include "tavroapi/operation_code.h"
@@ -75,6 +78,9 @@ Reason DoubtAboutLease(const Rehearsed& at) {
     const Part* const after = PartNamed<Part>(at.after, at.operation.request);
     if (before == nullptr || after == nullptr) {
         return {};
+    }
+    if (before->tcpIp.vlanPriority.empty() && VlanOf(before->tcpIp) != VlanOf(after->tcpIp)) {
+        return "the host tells of no VLANs of this function";
     }
     const auto families = FamiliesOf(before->tcpIp, after->tcpIp);
     const auto any = [&](bool leases, bool isChanged) {
@@ -147,6 +153,45 @@ constexpr Reason Export = "the export is the library's own and was not tried";
 constexpr Reason Counters = "the counters of the host go on meanwhile";
 constexpr Reason Untried = "nobody has compared a twin and a host in this";
 
+// What an operation changes, and the operation that reads the same.
+struct Counterpart {
+    OperationCode changes;
+    OperationCode reads;
+};
+constexpr Counterpart Counterparts[] = {
+    {OperationCode::AddIsnsServer, OperationCode::ListIsnsServers},
+    {OperationCode::RemoveIsnsServer, OperationCode::ListIsnsServers},
+    {OperationCode::CreateVirtualPorts, OperationCode::ListVirtualPorts},
+    {OperationCode::DeleteVirtualPorts, OperationCode::ListVirtualPorts},
+    {OperationCode::WriteFip, OperationCode::ReadFip},
+    {OperationCode::WriteDcbConfig, OperationCode::ReadDcbConfig},
+    {OperationCode::WriteIscsiBoot, OperationCode::ReadIscsiBoot},
+    {OperationCode::WriteFcoeBoot, OperationCode::ReadFcoeBoot},
+    {OperationCode::WriteAdapterSettings, OperationCode::ReadAdapterSettings},
+    {OperationCode::WritePartitions, OperationCode::ReadPartitions},
+    {OperationCode::WritePersonality, OperationCode::ReadPersonality},
+};
+
+// A host that refused to tell something will hardly let it be changed.
+Reason DoubtAboutUntold(const Rehearsed& at) {
+    for (const auto& [changes, reads] : Counterparts) {
+        if (at.before.captured == nullptr ||
+            static_cast<std::uint32_t>(changes) != at.operation.code) {
+            continue;
+        }
+        tavrolib::Call reading;
+        reading.entryPoint = tavrolib::EntryPoint::DoOperation;
+        reading.operation = static_cast<std::uint32_t>(reads);
+        reading.described = tavrolib::FindOperation(*reading.operation);
+        reading.request = at.operation.request;
+        const tavrosim::Answer* const answer = at.before.captured->Find(reading);
+        if (answer != nullptr && answer->status != 0) {
+            return "the host refused to tell what this changes when it was captured";
+        }
+    }
+    return {};
+}
+
 struct DoubtRow {
     OperationCode code;
     Reason (*reason)(const Rehearsed&);
@@ -211,6 +256,9 @@ Reason ReasonOf(const Rehearsed& at) {
         reason = row->reason(at);
     } else if (!IsReading(at.operation.code)) {
         reason = Untried;
+    }
+    if (reason.empty()) {
+        reason = DoubtAboutUntold(at);
     }
     return reason.empty() && !at.operation.IsDone() ? DoubtAboutRefusal(at) : reason;
 }

@@ -184,6 +184,34 @@ TEST(Certainty, WhetherTheHostWasAskedIsNotToldAsAFact) {
     EXPECT_EQ(doubts[0].reason, "the host may not have been asked this when it was captured");
 }
 
+TEST(Certainty, WhatTheHostRefusedToTellItMayRefuseToChange) {
+    const auto hostWhoseDcbHasStatus = [](const char* status) {
+        return tavrosim::HostFromText(
+            R"({"name": "small", "adapters": [{"name": "A", "number": 0, "type": "CNA",
+              "partitionState": 1, "ports": [{"name": "Port 1", "functions": [
+                {"number": 0, "mac": "02-00-5E-10-00-00", "ethernet": {"interface": "eth0"}}]}]}],
+              "captured": {"host": {"name": "small", "adapters": []}, "answers": [
+                {"call": "DoOperation", "operation": 46, "request": "02-00-5E-10-00-00",
+                 "status": )" +
+            std::string(status) + "}]}}");
+    };
+    const Host refused = hostWhoseDcbHasStatus("4711");
+    EXPECT_THAT(DoubtsOf(OperationCode::WriteDcbConfig, refused, refused), SizeIs(1));
+    EXPECT_THAT(DoubtsOf(OperationCode::WriteFip, refused, refused), IsEmpty());
+    const Host told = hostWhoseDcbHasStatus("0");
+    EXPECT_THAT(DoubtsOf(OperationCode::WriteDcbConfig, told, told), IsEmpty());
+}
+
+TEST(Certainty, AHostWithoutAVlanPriorityMayHaveNoVlans) {
+    Host before = SmallHost();
+    PartOfHost<EthernetPart>(before).tcpIp.vlanPriority = "";
+    Host after = before;
+    PartOfHost<EthernetPart>(after).tcpIp.address = "192.0.2.9";
+    EXPECT_THAT(DoubtsOf(OperationCode::SetEthernetTcpIp, before, after), IsEmpty());
+    PartOfHost<EthernetPart>(after).tcpIp.pendingVlanId = "12";
+    EXPECT_THAT(DoubtsOf(OperationCode::SetEthernetTcpIp, before, after), SizeIs(1));
+}
+
 TEST(Certainty, ADoubtIsToldOnceForARequest) {
     const Host host = SmallHost();
     const auto code = static_cast<std::uint32_t>(OperationCode::LogInToTarget);
