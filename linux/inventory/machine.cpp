@@ -36,19 +36,20 @@ std::optional<Interface> InterfaceOf(const Roots& roots, const Link& link) {
     interface.name = link.name;
     interface.key = MacText(link.permanentAddress.value_or(*link.address));
     interface.folder = FolderOf(roots, link);
+    if (std::ranges::find(ListedKinds, link.kind) != ListedKinds.end()) {
+        interface.driver = link.kind;
+        return interface;
+    }
     const auto device =
         interface.folder.empty() ? std::nullopt : Resolved(interface.folder / "device");
-    if (device) {
-        interface.driver = LinkedName(*device / "driver");
-        interface.pci = PciPlaceOf(*device);
-        const auto port = ReadNumber(interface.folder / "dev_port");
-        interface.devicePort = static_cast<std::uint32_t>(port.value_or(0));
-        TakeFibreChannelHost(roots, interface);
-    } else if (std::ranges::find(ListedKinds, link.kind) != ListedKinds.end()) {
-        interface.driver = link.kind;
-    } else {
+    if (!device) {
         return std::nullopt;
     }
+    interface.driver = LinkedName(*device / "driver");
+    interface.pci = PciPlaceOf(*device);
+    const auto port = ReadNumber(interface.folder / "dev_port");
+    interface.devicePort = static_cast<std::uint32_t>(port.value_or(0));
+    TakeFibreChannelHost(roots, interface);
     return interface;
 }
 

@@ -6,18 +6,13 @@ import shutil
 
 import pytest
 
-from machine import BUILDS, Machine, programs_of
+from machine import BUILDS, Machine, is_own_network, programs_of
 
 NO_NAMESPACE = "not run here: needs a network and mount namespace of its own"
 
 
-def own_network():
-    return str(os.stat("/proc/self/ns/net").st_ino)
-
-
 def pytest_configure(config):
-    outer = os.environ.get("TAVRO_OUTER_NETWORK", "")
-    if not outer or (outer == own_network() and "TAVRO_NO_NAMESPACE" not in os.environ):
+    if "TAVRO_NO_NAMESPACE" not in os.environ and not is_own_network():
         raise pytest.UsageError("these tests change network interfaces; run them with tests/linux/run")
 
 
@@ -53,10 +48,7 @@ def machine(request, tmp_path):
     made = Machine(request.param, tmp_path)
     yield made
     made.stop_all()
-    for link in made.ip("link"):
-        if link["ifname"] != "lo":
-            # The other end of a pair goes with the first.
-            made.try_ip("link", "delete", link["ifname"])
+    made.remove_interfaces()
     for folder in ("/run", "/var/lib"):
         empty(folder)
     shutil.rmtree("/etc/iscsi", ignore_errors=True)
