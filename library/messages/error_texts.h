@@ -78,6 +78,32 @@ inline constexpr ErrorTextRow CommonErrorTexts[] = {
     {L"Run \"tavrocli -showadapter\" to see the identifiers of this host's functions.",
      L"このホストのファンクションの識別子は「tavrocli -showadapter」で表示できます。",
      L"运行“tavrocli -showadapter”可查看本主机各功能的标识符。"},
+
+    // Adapter settings of Ethernet functions.
+    {L"The setting cannot have this value.",
+     L"設定をこの値にすることはできません。",
+     L"该设置无法使用此值。"},
+    {L"Set it to one of its choices.",
+     L"選択肢のいずれかに設定してください。",
+     L"请设置为其选项之一。"},
+    {L"Set it to a multiple of its step within its range.",
+     L"範囲内にあるステップの倍数に設定してください。",
+     L"请设置为范围内步长的倍数。"},
+    {L"Set it to 0, or to a locally administered unicast address such as 02-00-5E-00-00-01.",
+     L"0、またはローカル管理のユニキャストアドレスに設定してください (例: 02-00-5E-00-00-01)。",
+     L"请设置为 0，或者设置为本地管理的单播地址（例如 02-00-5E-00-00-01）。"},
+    {L"The adapter does not have this setting.",
+     L"アダプターにこの設定はありません。",
+     L"适配器没有此设置。"},
+    {L"Run the command with \"-getadapinfo\" to see the settings of the adapter.",
+     L"アダプターの設定は、コマンドの「-getadapinfo」で表示できます。",
+     L"使用“-getadapinfo”运行命令可查看适配器的设置。"},
+    {L"This setting cannot be changed.",
+     L"この設定は変更できません。",
+     L"此设置无法更改。"},
+    {L"Leave it as it is.",
+     L"そのままにしてください。",
+     L"请保持原样。"},
 };
 // clang-format on
 

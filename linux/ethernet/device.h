@@ -65,7 +65,7 @@ std::string FlowControlText(const std::optional<Pause>& pause);
 // port without one has a given address when the bits of the address say so.
 std::optional<EthernetAddress> AssignedAddressOf(const Link& link);
 
-// Of a port that has no such address.
-inline constexpr const char* NoAssignedAddress = "Not Present";
+// In front of the data of a frame stand two addresses and its type, which the MTU does not count.
+inline constexpr std::uint32_t EthernetHeader = 14;
 
 }  // namespace tavrolinux

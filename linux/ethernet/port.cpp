@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "library/calls/setting_values.h"
 #include "linux/serve/operation.h"
 
 namespace tavrolinux {
@@ -11,9 +12,6 @@ namespace {
 using tavroapi::EthernetPortInfo;
 using tavroapi::OperationCode;
 namespace ethernet_port = tavroapi::ethernet_port;
-
-// In front of the data of a frame stand two addresses and its type.
-constexpr std::uint32_t EthernetHeader = 14;
 
 std::string AddressText(const std::optional<EthernetAddress>& address) {
     return address ? MacText(*address) : std::string();
@@ -84,7 +82,7 @@ constexpr PortFact Facts[] = {
     {ethernet_port::LocallyAdministeredAddress,
      [](const EthernetDevice& device) {
          const auto assigned = AssignedAddressOf(device.link);
-         return assigned ? MacText(*assigned) : std::string(NoAssignedAddress);
+         return assigned ? MacText(*assigned) : std::string(tavrolib::NoAssignedAddress);
      }},
     {ethernet_port::HardwareRevision,
      [](const EthernetDevice& device) {

@@ -39,12 +39,16 @@ void WriteFeatures(Ethtool& ethtool, const Link& link, const NamedBits& wanted);
 struct Amount {
     std::uint32_t present = 0;
     std::uint32_t largest = 0;
+
+    bool operator==(const Amount&) const = default;
 };
 
 // How many buffers a queue has.
 struct Rings {
     Amount receive;
     Amount send;
+
+    bool operator==(const Rings&) const = default;
 };
 
 std::optional<Rings> ReadRings(Ethtool& ethtool, const Link& link);
@@ -55,6 +59,8 @@ struct Channels {
     Amount receive;
     Amount send;
     Amount combined;
+
+    bool operator==(const Channels&) const = default;
 };
 
 std::optional<Channels> ReadChannels(Ethtool& ethtool, const Link& link);
@@ -66,6 +72,8 @@ void WriteChannels(Ethtool& ethtool, const Link& link, const Channels& wanted);
 struct Coalescing {
     std::optional<bool> isAdaptive;             // the device chooses; nothing where it cannot
     std::optional<std::uint32_t> receiveDelay;  // in microseconds
+
+    bool operator==(const Coalescing&) const = default;
 };
 
 std::optional<Coalescing> ReadCoalescing(Ethtool& ethtool, const Link& link);

@@ -15,6 +15,8 @@ struct LinkModes {
     std::optional<std::uint32_t> speed;  // in Mbit/s; nothing where the driver tells none
     bool isFullDuplex = false;
     NamedBits modes;  // those that the device has ("10000baseT/Full", "Autoneg"), set where offered
+
+    bool operator==(const LinkModes&) const = default;
 };
 
 // Nothing where the device has none.
@@ -34,6 +36,8 @@ struct Pause {
     bool sends = false;
     std::optional<std::uint64_t> framesReceived;  // where the driver counts them
     std::optional<std::uint64_t> framesSent;
+
+    bool operator==(const Pause&) const = default;
 };
 
 std::optional<Pause> ReadPause(Ethtool& ethtool, const Link& link);

@@ -1,14 +1,11 @@
 // The adapter settings of Ethernet functions: telling what they are and can be, and changing them.
 #include "simulator/host/ethernet_settings.h"
 
-#include <algorithm>
-#include <charconv>
-#include <map>
 #include <optional>
 #include <span>
 
 #include "library/calls/call.h"
-#include "library/text/text.h"
+#include "library/calls/setting_values.h"
 #include "simulator/answers/answer.h"
 #include "simulator/answers/captured_answers.h"
 #include "simulator/host/lookup.h"
@@ -22,26 +19,23 @@ namespace {
 
 using tavroapi::AdapterSetting;
 using tavroapi::OperationCode;
+using tavrolib::AutoNegotiation;
 using tavrolib::Call;
+using tavrolib::Directions;
+using tavrolib::OffAndOn;
+using tavrolib::SettingRange;
 
 // What a setting can be set to. Exactly one of the first three is there, none for a setting that
 // cannot be changed.
 struct SettingRule {
     std::span<const wchar_t* const> choices;
-    struct Range {
-        std::int32_t minimum = 0;
-        std::int32_t step = 0;
-        std::int32_t maximum = 0;
-    } range;
+    SettingRange range;
     bool isAddress = false;
 };
 
-constexpr const wchar_t* OffAndOn[] = {L"Disabled", L"Enabled"};
-constexpr const wchar_t* Directions[] = {L"Disabled", L"Rx Enabled", L"Tx Enabled",
-                                         L"Rx & Tx Enabled"};
 constexpr const wchar_t* FlowControlValues[] = {L"Disabled", L"Rx Enabled", L"Tx Enabled",
-                                                L"Rx & Tx Enabled", L"Auto Negotiation"};
-constexpr const wchar_t* Speeds[] = {L"Auto Negotiation", L"1 Gbps", L"10 Gbps"};
+                                                L"Rx & Tx Enabled", AutoNegotiation};
+constexpr const wchar_t* Speeds[] = {AutoNegotiation, L"1 Gbps", L"10 Gbps"};
 constexpr const wchar_t* PriorityAndVlan[] = {L"Disabled", L"Priority Enabled", L"VLAN Enabled",
                                               L"Priority & VLAN Enabled"};
 constexpr const wchar_t* JumboPackets[] = {L"1514", L"4088", L"9014"};
@@ -98,103 +92,12 @@ constexpr SettingRow SettingRows[] = {
     {30, &EthernetSettings::temperature, Fixed},
 };
 
-constexpr const char* NoAddress = "Not Present";
-
-// The choices of a list are numbered from 1, so that an answer without digits selects none.
 AdapterSetting Describe(const std::string& value, const SettingRule& rule) {
     AdapterSetting setting;
     setting.value = value;
-    std::int32_t key = 0;
-    for (const wchar_t* const choice : rule.choices) {
-        setting.choices[++key] = choice;
-    }
-    if (rule.range.step != 0) {
-        setting.choices = {
-            {rule.range.minimum, L"min"}, {rule.range.step, L"step"}, {rule.range.maximum, L"max"}};
-    }
+    setting.choices =
+        rule.range.step != 0 ? tavrolib::ChoicesOf(rule.range) : tavrolib::ListOf(rule.choices);
     return setting;
-}
-
-using Choices = decltype(AdapterSetting::choices);
-
-// A range is told by three choices, whose texts say which bound their key is.
-std::optional<SettingRule::Range> RangeOf(const Choices& choices) {
-    std::map<std::wstring, std::int32_t> bounds;
-    for (const auto& [bound, name] : choices) {
-        bounds.emplace(name, bound);
-    }
-    constexpr std::size_t BoundCount = 3;
-    if (choices.size() != BoundCount || !bounds.contains(L"min") || !bounds.contains(L"step") ||
-        !bounds.contains(L"max")) {
-        return std::nullopt;
-    }
-    return SettingRule::Range{bounds[L"min"], bounds[L"step"], bounds[L"max"]};
-}
-
-bool IsChoice(const std::string& value, const Choices& choices) {
-    return std::ranges::any_of(
-        choices, [&value](const auto& choice) { return WideFromUtf8(value) == choice.second; });
-}
-
-bool IsInRange(const std::string& value, const SettingRule::Range& range) {
-    std::int32_t number = 0;
-    const char* const end = value.data() + value.size();
-    const auto [stop, error] = std::from_chars(value.data(), end, number);
-    return error == std::errc() && stop == end && number >= range.minimum &&
-           number <= range.maximum && range.step > 0 && number % range.step == 0;
-}
-
-// Whether the text is a MAC whose bits say "one station" and "locally administered".
-bool IsAssignableAddress(const std::string& text) {
-    const std::string digits = NormalIdentifier(text);
-    return digits.size() == MacDigits &&
-           std::string_view("26ae").find(digits[1]) != std::string::npos;
-}
-
-std::wstring SettingDetails(const SettingRow& row) {
-    return L"setting " + std::to_wstring(row.number);
-}
-
-Outcome ValueIsRefused(const SettingRow& row, const std::string& value, ErrorText action,
-                       const std::wstring& allowed = {}) {
-    return Refused(Status::SettingValueRefused, L"The setting cannot have this value.", action,
-                   SettingDetails(row) + L", value " + Quoted(value) + allowed);
-}
-
-// Gives the setting a value that it was changed to. One without choices is fixed, unless it is the
-// address.
-Outcome Change(const SettingRow& row, const Choices& choices, const std::string& wanted,
-               std::string& value) {
-    if (value == tavroapi::SettingNotAvailable) {
-        return Refused(Status::SettingMissing, L"The adapter does not have this setting.",
-                       L"Run the command with \"-getadapinfo\" to see the settings of the adapter.",
-                       SettingDetails(row));
-    }
-    if (choices.empty() && row.rule.isAddress) {
-        if (wanted != "0" && !IsAssignableAddress(wanted)) {
-            return ValueIsRefused(row, wanted,
-                                  L"Set it to 0, or to a locally administered unicast address such "
-                                  L"as 02-00-5E-00-00-01.");
-        }
-        value = wanted == "0" ? NoAddress : wanted;
-        return Done();
-    }
-    if (choices.empty()) {
-        return Refused(Status::SettingFixed, L"This setting cannot be changed.",
-                       L"Leave it as it is.", SettingDetails(row));
-    }
-    if (const auto range = RangeOf(choices)) {
-        if (!IsInRange(wanted, *range)) {
-            return ValueIsRefused(
-                row, wanted, L"Set it to a multiple of its step within its range.",
-                L", range " + std::to_wstring(range->minimum) + L" to " +
-                    std::to_wstring(range->maximum) + L", step " + std::to_wstring(range->step));
-        }
-    } else if (!IsChoice(wanted, choices)) {
-        return ValueIsRefused(row, wanted, L"Set it to one of its choices.");
-    }
-    value = wanted;
-    return Done();
 }
 
 Outcome ReadSettings(const Viewed<EthernetPart>& at, tavroapi::AdapterSettings& record) {
@@ -237,10 +140,14 @@ Outcome WriteSettings(const Edited<EthernetPart>& at, const tavroapi::AdapterSet
             std::string& value = settings.*row.value;
             const AdapterSetting known =
                 captured ? captured->settings.at(row.number) : Describe(value, row.rule);
-            if (Outcome outcome = Change(row, known.choices, setting.value, value);
+            if (Outcome outcome = tavrolib::CheckSettingValue(
+                    {row.number, value, known.choices, row.rule.isAddress}, setting.value);
                 !outcome.IsDone()) {
                 return outcome;
             }
+            const bool isOwnAddress =
+                row.rule.isAddress && known.choices.empty() && setting.value == "0";
+            value = isOwnAddress ? tavrolib::NoAssignedAddress : setting.value;
         }
     }
     part.settings = settings;

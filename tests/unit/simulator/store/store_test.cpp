@@ -7,9 +7,9 @@
 #include <memory>
 #include <thread>
 
+#include "library/calls/refusals.h"
 #include "library/platform/file.h"
 #include "simulator/host/host_file.h"
-#include "simulator/messages/error_texts.h"
 #include "unit/library/support.h"
 
 namespace tavrosim {
@@ -93,7 +93,7 @@ TEST_F(StoreTest, ARefusedChangeWritesNothing) {
     ASSERT_TRUE(store.Load().IsDone());
     const Outcome outcome = store.Change([](Host& host) {
         host.name = "changed";
-        return Refused(77, L"This setting cannot be changed.", L"Leave it as it is.");
+        return tavrolib::Refused(77, L"This setting cannot be changed.", L"Leave it as it is.");
     });
     EXPECT_EQ(outcome.status, 77U);
     EXPECT_EQ(store.Current().name, DefaultHost().name);
