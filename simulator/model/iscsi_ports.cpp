@@ -1,8 +1,10 @@
 // What an iSCSI function tells of itself: information, default parameters, statistics.
+#include "library/records/port_tcpip.h"
 #include "simulator/host/told_hardware.h"
 #include "simulator/model/families.h"
 #include "simulator/model/iscsi_parameters.h"
 #include "simulator/model/iscsi_storage.h"
+#include "simulator/model/tcpip_records.h"
 #include "tavroapi/iscsi_storage_records.h"
 
 namespace tavrosim {
@@ -18,7 +20,6 @@ constexpr std::string_view DriverWithoutStatistics = "bnx2i";
 
 Outcome ReadIscsiPort(const Viewed<IscsiPart>& at, IscsiPortRecord& record) {
     const ToldHardware hardware = HardwareOf(at.adapter, at.port, at.function);
-    const TcpIp& tcpIp = at.part.tcpIp;
     record.texts[iscsi_port::FunctionNumber] = std::to_string(at.function.number);
     record.texts[iscsi_port::Driver] = hardware.driver;
     record.texts[iscsi_port::DriverVersion] = hardware.driverVersion;
@@ -27,18 +28,7 @@ Outcome ReadIscsiPort(const Viewed<IscsiPart>& at, IscsiPortRecord& record) {
     record.texts[iscsi_port::SerialNumber] = hardware.serialNumber;
     record.texts[iscsi_port::LinkStatus] = hardware.linkStatus;
     record.texts[iscsi_port::LinkSpeed] = hardware.linkSpeed;
-    record.texts[iscsi_port::Dhcp] = tcpIp.dhcp;
-    record.texts[iscsi_port::Address] = tcpIp.address;
-    record.texts[iscsi_port::SubnetMask] = tcpIp.subnetMask;
-    record.texts[iscsi_port::Gateway] = tcpIp.gateway;
-    record.texts[iscsi_port::Vlan] = tcpIp.vlanId == "0" ? "No" : "Yes";
-    record.texts[iscsi_port::VlanId] = tcpIp.vlanId;
-    record.texts[iscsi_port::VlanPriority] = tcpIp.vlanPriority;
-    record.texts[iscsi_port::MaximumFrameSize] = tcpIp.maxFrameSize;
-    record.texts[iscsi_port::DhcpIPv6] = tcpIp.dhcpIPv6;
-    record.texts[iscsi_port::AddressIPv6] = tcpIp.addressIPv6;
-    record.texts[iscsi_port::PrefixLengthIPv6] = tcpIp.prefixLengthIPv6;
-    record.texts[iscsi_port::GatewayIPv6] = tcpIp.gatewayIPv6;
+    tavrolib::TellTcpIp(RecordOf(at.part.tcpIp), record);
     record.texts[iscsi_port::ActiveSessions] = std::to_string(at.part.storage.sessions.size());
     record.texts[iscsi_port::FirmwareVersion] = hardware.firmwareVersion;
     return Done();

@@ -10,6 +10,7 @@
 #include "simulator/model/families.h"
 #include "simulator/model/ip_address.h"
 #include "simulator/model/model.h"
+#include "simulator/model/tcpip_records.h"
 #include "tavroapi/codes.h"
 #include "tavroapi/tcpip_records.h"
 
@@ -215,18 +216,7 @@ std::string LinkLocalAddress(const std::string& mac) {
 
 Outcome ReadEthernetTcpIp(const Viewed<EthernetPart>& at, TcpIpSettings& record) {
     const TcpIp& settings = at.part.tcpIp;
-    record.dhcpEnabled = settings.dhcp;
-    record.ipAddress = settings.address;
-    record.subnetMask = settings.subnetMask;
-    record.defaultGateway = settings.gateway;
-    record.vlanEnabled = settings.vlanId == "0" ? "No" : "Yes";
-    record.vlanId = settings.vlanId;
-    record.vlanPriority = settings.vlanPriority;
-    record.maxFrameSize = settings.maxFrameSize;
-    record.dhcpEnabledIPv6 = settings.dhcpIPv6;
-    record.staticIPv6 = settings.addressIPv6;
-    record.staticPrefixLength = settings.prefixLengthIPv6;
-    record.gatewayIPv6 = settings.gatewayIPv6;
+    record = RecordOf(settings);
     if (!IsUnset(settings.addressIPv6)) {
         record.linkLocalIPv6 = LinkLocalAddress(at.function.mac);
     }

@@ -6,9 +6,22 @@
 #include "library/platform/unguessable.h"
 
 namespace tavrohost {
+namespace {
+
+std::filesystem::path TemporaryFolder() {
+    std::error_code error;
+    std::filesystem::path folder = std::filesystem::temp_directory_path(error);
+    if (error) {
+        throw tavrolib::platform::FileError(
+            L"The folder for temporary files is none that can be used; see TMPDIR or TMP.");
+    }
+    return folder;
+}
+
+}  // namespace
+
 PrivateFolder::PrivateFolder()
-    : path_(std::filesystem::temp_directory_path() /
-            ("tavrohost-" + tavrolib::platform::UnguessableDigits())) {
+    : path_(TemporaryFolder() / ("tavrohost-" + tavrolib::platform::UnguessableDigits())) {
     tavrolib::platform::MakeFolder(path_);
 }
 

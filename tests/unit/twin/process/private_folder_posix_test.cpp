@@ -5,6 +5,7 @@
 #include <csignal>
 #include <filesystem>
 
+#include "library/platform/file.h"
 #include "twin/process/private_folder.h"
 
 namespace tavrohost {
@@ -14,6 +15,22 @@ TEST(PrivateFolder, OnlyItsOwnerCanEnter) {
     const PrivateFolder folder;
     EXPECT_EQ(std::filesystem::status(folder.Path()).permissions(),
               std::filesystem::perms::owner_all);
+}
+
+// Ends with 0 when a temporary folder that is none is told in our own words.
+[[noreturn]] void UseNoFolder() {
+    setenv("TMPDIR", "/dev/null", 1);
+    try {
+        const PrivateFolder folder;
+    } catch (const tavrolib::platform::FileError& error) {
+        std::exit(error.Text().find(L"TMPDIR") == std::wstring::npos ? 2 : 0);
+    }
+    std::exit(1);
+}
+
+TEST(PrivateFolder, ATemporaryFolderThatIsNoneIsTold) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(UseNoFolder(), testing::ExitedWithCode(0), "");
 }
 
 // Ends the test with what it expects when the signal acts before the folder is gone.
