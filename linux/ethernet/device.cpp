@@ -110,19 +110,6 @@ EthernetDevice ReadEthernetDevice(Socket& route, Ethtool& ethtool, const Adapter
     return device;
 }
 
-std::string SpeedText(std::uint32_t speed) {
-    constexpr std::uint32_t Giga = 1000;
-    constexpr std::uint32_t Tenth = 100;
-    if (speed < Giga) {
-        return std::to_string(speed) + " Mbps";
-    }
-    std::string text = std::to_string(speed / Giga);
-    if (speed % Giga != 0) {
-        text += '.' + std::to_string(speed % Giga / Tenth);
-    }
-    return text + " Gbps";
-}
-
 std::string FlowControlText(const std::optional<Pause>& pause) {
     if (!pause) {
         return tavroapi::SettingNotAvailable;

@@ -55,9 +55,6 @@ EthernetDevice ReadEthernetDevice(Socket& route, Ethtool& ethtool, const Adapter
 
 // What the displays of the port and of its settings have in common.
 
-// "10 Gbps", "2.5 Gbps", "100 Mbps". The speed is in Mbit/s.
-std::string SpeedText(std::uint32_t speed);
-
 // The flow control as its setting calls it; "NA" where the device has none.
 std::string FlowControlText(const std::optional<Pause>& pause);
 

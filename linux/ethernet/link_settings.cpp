@@ -12,6 +12,7 @@
 #include "library/text/identifier.h"
 #include "library/text/text.h"
 #include "linux/ethernet/told_setting.h"
+#include "linux/inventory/link_texts.h"
 #include "linux/messages/error_texts.h"
 
 namespace tavrolinux {

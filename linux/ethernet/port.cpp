@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "library/calls/setting_values.h"
+#include "linux/inventory/link_texts.h"
 #include "linux/serve/operation.h"
 
 namespace tavrolinux {
@@ -15,19 +16,6 @@ namespace ethernet_port = tavroapi::ethernet_port;
 
 std::string AddressText(const std::optional<EthernetAddress>& address) {
     return address ? MacText(*address) : std::string();
-}
-
-// An interface that is not up has no link, whatever its device says.
-bool HasLink(const Link& link) {
-    return link.isUp && link.hasCarrier;
-}
-
-std::string LinkSpeed(const EthernetDevice& device) {
-    if (!HasLink(device.link)) {
-        return "None";
-    }
-    const bool isTold = device.linkModes && device.linkModes->speed;
-    return isTold ? SpeedText(*device.linkModes->speed) : "Unknown";
 }
 
 std::string HighestSpeed(const EthernetDevice& device) {
@@ -67,10 +55,9 @@ constexpr PortFact Facts[] = {
     {ethernet_port::PermanentMac,
      [](const EthernetDevice& device) { return AddressText(device.link.permanentAddress); }},
     {ethernet_port::LinkState,
-     [](const EthernetDevice& device) {
-         return std::string(HasLink(device.link) ? "Up" : "Down");
-     }},
-    {ethernet_port::LinkSpeed, LinkSpeed},
+     [](const EthernetDevice& device) { return LinkStateText(device.link); }},
+    {ethernet_port::LinkSpeed,
+     [](const EthernetDevice& device) { return LinkSpeedText(device.link, device.linkModes); }},
     {ethernet_port::MaximumLinkSpeed, HighestSpeed},
     {ethernet_port::Driver, OfDriver<&DriverInformation::name>},
     {ethernet_port::OptionRomVersion, OfDriver<&DriverInformation::optionRom>},

@@ -93,14 +93,6 @@ TEST(EthernetPort, TheHighestModeCountsThoughItIsNotOffered) {
     EXPECT_EQ(Told(device, ethernet_port::MaximumLinkSpeed), "25 Gbps");
 }
 
-TEST(EthernetPort, SpeedsAreToldInTheUnitThatSuitsThem) {
-    EXPECT_EQ(SpeedText(10), "10 Mbps");
-    EXPECT_EQ(SpeedText(100), "100 Mbps");
-    EXPECT_EQ(SpeedText(1000), "1 Gbps");
-    EXPECT_EQ(SpeedText(2500), "2.5 Gbps");
-    EXPECT_EQ(SpeedText(400000), "400 Gbps");
-}
-
 TEST(EthernetPort, AnAddressIsAssignedWhereItIsNotTheDevicesOwn) {
     Link link = SampleDevice().link;
     EXPECT_EQ(AssignedAddressOf(link), link.address);
