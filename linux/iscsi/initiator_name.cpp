@@ -1,9 +1,115 @@
 #include "linux/iscsi/initiator_name.h"
 
-namespace tavrolinux {
+#include <algorithm>
+#include <optional>
 
-std::string ReadInitiatorName(const Roots& /*roots*/) {
-    return {};
+#include "linux/system/attribute.h"
+
+namespace tavrolinux {
+namespace {
+
+constexpr std::string_view NameKey = "InitiatorName";
+constexpr std::string_view BlanksOfALine = " \t\r";
+
+bool IsControl(char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte < 0x20 || byte == 0x7F;
+}
+
+bool IsFigure(char character) {
+    return character >= '0' && character <= '9';
+}
+
+bool IsHexadecimal(char character) {
+    return IsFigure(character) || (character >= 'a' && character <= 'f') ||
+           (character >= 'A' && character <= 'F');
+}
+
+bool IsOfAnIqn(char character) {
+    return IsFigure(character) || (character >= 'a' && character <= 'z') ||
+           (character >= 'A' && character <= 'Z') ||
+           std::string_view("-.:_").find(character) != std::string_view::npos ||
+           static_cast<unsigned char>(character) >= 0x80;
+}
+
+std::string_view WithoutBlanks(std::string_view text) {
+    const auto first = text.find_first_not_of(BlanksOfALine);
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(BlanksOfALine) - first + 1);
+}
+
+// The name that a line states.
+std::optional<std::string_view> NameOfLine(std::string_view line) {
+    line = WithoutBlanks(line);
+    if (!line.starts_with(NameKey)) {
+        return std::nullopt;
+    }
+    line = WithoutBlanks(line.substr(NameKey.size()));
+    if (!line.starts_with('=')) {
+        return std::nullopt;
+    }
+    const std::string_view name = WithoutBlanks(line.substr(1));
+    const bool isName = !name.empty() && name.size() <= LongestIscsiName &&
+                        std::ranges::none_of(name, IsControl);
+    return isName ? std::optional(name) : std::nullopt;
+}
+
+// The name that the first line with one states, as a part of the text.
+std::optional<std::string_view> NameIn(std::string_view text) {
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        if (const auto name = NameOfLine(line)) {
+            return name;
+        }
+        text.remove_prefix(std::min(text.size(), line.size() + 1));
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::filesystem::path InitiatorNameFile(const Roots& roots) {
+    return roots.etc / "iscsi/initiatorname.iscsi";
+}
+
+std::string ReadInitiatorName(const Roots& roots) {
+    return ParseInitiatorName(ReadBytes(InitiatorNameFile(roots)).value_or(std::string()));
+}
+
+std::string ParseInitiatorName(std::string_view text) {
+    return std::string(NameIn(text).value_or(std::string_view()));
+}
+
+std::string WithInitiatorName(std::string_view text, std::string_view name) {
+    std::string changed(text);
+    if (const auto old = NameIn(text)) {
+        return changed.replace(static_cast<std::size_t>(old->data() - text.data()), old->size(),
+                               name);
+    }
+    if (!changed.empty() && changed.back() != '\n') {
+        changed += '\n';
+    }
+    return changed.append(NameKey).append("=").append(name).append("\n");
+}
+
+bool IsInitiatorName(std::string_view name) {
+    constexpr std::size_t PrefixSize = 4;
+    constexpr std::size_t ShortIdentifier = 16;
+    constexpr std::size_t LongIdentifier = 32;
+    if (name.size() <= PrefixSize || name.size() > LongestIscsiName) {
+        return false;
+    }
+    const std::string_view prefix = name.substr(0, PrefixSize);
+    const std::string_view rest = name.substr(PrefixSize);
+    if (prefix == "iqn.") {
+        return std::ranges::all_of(rest, IsOfAnIqn);
+    }
+    const bool hasSize = rest.size() == ShortIdentifier ||
+                         (prefix == "naa." && rest.size() == LongIdentifier);
+    return (prefix == "eui." || prefix == "naa.") && hasSize &&
+           std::ranges::all_of(rest, IsHexadecimal);
 }
 
 }  // namespace tavrolinux
