@@ -1,0 +1,168 @@
+#include "linux/iscsi/discovery.h"
+
+#include <algorithm>
+#include <future>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "linux/iscsi/initiator_name.h"
+#include "linux/iscsi/login.h"
+#include "linux/netlink/addresses.h"
+
+namespace tavrolinux {
+namespace {
+
+// How many portals are asked at a time, each of which may be silent for a while.
+constexpr std::size_t PortalsAtOnce = 16;
+
+// What came of asking one portal.
+struct PortalAnswer {
+    std::optional<Outcome> refusal;
+    std::vector<DiscoveredTarget> targets;
+};
+
+PortalAnswer Ask(const SessionPlan& plan, const KeptPortal& portal,
+                 const tavroapi::LoginOptions& initiator) {
+    try {
+        const EffectiveLogin login(portal.login, initiator);
+        Session session(plan, login.Options());
+        PortalAnswer answer{{}, session.Discover()};
+        End(session);
+        return answer;
+    } catch (const IscsiFailure& failure) {
+        return {failure.Refusal(), {}};
+    }
+}
+
+std::vector<PortalAnswer> AskAll(const Place& at, const State& state) {
+    const std::vector<KeptPortal>& portals = StateOf(state, at).portals;
+    std::vector<PortalAnswer> answers;
+    for (std::size_t first = 0; first < portals.size(); first += PortalsAtOnce) {
+        std::vector<std::future<PortalAnswer>> asked;
+        const std::size_t end = std::min(portals.size(), first + PortalsAtOnce);
+        for (std::size_t portal = first; portal < end; ++portal) {
+            const KeptPortal& kept = portals[portal];
+            asked.push_back(std::async(std::launch::async, [&state, &kept,
+                                                            plan = PlanFor(at, {kept.address,
+                                                                                kept.port})] {
+                return Ask(plan, kept, state.initiatorLogin);
+            }));
+        }
+        for (std::future<PortalAnswer>& answer : asked) {
+            answers.push_back(answer.get());
+        }
+    }
+    return answers;
+}
+
+bool IsShown(const std::string& name) {
+    return !name.empty() && name.size() <= LongestIscsiName &&
+           std::ranges::all_of(name, [](char character) {
+               const auto byte = static_cast<unsigned char>(character);
+               return byte > 0x20 && byte != 0x7F;
+           });
+}
+
+// Through which of its portals a target is reached: the one that was asked, else the first one with
+// an address, else the one that was asked all the same.
+AnnouncedPortal ReachedAt(const DiscoveredTarget& target, const Portal& asked) {
+    const AnnouncedPortal* usable = nullptr;
+    for (const AnnouncedPortal& portal : target.portals) {
+        const auto address = IpAddressFrom(portal.portal.address);
+        if (AreSame(portal.portal, asked)) {
+            return {asked, portal.group};
+        }
+        if (usable == nullptr && !(address && address->IsZero())) {
+            usable = &portal;
+        }
+    }
+    return usable == nullptr ? AnnouncedPortal{asked, {}} : *usable;
+}
+
+}  // namespace
+
+Portal PortalOf(const std::string& address, const std::string& port) {
+    if (!IpAddressFrom(address)) {
+        throw IscsiFailure(tavrolib::NotAnAddress(Status::TargetUnreachable, address));
+    }
+    const auto number = PortFrom(port);
+    if (!number) {
+        throw IscsiFailure(Refused(Status::TargetUnreachable, L"The port number is not usable.",
+                                  L"Give a number from 1 to 65535.",
+                                  L"port number " + tavrolib::Quoted(port)));
+    }
+    return {address, *number};
+}
+
+SessionPlan PlanFor(const Place& at, const Portal& portal, const std::string& target) {
+    SessionPlan plan{ReadInitiatorName(at.machine.SystemRoots()), at.interface.name, portal, target};
+    if (plan.initiator.empty()) {
+        throw IscsiFailure(Refused(
+            Status::InvalidInitiatorName, L"The host's initiator has no name.",
+            L"Give it one with \"-iscsi -setinitiator\".",
+            InitiatorNameFile(at.machine.SystemRoots()).wstring()));
+    }
+    return plan;
+}
+
+void End(Session& session) {
+    try {
+        session.LogOut();
+    } catch (const IscsiFailure&) {
+        // The connection is closed all the same.
+    }
+}
+
+const InterfaceState& StateOf(const State& state, const Place& at) {
+    static const InterfaceState Nothing;
+    const auto found = state.interfaces.find(at.interface.name);
+    return found == state.interfaces.end() ? Nothing : found->second;
+}
+
+const KeptLogin* FindKeptLogin(const State& state, const Place& at, std::string_view target) {
+    const std::vector<KeptLogin>& logins = StateOf(state, at).logins;
+    const auto found = std::ranges::find(logins, target, &KeptLogin::target);
+    return found == logins.end() ? nullptr : &*found;
+}
+
+std::vector<KnownTarget> FindTargets(const Place& at, const State& state) {
+    const InterfaceState& kept = StateOf(state, at);
+    std::vector<KnownTarget> targets;
+    std::set<std::string> names;
+    const std::vector<PortalAnswer> answers = AskAll(at, state);
+    if (!answers.empty() && std::ranges::all_of(answers, [](const PortalAnswer& answer) {
+            return answer.refusal.has_value();
+        })) {
+        throw IscsiFailure(*answers.front().refusal);
+    }
+    for (std::size_t portal = 0; portal < answers.size(); ++portal) {
+        const Portal asked{kept.portals[portal].address, kept.portals[portal].port};
+        for (const DiscoveredTarget& target : answers[portal].targets) {
+            if (IsShown(target.name) && names.insert(target.name).second) {
+                targets.push_back({target.name, ReachedAt(target, asked)});
+            }
+        }
+    }
+    for (const KeptLogin& login : kept.logins) {
+        if (names.insert(login.target).second) {
+            targets.push_back({login.target, {{login.address, login.port}, {}}, false});
+        }
+    }
+    return targets;
+}
+
+KnownTarget FindTarget(const Place& at, const State& state, const std::string& name) {
+    for (KnownTarget& target : FindTargets(at, state)) {
+        if (target.name == name) {
+            return std::move(target);
+        }
+    }
+    throw IscsiFailure(Refused(Status::UnknownIscsiTarget,
+                              L"The initiator does not know this target.",
+                              L"Run the command with \"-target -listall\" to see the targets, or "
+                              L"add the portal of this target.",
+                              L"target " + tavrolib::Quoted(name)));
+}
+
+}  // namespace tavrolinux

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "tavroapi/iscsi_records.h"
+
+// How the initiator logs in. Secrets are wiped where they were copied to.
+namespace tavrolinux {
+
+// What login options say of their authentication, besides "None".
+inline constexpr const char* OneWayChap = "One-way CHAP";
+inline constexpr const char* MutualChap = "Mutual CHAP";
+
+// Puts the usual values in place of texts that say nothing.
+void Complete(tavroapi::LoginOptions& login);
+
+// The options as the library tells them: without the secrets, which never leave its state.
+tavroapi::LoginOptions WithoutSecrets(const tavroapi::LoginOptions& login);
+
+// How to log in where `own` was said: with it, and where it has no authentication, with that of the
+// host's initiator. The secrets are wiped when this goes.
+class EffectiveLogin {
+  public:
+    EffectiveLogin(const tavroapi::LoginOptions& own, const tavroapi::LoginOptions& initiator);
+    ~EffectiveLogin();
+    EffectiveLogin(const EffectiveLogin&) = delete;
+    EffectiveLogin& operator=(const EffectiveLogin&) = delete;
+
+    const tavroapi::LoginOptions& Options() const { return options_; }
+
+  private:
+    tavroapi::LoginOptions options_;
+};
+
+}  // namespace tavrolinux

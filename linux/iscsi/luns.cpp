@@ -1,0 +1,89 @@
+// The logical units behind a target.
+#include <functional>
+#include <optional>
+
+#include "linux/iscsi/discovery.h"
+#include "linux/iscsi/login.h"
+#include "linux/iscsi/login_refusals.h"
+#include "linux/iscsi/rows.h"
+#include "linux/iscsi/scsi.h"
+
+namespace tavrolinux {
+namespace {
+
+namespace iscsi_lun = tavroapi::iscsi_lun;
+using tavroapi::LunRecord;
+
+// A unit that has something to tell about itself (that it was restarted, say) refuses the first
+// commands.
+CommandAnswer Patiently(const std::function<CommandAnswer()>& ask) {
+    constexpr int Attempts = 3;
+    CommandAnswer answer = ask();
+    for (int attempt = 1; attempt < Attempts && !answer.isGood; ++attempt) {
+        answer = ask();
+    }
+    return answer;
+}
+
+std::optional<Capacity> CapacityOf(Session& session, std::uint16_t lun) {
+    const CommandAnswer small = Patiently([&] { return session.ReadCapacity10(lun); });
+    const auto capacity =
+        small.isGood ? ParseCapacity10(small.bytes) : std::optional<Capacity>();
+    if (capacity) {
+        return capacity;
+    }
+    const CommandAnswer large = Patiently([&] { return session.ReadCapacity16(lun); });
+    return large.isGood ? ParseCapacity16(large.bytes) : std::nullopt;
+}
+
+// What the unit tells of itself; what it does not tell stays empty.
+std::optional<LunRecord> ReadLun(Session& session, std::uint16_t lun) {
+    const Inquiry inquiry = ParseInquiry(Patiently([&] { return session.Inquire(lun); }).bytes);
+    if (!inquiry.isThere) {
+        return std::nullopt;
+    }
+    LunRecord record;
+    record.texts[iscsi_lun::Number] = std::to_string(LunNumber(lun));
+    record.texts[iscsi_lun::Vendor] = inquiry.vendor;
+    record.texts[iscsi_lun::Product] = inquiry.product;
+    if (inquiry.hasBlocks) {
+        if (const auto capacity = CapacityOf(session, lun)) {
+            record.texts[iscsi_lun::Capacity] = SizeText(capacity->blocks, capacity->blockSize);
+            record.texts[iscsi_lun::BlockSize] = std::to_string(capacity->blockSize);
+        }
+    }
+    record.texts[iscsi_lun::SerialNumber] =
+        ParseSerialNumber(session.ReadSerialNumber(lun).bytes);
+    record.texts[iscsi_lun::ConnectionState] = "Not connected";
+    return record;
+}
+
+}  // namespace
+
+// A target that has accepted a login is asked with it. Any other one is looked for at the portals,
+// and asked without credentials but those of the initiator itself.
+Outcome ListLuns(const Place& at, const std::string& name, std::list<LunRecord>& luns) {
+    luns.clear();
+    return WithRefusals([&] {
+        const State state = at.state.Read();
+        const KeptLogin* const kept = FindKeptLogin(state, at, name);
+        const Portal portal = kept != nullptr ? Portal{kept->address, kept->port}
+                                              : FindTarget(at, state, name).at.portal;
+        const EffectiveLogin login(kept != nullptr ? kept->login : tavroapi::LoginOptions{},
+                                   state.initiatorLogin);
+        Session session(PlanFor(at, portal, name), login.Options());
+        const CommandAnswer listed = Patiently([&] { return session.ReportLuns(); });
+        if (!listed.isGood) {
+            return Invalid(portal, "asking for the LUNs");
+        }
+        for (const std::uint16_t lun : ParseReportedLuns(listed.bytes)) {
+            if (auto record = ReadLun(session, lun)) {
+                luns.push_back(std::move(*record));
+            }
+        }
+        End(session);
+        return Done();
+    });
+}
+
+}  // namespace tavrolinux

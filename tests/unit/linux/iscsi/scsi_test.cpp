@@ -1,0 +1,128 @@
+#include "linux/iscsi/scsi.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace tavrolinux {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Bytes = std::vector<std::uint8_t>;
+
+// An answer of zeros with a text in it.
+Bytes WithText(std::size_t size, std::size_t at, std::string_view text) {
+    Bytes bytes(size);
+    std::ranges::copy(text, bytes.begin() + static_cast<std::ptrdiff_t>(at));
+    return bytes;
+}
+
+Bytes LunList(std::initializer_list<std::uint16_t> addresses) {
+    Bytes bytes(8 + 8 * addresses.size());
+    bytes[3] = static_cast<std::uint8_t>(8 * addresses.size());
+    std::size_t at = 8;
+    for (const std::uint16_t address : addresses) {
+        bytes[at] = static_cast<std::uint8_t>(address >> 8U);
+        bytes[at + 1] = static_cast<std::uint8_t>(address & 0xFFU);
+        at += 8;
+    }
+    return bytes;
+}
+
+TEST(ReportedLuns, AreReadInTheirOrder) {
+    EXPECT_THAT(ParseReportedLuns(LunList({0, 1, 0x4100})), ElementsAre(0, 1, 0x4100));
+    EXPECT_EQ(LunNumber(1), 1);
+    EXPECT_EQ(LunNumber(0x4100), 256);
+}
+
+TEST(ReportedLuns, AreThoseOfTheFirstLevelAlone) {
+    EXPECT_THAT(ParseReportedLuns(LunList({0xC101, 2})), ElementsAre(2));
+    Bytes deeper = LunList({1, 2});
+    deeper[8 + 3] = 5;
+    EXPECT_THAT(ParseReportedLuns(deeper), ElementsAre(2));
+}
+
+TEST(ReportedLuns, AreReadNoFurtherThanTheAnswerGoes) {
+    Bytes list = LunList({1, 2});
+    list[3] = 255;
+    EXPECT_THAT(ParseReportedLuns(list), ElementsAre(1, 2));
+    list[0] = 255;
+    list.pop_back();
+    EXPECT_THAT(ParseReportedLuns(list), ElementsAre(1));
+    list.resize(7);
+    EXPECT_THAT(ParseReportedLuns(list), IsEmpty());
+    EXPECT_THAT(ParseReportedLuns({}), IsEmpty());
+}
+
+TEST(ScsiInquiry, TellsWhatTheUnitIs) {
+    Bytes bytes = WithText(36, 8, "EXAMPLE Disk Array      0001");
+    Inquiry inquiry = ParseInquiry(bytes);
+    EXPECT_TRUE(inquiry.isThere);
+    EXPECT_TRUE(inquiry.hasBlocks);
+    EXPECT_EQ(inquiry.vendor, "EXAMPLE");
+    EXPECT_EQ(inquiry.product, "Disk Array");
+    bytes[0] = 0x0C;  // an array's controller
+    EXPECT_FALSE(ParseInquiry(bytes).hasBlocks);
+    bytes[0] = 0x7F;  // nothing can be connected there
+    EXPECT_FALSE(ParseInquiry(bytes).isThere);
+}
+
+TEST(ScsiInquiry, HasNoTextsWhereItIsShortOrHasNone) {
+    Bytes bytes = WithText(20, 8, "EXAMPLE Disk");
+    EXPECT_EQ(ParseInquiry(bytes).product, "Disk");
+    bytes.resize(5);
+    EXPECT_EQ(ParseInquiry(bytes).vendor, "");
+    EXPECT_FALSE(ParseInquiry({}).isThere);
+    EXPECT_EQ(ParseInquiry(WithText(36, 8, "A\x1B[2JB  ")).vendor, "A [2JB");
+}
+
+TEST(SerialNumber, IsReadOfItsPageAlone) {
+    Bytes page = WithText(24, 4, "  beaf11 ");
+    page[1] = 0x80;
+    page[3] = 9;
+    EXPECT_EQ(ParseSerialNumber(page), "beaf11");
+    page[3] = 4;
+    EXPECT_EQ(ParseSerialNumber(page), "be");
+    page[2] = 0xFF;
+    EXPECT_EQ(ParseSerialNumber(page), "beaf11");
+    page[1] = 0x83;
+    EXPECT_EQ(ParseSerialNumber(page), "");
+    page.resize(3);
+    EXPECT_EQ(ParseSerialNumber(page), "");
+}
+
+TEST(Capacity, IsOneMoreThanTheLastBlock) {
+    const Bytes small{0, 0, 0x7F, 0xFF, 0, 0, 2, 0};
+    ASSERT_TRUE(ParseCapacity10(small));
+    EXPECT_EQ(ParseCapacity10(small)->blocks, 32768U);
+    EXPECT_EQ(ParseCapacity10(small)->blockSize, 512U);
+    const Bytes large{0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0x10, 0, 0, 0};
+    ASSERT_TRUE(ParseCapacity16(large));
+    EXPECT_EQ(ParseCapacity16(large)->blocks, 0x100000001U);
+    EXPECT_EQ(ParseCapacity16(large)->blockSize, 4096U);
+}
+
+TEST(Capacity, IsNotToldByAnAnswerThatIsTooShortOrTooSmallForIt) {
+    EXPECT_FALSE(ParseCapacity10(Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 2, 0}));
+    EXPECT_FALSE(ParseCapacity10(Bytes(7)));
+    EXPECT_FALSE(ParseCapacity16(Bytes(11)));
+}
+
+TEST(SizeText, IsInTheLargestUnitThatSuits) {
+    EXPECT_EQ(SizeText(0, 512), "0 B");
+    EXPECT_EQ(SizeText(1, 512), "512 B");
+    EXPECT_EQ(SizeText(32768, 512), "16 MB");
+    EXPECT_EQ(SizeText(std::uint64_t{100} << 21U, 512), "100 GB");
+    EXPECT_EQ(SizeText(std::uint64_t{3} << 30U, 512), "1.5 TB");
+    EXPECT_EQ(SizeText(1280, 1), "1.25 KB");
+    EXPECT_EQ(SizeText(1024 + 11, 1), "1.01 KB");
+    EXPECT_EQ(SizeText(1024 + 10, 1), "1 KB");
+    EXPECT_EQ(SizeText(std::uint64_t{1} << 60U, 1), "1 EB");
+    EXPECT_EQ(SizeText(std::uint64_t{1} << 60U, 512), "");
+}
+
+}  // namespace
+}  // namespace tavrolinux
