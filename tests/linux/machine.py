@@ -5,6 +5,7 @@ import os
 import pathlib
 import re
 import subprocess
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BUILDS = ("native", "sanitize")
@@ -104,6 +105,17 @@ class Machine:
         self.do("ip", "link", "set", name, "up")
         self.do("ip", "link", "set", peer, "up")
         return self.mac(name)
+
+    def wait_for_link_local(self, *names):
+        """Until the kernel has tried the link-local addresses, which it forms when a link comes up."""
+        end = time.monotonic() + TIME_LIMIT
+        while time.monotonic() < end:
+            entries = [entry for name in names for link in self.ip("-6", "addr", "show", "dev", name)
+                       for entry in link.get("addr_info", []) if entry.get("scope") == "link"]
+            if len(entries) == len(names) and not any(entry.get("tentative") for entry in entries):
+                return
+            time.sleep(0.05)
+        raise AssertionError(f"no link-local addresses: {names}")
 
     def global_addresses(self, name, family):
         """Address and prefix length of every global address, in the kernel's order."""
