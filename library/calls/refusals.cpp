@@ -90,6 +90,13 @@ Outcome NotAnAddress(Status status, const std::string& text) {
                    L"address " + Quoted(text));
 }
 
+Outcome UnknownFcoeTarget(const std::string& portWwn) {
+    return Refused(Status::UnknownFcoeTarget, L"The port does not see this target.",
+                   L"Give the port WWN of a target. Run the command with \"-target -listactive\" "
+                   L"to see the targets of the port.",
+                   L"target " + Quoted(portWwn));
+}
+
 Outcome CheckArguments(const Call& call) {
     if (call.entryPoint == EntryPoint::DoOperation) {
         return CheckRecords(call);

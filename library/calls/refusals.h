@@ -35,6 +35,9 @@ Outcome AddressOfInterface(const std::string& interface);
 // The refusal of a text in the place of an IP address.
 Outcome NotAnAddress(Status status, const std::string& text);
 
+// The refusal of a port WWN that is that of no target which the port sees.
+Outcome UnknownFcoeTarget(const std::string& portWwn);
+
 // Done when the call has everything that it needs to be served: for DoOperation a described
 // operation and its records, else what it fills in. Otherwise the refusal.
 Outcome CheckArguments(const Call& call);

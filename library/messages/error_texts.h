@@ -104,6 +104,14 @@ inline constexpr ErrorTextRow CommonErrorTexts[] = {
     {L"Leave it as it is.",
      L"そのままにしてください。",
      L"请保持原样。"},
+
+    // FCoE targets.
+    {L"The port does not see this target.",
+     L"ポートからこのターゲットは見えません。",
+     L"端口不能看到此目标。"},
+    {L"Give the port WWN of a target. Run the command with \"-target -listactive\" to see the targets of the port.",
+     L"ターゲットのポート WWN を指定してください。ポートのターゲットは、コマンドの「-target -listactive」で表示できます。",
+     L"请指定目标的端口 WWN。使用“-target -listactive”运行命令可查看该端口的目标。"},
 };
 // clang-format on
 

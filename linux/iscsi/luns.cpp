@@ -7,6 +7,7 @@
 #include "linux/iscsi/login_refusals.h"
 #include "linux/iscsi/rows.h"
 #include "linux/iscsi/scsi.h"
+#include "linux/system/size_text.h"
 
 namespace tavrolinux {
 namespace {

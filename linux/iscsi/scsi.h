@@ -42,8 +42,4 @@ struct Capacity {
 std::optional<Capacity> ParseCapacity10(ScsiBytes answer);
 std::optional<Capacity> ParseCapacity16(ScsiBytes answer);
 
-// A size as listings write it: at most two decimals of the largest unit that it has one of, rounded
-// down, "16 MB", "1.5 TB". Units are powers of 1024.
-std::string SizeText(std::uint64_t blocks, std::uint32_t blockSize);
-
 }  // namespace tavrolinux

@@ -1,15 +1,11 @@
 #include "linux/serve/inventory.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <climits>
 #include <list>
 #include <string>
 
 #include "linux/iscsi/initiator_name.h"
-#include "linux/system/failure.h"
+#include "linux/system/host_name.h"
 #include "tavroapi/codes.h"
 
 namespace tavrolinux {
@@ -23,14 +19,6 @@ using tavrolib::PortFunctions;
 
 constexpr const char* AdapterType = "Ethernet";
 constexpr const wchar_t* AdapterState = L"1";
-
-std::string HostName() {
-    std::array<char, HOST_NAME_MAX + 1> name{};
-    if (gethostname(name.data(), name.size() - 1) != 0) {
-        throw SystemFailure(errno, "reading the host's name");
-    }
-    return name.data();
-}
 
 Outcome ListAdapters(const Machine& machine, std::list<tavroapi::AdapterRecord>& adapters) {
     adapters.clear();
@@ -102,7 +90,7 @@ Outcome ReadAdapterState(const Place& /*at*/, std::wstring& state) {
 Outcome AnswerQuery(const Site& site, const Call& call) {
     switch (call.entryPoint) {
         case EntryPoint::GetHostName:
-            FilledBy<EntryPoint::GetHostName>(call) = HostName();
+            FilledBy<EntryPoint::GetHostName>(call) = ReadHostName();
             return Done();
         case EntryPoint::GetDiscoveredAdapters:
             return ListAdapters(site.machine, FilledBy<EntryPoint::GetDiscoveredAdapters>(call));

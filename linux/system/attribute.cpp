@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view Blanks = " \t\r\n";
 
-std::string Trimmed(std::string text) {
+std::string Trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(Blanks);
     if (first == std::string::npos) {
         return {};

@@ -163,12 +163,6 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
      L"请使用采用其他驱动程序的端口。"},
 
     // FCoE ports.
-    {L"The port does not see this target.",
-     L"ポートからこのターゲットは見えません。",
-     L"端口不能看到此目标。"},
-    {L"Give the port WWN of a target. Run the command with \"-target -listactive\" to see the targets of the port.",
-     L"ターゲットのポート WWN を指定してください。ポートのターゲットは、コマンドの「-target -listactive」で表示できます。",
-     L"请指定目标的端口 WWN。使用“-target -listactive”运行命令可查看该端口的目标。"},
     {L"The value of a ping option is not usable.",
      L"ping のオプションの値が使用できません。",
      L"ping 选项的值不可用。"},

@@ -70,13 +70,6 @@ const FabricTarget* FindSeenTarget(const FcoeFabric& fabric, const FcoePart& par
     return target != nullptr && IsSeenBy(*target, part.portWwn) ? target : nullptr;
 }
 
-Outcome UnknownFcoeTarget(const std::string& portWwn) {
-    return Refused(Status::UnknownFcoeTarget, L"The port does not see this target.",
-                   L"Give the port WWN of a target. Run the command with \"-target -listactive\" "
-                   L"to see the targets of the port.",
-                   L"target " + Quoted(portWwn));
-}
-
 std::string FabricMac(const FcoeFabric& fabric, const std::string& fcid) {
     const std::string digits = fabric.fcMap + fcid;
     std::string mac;

@@ -4,12 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "library/calls/refusals.h"
 #include "simulator/host/host.h"
 #include "simulator/host/lookup.h"
 #include "simulator/model/model.h"
 
 // What the model functions of FCoE ports share: who sees which target.
 namespace tavrosim {
+
+using tavrolib::UnknownFcoeTarget;
 
 // The one class of service that ports and targets have.
 inline constexpr const char* ClassOfService = "Class 3";
@@ -32,8 +35,6 @@ const FabricTarget* FindFabricTarget(const FcoeFabric& fabric, const std::string
 // The target of that port WWN if the function sees it, else null.
 const FabricTarget* FindSeenTarget(const FcoeFabric& fabric, const FcoePart& part,
                                    const std::string& portWwn);
-
-Outcome UnknownFcoeTarget(const std::string& portWwn);
 
 // The MAC that the fabric assigns to a port of that FCID.
 std::string FabricMac(const FcoeFabric& fabric, const std::string& fcid);
