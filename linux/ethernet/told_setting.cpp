@@ -36,6 +36,7 @@ ToldSetting OneOf(std::string value, const std::vector<std::wstring>& texts) {
 ToldSetting OneOf(std::uint32_t present, std::set<std::uint32_t> numbers) {
     numbers.insert(present);
     std::vector<std::wstring> texts;
+    texts.reserve(numbers.size());
     for (const std::uint32_t number : numbers) {
         texts.push_back(std::to_wstring(number));
     }
