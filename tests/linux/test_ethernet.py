@@ -1,8 +1,10 @@
 """Ethernet ports, their counters and settings: told as the kernel's tools tell them, and changed so that these see it."""
 
 import json
+import os
 import pathlib
 import re
+import subprocess
 import time
 
 import pytest
@@ -279,3 +281,18 @@ def test_who_may_not_change_settings_changes_nothing(machine):
     ended = change(machine, mac, user=NOBODY, tso4="Disabled", jumbo="9014")
     assert ended.startswith("38146") and "CAP_NET_ADMIN" in ended
     assert (features(machine, "va"), machine.link("va")["mtu"]) == before
+
+
+def test_an_interface_that_goes_during_the_dialogue_is_told_to_be_gone(machine):
+    mac = machine.add_pair()
+    dialogue = machine.start(
+        machine.programs / "tavrocli", "-ethernet", mac, "-setadapinfo", "-debug", cwd=machine.folder,
+        stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+    )
+    shown = b""
+    while b"Number of the setting to change" not in shown:
+        shown += os.read(dialogue.stdout.fileno(), 4096)
+    machine.do("ip", "link", "delete", "va")
+    dialogue.communicate(b"0\n1\nY\nY\n", timeout=60)
+    log = (machine.folder / "tavrocli.log").read_text()
+    assert "status 38148, \"The interface is not there any more.\"" in log
