@@ -20,8 +20,8 @@ using tavrolib::FunctionKind;
 
 // Where an interface is found on the PCI bus.
 struct PciPlace {
-    std::string slot;            // domain, bus and device: "0000:03:00"
-    std::uint32_t function = 0;  // the figure behind the point
+    std::string slot;              // domain, bus and device: "0000:03:00"
+    std::uint32_t function = 0;    // the figure behind the point
     std::filesystem::path device;  // its folder in sysfs
 
     // As the bus writes it: "0000:03:00.1".
@@ -33,14 +33,14 @@ struct PciPlace {
 struct Interface {
     std::int32_t index = 0;
     std::string name;
-    std::string key;        // the MAC that requests name its functions by: "02-00-5E-10-00-00"
-    std::string driver;     // of the kernel
+    std::string key;     // the MAC that requests name its functions by: "02-00-5E-10-00-00"
+    std::string driver;  // of the kernel
     std::filesystem::path folder;  // in sysfs; empty where sysfs does not show it
     std::optional<PciPlace> pci;
-    std::uint32_t devicePort = 0;  // among the ports of one PCI function
-    std::uint32_t place = 0;       // among the ports of its adapter, from 0
+    std::uint32_t devicePort = 0;       // among the ports of one PCI function
+    std::uint32_t place = 0;            // among the ports of its adapter, from 0
     std::optional<std::string> fcHost;  // the name of its Fibre Channel host: "host3"
-    std::string portWwn;  // of that: "10:00:02:00:5E:10:00:04"; empty without one
+    std::string portWwn;                // of that: "10:00:02:00:5E:10:00:04"; empty without one
     std::string nodeWwn;
 };
 

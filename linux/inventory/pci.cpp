@@ -68,9 +68,10 @@ std::string PciDeviceName(const PciPlace& place) {
     constexpr int Longest = 256;
     std::array<char, Longest> text{};
     // Without pci_init: the bus is read from sysfs, and only the table of names is wanted.
-    const char* const name = pci_lookup_name(
-        access.get(), text.data(), Longest, PCI_LOOKUP_VENDOR | PCI_LOOKUP_DEVICE |
-        PCI_LOOKUP_NO_NUMBERS, static_cast<int>(vendor), static_cast<int>(device));
+    const char* const name =
+        pci_lookup_name(access.get(), text.data(), Longest,
+                        PCI_LOOKUP_VENDOR | PCI_LOOKUP_DEVICE | PCI_LOOKUP_NO_NUMBERS,
+                        static_cast<int>(vendor), static_cast<int>(device));
     return name != nullptr ? name : "Device " + NumberText(vendor) + ':' + NumberText(device);
 }
 

@@ -25,11 +25,11 @@ struct LinkCounters {
     std::uint64_t multicastReceived = 0;
     std::uint64_t collisions = 0;
     std::uint64_t lengthErrors = 0;
-    std::uint64_t overruns = 0;       // the device had no room
+    std::uint64_t overruns = 0;        // the device had no room
     std::uint64_t checksumErrors = 0;  // of frames (CRC)
     std::uint64_t alignmentErrors = 0;
     std::uint64_t fifoErrors = 0;
-    std::uint64_t missed = 0;  // the host had no buffer
+    std::uint64_t missed = 0;   // the host had no buffer
     std::uint64_t aborted = 0;  // sending was given up, after too many collisions for one reason
     std::uint64_t carrierErrors = 0;
     std::uint64_t sendFifoErrors = 0;

@@ -13,10 +13,9 @@ namespace {
 
 // How a message names a route.
 std::string RouteText(const Route& route) {
-    std::string text = route.prefixLength == 0
-                           ? std::string("the gateway")
-                           : "the route to " + TextOf(route.destination) + '/' +
-                                 std::to_string(route.prefixLength);
+    std::string text = route.prefixLength == 0 ? std::string("the gateway")
+                                               : "the route to " + TextOf(route.destination) + '/' +
+                                                     std::to_string(route.prefixLength);
     return route.gateway ? text + ' ' + TextOf(*route.gateway) : text;
 }
 
@@ -31,20 +30,19 @@ std::optional<Route> RouteFrom(const nlmsghdr& message, const Link& link, Family
     route.prefixLength = header.rtm_dst_len;
     std::uint32_t table = header.rtm_table;
     std::uint32_t interface = 0;
-    ForEachAttribute(AttributesOf(message, sizeof header),
-                     [&](int type, const nlattr& attribute) {
-                         if (type == RTA_TABLE) {
-                             table = static_cast<std::uint32_t>(NumberOf(attribute));
-                         } else if (type == RTA_OIF) {
-                             interface = static_cast<std::uint32_t>(NumberOf(attribute));
-                         } else if (type == RTA_GATEWAY) {
-                             route.gateway = AddressFrom(family, attribute);
-                         } else if (type == RTA_DST) {
-                             route.destination = AddressFrom(family, attribute);
-                         } else if (type == RTA_PRIORITY) {
-                             route.metric = static_cast<std::uint32_t>(NumberOf(attribute));
-                         }
-                     });
+    ForEachAttribute(AttributesOf(message, sizeof header), [&](int type, const nlattr& attribute) {
+        if (type == RTA_TABLE) {
+            table = static_cast<std::uint32_t>(NumberOf(attribute));
+        } else if (type == RTA_OIF) {
+            interface = static_cast<std::uint32_t>(NumberOf(attribute));
+        } else if (type == RTA_GATEWAY) {
+            route.gateway = AddressFrom(family, attribute);
+        } else if (type == RTA_DST) {
+            route.destination = AddressFrom(family, attribute);
+        } else if (type == RTA_PRIORITY) {
+            route.metric = static_cast<std::uint32_t>(NumberOf(attribute));
+        }
+    });
     if (table != RT_TABLE_MAIN || interface != static_cast<std::uint32_t>(link.index)) {
         return std::nullopt;
     }

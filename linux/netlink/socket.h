@@ -79,9 +79,9 @@ void ForEachAttribute(std::span<const std::uint8_t> attributes,
 template <class Header>
 Header HeaderOf(const nlmsghdr& message) {
     Header header{};
-    std::memcpy(&header, nlmsg_data(&message),
-                std::min<std::size_t>(sizeof header,
-                                      static_cast<std::size_t>(nlmsg_datalen(&message))));
+    std::memcpy(
+        &header, nlmsg_data(&message),
+        std::min<std::size_t>(sizeof header, static_cast<std::size_t>(nlmsg_datalen(&message))));
     return header;
 }
 

@@ -33,12 +33,11 @@ Outcome RefusalOf(const SystemFailure& failure) {
                        details + WideFromUtf8(failure.Right()));
     }
     const std::string system = std::generic_category().message(failure.Error());
-    details += WideFromUtf8(failure.Reason().empty() ? system
-                                                     : failure.Reason() + " (" + system + ')');
+    details +=
+        WideFromUtf8(failure.Reason().empty() ? system : failure.Reason() + " (" + system + ')');
     if (failure.IsGone()) {
-        return Refused(
-            Status::InterfaceGone, L"The interface is not there any more.",
-            L"See the details for the system's reason.", details);
+        return Refused(Status::InterfaceGone, L"The interface is not there any more.",
+                       L"See the details for the system's reason.", details);
     }
     if (failure.IsUnsupported()) {
         return Refused(Status::NotOffered, L"This host cannot do that.",

@@ -21,10 +21,10 @@ constexpr std::size_t MostElements = 100000;
 // Texts of users are bytes of any encoding.
 Json JsonOf(const LoginOptions& login) {
     Json json = Json::object();
-    tavroapi::ForEachField(login, [&json](std::size_t, std::string_view name,
-                                          const std::string& text) {
-        json[std::string(name)] = tavrolib::Utf8FromBytes(text);
-    });
+    tavroapi::ForEachField(login,
+                           [&json](std::size_t, std::string_view name, const std::string& text) {
+                               json[std::string(name)] = tavrolib::Utf8FromBytes(text);
+                           });
     return json;
 }
 
@@ -83,11 +83,11 @@ class Reader {
     template <class Number>
     Number NumberOf(const char* name) const {
         const auto member = json_.find(name);
-        return member == json_.end() ? Number{}
-                                     : static_cast<Number>(tavrolib::NumberAt(
-                                           *member, std::numeric_limits<Number>::lowest(),
-                                           std::numeric_limits<Number>::max(),
-                                           Place(place_, name)));
+        return member == json_.end()
+                   ? Number{}
+                   : static_cast<Number>(tavrolib::NumberAt(
+                         *member, std::numeric_limits<Number>::lowest(),
+                         std::numeric_limits<Number>::max(), Place(place_, name)));
     }
 
     // Calls `read` with the name of each member of the object `name`, and a reader of it.

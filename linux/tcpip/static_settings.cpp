@@ -140,9 +140,9 @@ void ApplyStaticSettings(Socket& route, const Link& link, const StaticSettings& 
         try {
             change.Undo();
         } catch (const SystemFailure& another) {
-            throw SystemFailure(failure.Error(), failure.Action(), failure.Right(),
-                                std::string("the former settings are not restored: ") +
-                                    another.what());
+            throw SystemFailure(
+                failure.Error(), failure.Action(), failure.Right(),
+                std::string("the former settings are not restored: ") + another.what());
         }
         throw;
     }

@@ -58,12 +58,13 @@ Wanted WantedOf(const TcpIpSettings& record) {
     const auto address = AddressOf(family, addressText);
     const auto gateway = AddressOf(family, gatewayText);
     if (!address || !gateway) {
-        return {{}, tavrolib::NotAnAddress(Status::AddressInvalid,
-                                           address ? gatewayText : addressText)};
+        return {
+            {},
+            tavrolib::NotAnAddress(Status::AddressInvalid, address ? gatewayText : addressText)};
     }
     const auto mask = isIPv4 ? AddressOf(family, prefixText) : std::nullopt;
-    const auto prefix = isIPv4 ? (mask ? PrefixLengthOf(*mask) : std::nullopt)
-                               : PrefixLengthFrom(prefixText);
+    const auto prefix =
+        isIPv4 ? (mask ? PrefixLengthOf(*mask) : std::nullopt) : PrefixLengthFrom(prefixText);
     if (!prefix && !address->IsZero()) {
         return {{},
                 Refused(Status::AddressInvalid, L"The text is no subnet mask or prefix length.",
