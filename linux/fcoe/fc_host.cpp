@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <tuple>
 
-#include "linux/inventory/fibre_channel.h"
+#include "linux/inventory/fibre_channel_names.h"
 #include "linux/system/attribute.h"
 #include "linux/system/failure.h"
 

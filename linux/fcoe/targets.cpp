@@ -6,7 +6,7 @@
 #include "library/text/identifier.h"
 #include "linux/fcoe/fc_host.h"
 #include "linux/fcoe/kernel_texts.h"
-#include "linux/inventory/fibre_channel.h"
+#include "linux/inventory/fibre_channel_names.h"
 #include "linux/system/attribute.h"
 #include "linux/system/size_text.h"
 

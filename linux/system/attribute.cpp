@@ -55,14 +55,17 @@ std::string ReadAttribute(const std::filesystem::path& file) {
     return Trimmed(ReadBytes(file).value_or(std::string()));
 }
 
-std::optional<std::uint64_t> ReadNumber(const std::filesystem::path& file) {
-    const std::string text = ReadAttribute(file);
+std::optional<std::uint64_t> NumberFrom(std::string_view text) {
     const bool isHexadecimal = text.starts_with("0x");
     const char* const first = text.data() + (isHexadecimal ? 2 : 0);
     const char* const last = text.data() + text.size();
     std::uint64_t number = 0;
     const auto [stop, error] = std::from_chars(first, last, number, isHexadecimal ? 16 : 10);
     return error == std::errc() && stop == last ? std::optional(number) : std::nullopt;
+}
+
+std::optional<std::uint64_t> ReadNumber(const std::filesystem::path& file) {
+    return NumberFrom(ReadAttribute(file));
 }
 
 std::vector<std::string> NamesIn(const std::filesystem::path& folder) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Reading what the kernel tells in files: one value each, in folders of sysfs and procfs.
@@ -22,6 +23,10 @@ std::optional<std::string> ReadBytes(const std::filesystem::path& file,
 // The text of an attribute without the blanks and line ends around it; empty when it cannot be
 // read.
 std::string ReadAttribute(const std::filesystem::path& file);
+
+// The number that the text is, in decimal or, behind "0x", in hexadecimal; nothing for anything
+// else.
+std::optional<std::uint64_t> NumberFrom(std::string_view text);
 
 // The number that an attribute holds, in decimal or, behind "0x", in hexadecimal; nothing when it
 // cannot be read or holds anything else.

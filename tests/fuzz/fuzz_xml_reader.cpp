@@ -3,22 +3,16 @@
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 #include <vector>
 
+#include "fuzz/require.h"
 #include "xml/file.h"
 #include "xml/parser.h"
 
 using namespace tavro::xml;
 
 namespace {
-
-void Require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // The texts of a node are read to their ends, so that the sanitizers see each of them.
 std::size_t Touch(std::wstring_view text) {
@@ -78,7 +72,7 @@ void CheckTree(XmlNode top, std::string_view bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const bool localeSet = std::setlocale(LC_ALL, "C.UTF-8") != nullptr;
     Require(localeSet);
-    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const std::string_view bytes = BytesOf(data, size);
     std::optional<std::wstring> text = DecodeXmlBytes(bytes);
     if (!text) {
         return 0;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "linux/inventory/fibre_channel.h"
+#include "linux/inventory/fibre_channel_names.h"
 
 namespace tavrolinux {
 namespace {
