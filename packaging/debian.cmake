@@ -1,9 +1,9 @@
-# The two Debian packages, made by CPack of the two components.
+# The Debian packages, made by CPack of the components.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tavrocli)
 set(CPACK_PACKAGE_VENDOR Tavro)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_COMPONENTS_ALL tavrocli simulator)
+set(CPACK_COMPONENTS_ALL tavrocli simulator linux)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
@@ -18,7 +18,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
 set(CPACK_DEBIAN_TAVROCLI_PACKAGE_NAME tavrocli)
-set(CPACK_DEBIAN_TAVROCLI_PACKAGE_SUGGESTS "tavrocli-simulator, bash-completion")
+set(CPACK_DEBIAN_TAVROCLI_PACKAGE_SUGGESTS "tavrocli-linux, tavrocli-simulator, bash-completion")
 set(CPACK_COMPONENT_TAVROCLI_DESCRIPTION "command-line management of converged network adapters
 tavrocli shows and changes the Ethernet, iSCSI and FCoE functions of converged
 network adapters, one command a run. tavrohost copies a host's adapters into a
@@ -35,6 +35,19 @@ adapters: a whole host that behaves, kept in a file of the user's own. The
 command tavrocli-rehearse is tavrocli on this host; no adapter is ever touched.
 
 The simulator lies in a folder of its own, where tavrocli does not look.")
+
+# The library makes its folder below /var/lib when it first has something to keep; purging the package removes it.
+set(CPACK_DEBIAN_LINUX_PACKAGE_NAME tavrocli-linux)
+set(CPACK_DEBIAN_LINUX_PACKAGE_SUGGESTS "tavrocli, tavrocli-simulator, bash-completion")
+set(CPACK_DEBIAN_LINUX_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/linux/postrm)
+set(CPACK_COMPONENT_LINUX_DESCRIPTION "tavrocli commands for this machine's own network adapters
+A management library for Linux hosts, with the programs on it: tavrocli-linux
+shows and changes the network interfaces of this machine, asks iSCSI targets
+for their logical units, and tells of FCoE ports; tavrohost-linux copies the
+host into a file and rehearses commands on the copy. They talk to the kernel,
+and need no library of an adapter's maker.
+
+The library lies in a folder of its own, where tavrocli does not look.")
 
 # What every Debian package has, but no other installation.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/debian/finish.cmake)

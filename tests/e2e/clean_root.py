@@ -18,8 +18,8 @@ TOOLS = ("dpkg", "dash", "tar", "diffutils", "coreutils", "libc-bin", "mandoc")
 MERGED_FOLDERS = ("bin", "sbin", "lib", "lib64")
 SKIPPED = re.compile(r"/usr/share/(doc|man|locale|info|lintian|bug)(/|$)|/\.$")
 NEED = "not run here: needs to mount and to change the root, as root or in a user namespace"
-ENTER = 'mount --rbind /proc "$1/proc" && exec chroot "$1" env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin ' \
-        'LC_ALL=C.UTF-8 sh -c \'cd "$HOME" && exec "$@"\' sh "${@:2}"'
+ENTER = 'eval "$2" && mount --rbind /proc "$1/proc" && exec chroot "$1" env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin ' \
+        'LC_ALL=C.UTF-8 sh -c \'cd "$HOME" && exec "$@"\' sh "${@:3}"'
 
 
 def needed_by(package_file):
@@ -72,7 +72,7 @@ class CleanRoot:
             self._take_over(name)
         for file in package_files:
             shutil.copy(file, folder / "packages")
-        if subprocess.run(self._command("true"), capture_output=True).returncode != 0:
+        if subprocess.run(self._command(":", "true"), capture_output=True).returncode != 0:
             pytest.skip(NEED)
 
     def _take_over(self, name):
@@ -89,12 +89,13 @@ class CleanRoot:
                 target.parent.mkdir(parents=True, exist_ok=True)
                 shutil.copy2(path, target, follow_symlinks=False)
 
-    def _command(self, *command):
-        return [AS_ROOT, "unshare", "--mount", "bash", "-c", ENTER, "bash", self.folder, *command]
+    def _command(self, before, *command):
+        return [AS_ROOT, "unshare", "--mount", "--net", "bash", "-c", ENTER, "bash", self.folder, before, *command]
 
-    def run(self, *command):
-        """Runs a command in this system, as its root, in the home folder /root."""
-        return subprocess.run(self._command(*command), capture_output=True, text=True, stdin=subprocess.DEVNULL)
+    def run(self, *command, before=":"):
+        """Runs a command in this system, as its root, in the home folder /root. It has a network of its own, with
+        nothing in it but what a text for the shell, run by the system around it, has put there `before`."""
+        return subprocess.run(self._command(before, *command), capture_output=True, text=True, stdin=subprocess.DEVNULL)
 
     def dpkg(self, *arguments):
         result = self.run("dpkg", *arguments)

@@ -251,14 +251,20 @@ def test_zsh_names_the_operand(place):
 
 
 @each_shell
-def test_the_program_on_the_simulator(place, shell):
+@pytest.mark.parametrize("library", ["rehearse", "linux"])
+def test_the_programs_of_other_packages(place, shell, library):
+    """No program is there by its usual name."""
     programs = place.folder / "programs"
     programs.mkdir()
-    (programs / "tavrocli-rehearse").symlink_to(place.programs / "tavrocli")
+    for program in ("tavrocli", "tavrohost"):
+        (programs / f"{program}-{library}").symlink_to(place.programs / program)
     place.programs = programs
     with shell_on_terminal(place, shell) as terminal:
-        terminal.type("tavrocli-rehearse -isc\t02-00-5E-10\t")
-        terminal.wait_for("tavrocli-rehearse -iscsi 02-00-5E-10-00-0")
+        terminal.type(f"tavrocli-{library} -isc\t02-00-5E-10\t")
+        terminal.wait_for(f"tavrocli-{library} -iscsi 02-00-5E-10-00-0")
+        if library == "linux":
+            terminal.type("\x15tavrohost-linux rehearse -- -isc\t02-00-5E-10\t")
+            terminal.wait_for("tavrohost-linux rehearse -- -iscsi 02-00-5E-10-00-0")
 
 
 def test_in_zsh_the_next_completer_is_asked_when_nothing_fits(place):

@@ -60,7 +60,7 @@ def anchor(heading):
     return re.sub(r"[^\w -]", "", heading.lower()).replace(" ", "-")
 
 
-@pytest.mark.parametrize("page", [*PAGES, ROOT / "docs" / "tavrohost.md"], ids=lambda page: page.stem)
+@pytest.mark.parametrize("page", [*PAGES, ROOT / "docs" / "tavrohost.md", ROOT / "docs" / "linux.md"], ids=lambda page: page.stem)
 def test_every_link_leads_somewhere(page):
     for file, place in LINK.findall(FENCED.sub("", read(page))):
         if re.match(r"\w+:", file):
@@ -135,7 +135,7 @@ def test_the_manual_page_has_every_command(rendered):
 
 def test_the_pages_are_rendered_and_their_links_lead_to_each_other(rendered):
     folder = rendered / "html"
-    names = {"index.html", "tavrohost.html"} | {page.with_suffix(".html").name for page in PAGES if page.stem != "README"}
+    names = {"index.html", "tavrohost.html", "linux.html"} | {page.with_suffix(".html").name for page in PAGES if page.stem != "README"}
     assert {page.name for page in folder.iterdir()} == names
     for page in folder.iterdir():
         text = read(page)

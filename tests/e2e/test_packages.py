@@ -2,22 +2,26 @@
 clean system, used, and removed without a trace. `scripts/package` has to have made them."""
 
 import gzip
+import json
 import os
 import shutil
+import stat
 import struct
 import subprocess
 import zipfile
 
 import pytest
 
-from clean_root import CleanRoot
+from clean_root import CleanRoot, needed_by
 from program import LIBRARY, PLATFORMS, ROOT, WINE, finish
 from test_version import VERSION
 
 PACKAGES = ROOT / "build" / "packages"
 PROGRAM_PACKAGE = PACKAGES / f"tavrocli_{VERSION}_amd64.deb"
 SIMULATOR_PACKAGE = PACKAGES / f"tavrocli-simulator_{VERSION}_amd64.deb"
-DEBS = (PROGRAM_PACKAGE, SIMULATOR_PACKAGE)
+LINUX_PACKAGE = PACKAGES / f"tavrocli-linux_{VERSION}_amd64.deb"
+DEBS = (PROGRAM_PACKAGE, SIMULATOR_PACKAGE, LINUX_PACKAGE)
+NAMES = ("tavrocli", "tavrocli-simulator", "tavrocli-linux")
 ZIP_FOLDER = f"tavrocli-{VERSION}-windows-x64"
 ZIP = PACKAGES / f"{ZIP_FOLDER}.zip"
 TITLE = f"Tavro Converged Network Adapter CLI({VERSION})"
@@ -39,11 +43,11 @@ def paths_in(package):
 DOCUMENTS = {"install.md", "CHANGELOG.md", "SECURITY.md"} | {
     f"schemas/{path.name}" for path in (ROOT / "docs").glob("*.schema.json")} | {
     f"html/{path.stem}.html" for path in (ROOT / "docs" / "manual").glob("*.md") if path.stem != "README"} | {
-    "html/index.html", "html/tavrohost.html"}
+    "html/index.html", "html/tavrohost.html", "html/linux.html"}
 
 
 def test_what_each_package_holds():
-    program, simulator = paths_in(PROGRAM_PACKAGE), paths_in(SIMULATOR_PACKAGE)
+    program, simulator, linux = map(paths_in, DEBS)
     assert program == {f"usr/share/doc/tavrocli/{name}" for name in DOCUMENTS} | {
         "usr/bin/tavrocli", "usr/lib/tavrocli/tavrocli", "usr/share/man/man1/tavrocli.1.gz",
         "usr/bin/tavrohost", "usr/lib/tavrocli/tavrohost", "usr/share/man/man1/tavrohost.1.gz",
@@ -58,6 +62,14 @@ def test_what_each_package_holds():
         "usr/lib/tavrocli/simulator/tavrocli", "usr/lib/tavrocli/simulator/tavro.dll",
         "usr/share/doc/tavrocli-simulator/simulator.md", "usr/share/doc/tavrocli-simulator/examples/default_host.json",
         "usr/share/doc/tavrocli-simulator/copyright", "usr/share/doc/tavrocli-simulator/changelog.gz",
+    }
+    assert linux == {
+        "usr/bin/tavrocli-linux", "usr/share/man/man1/tavrocli-linux.1.gz",
+        "usr/bin/tavrohost-linux", "usr/share/man/man1/tavrohost-linux.1.gz",
+        "usr/lib/tavrocli/linux/tavrocli", "usr/lib/tavrocli/linux/tavrohost", "usr/lib/tavrocli/linux/tavro.dll",
+        "usr/share/bash-completion/completions/tavrocli-linux", "usr/share/bash-completion/completions/tavrohost-linux",
+        "usr/share/zsh/vendor-completions/_tavrocli-linux", "usr/share/doc/tavrocli-linux/linux.md",
+        "usr/share/doc/tavrocli-linux/copyright", "usr/share/doc/tavrocli-linux/changelog.gz",
     }
     assert [name for name in program if name.endswith(".dll")] == []
     with zipfile.ZipFile(ZIP) as archive:
@@ -98,6 +110,10 @@ def test_the_programs_tell_neither_where_nor_when_they_were_built(platform):
         if platform.is_windows:
             header = struct.unpack_from("<I", content, 0x3C)[0]
             assert struct.unpack_from("<I", content, header + 8) == (0,)
+
+
+def test_the_package_for_this_host_names_the_libraries_that_it_needs():
+    assert {"libnl-3-200", "libpci3", "libiscsi7"} <= set(needed_by(LINUX_PACKAGE))
 
 
 @pytest.fixture(scope="module")
@@ -148,7 +164,31 @@ def test_the_simulator_installed_used_and_removed(clean_root):
     assert clean_root.files() == before
 
 
-def test_the_program_does_not_find_the_simulator_beside_it(clean_root):
+def test_the_package_for_this_host_installed_used_and_removed(clean_root):
+    before = clean_root.files()
+    install(clean_root, LINUX_PACKAGE)
+    pair = "ip link add va address 02:00:5e:10:00:01 type veth peer name vb address 02:00:5e:10:00:02"
+    shown = lines_of(clean_root.run("tavrocli-linux", "-showadapter", before=pair))
+    assert [line for line in shown if "Port Identifier" in line] == [
+        f"Port Identifier                   : 02-00-5E-10-00-0{end}" for end in (1, 1, 2, 2)]
+    captured = clean_root.run("tavrohost-linux", "capture", "-o", "-", before=pair)
+    assert {adapter["name"] for adapter in json.loads(captured.stdout)["adapters"]} == {"veth va", "veth vb"}
+    assert clean_root.run("tavrocli", "-about").returncode == 127
+    (clean_root.folder / "root" / "tavrocli.log").unlink()
+    # What the library keeps is root's, stays when the package goes, and goes with its last trace.
+    state = clean_root.folder / "var" / "lib" / "tavrocli"
+    assert not state.exists()
+    reset = lines_of(clean_root.run("tavrocli-linux", "-ethernet", "02-00-5E-10-00-01", "-resetstat", before=pair))
+    assert "The statistics were reset." in reset
+    assert (stat.S_IMODE(state.stat().st_mode), stat.S_IMODE((state / "state.json").stat().st_mode)) == (0o700, 0o600)
+    (clean_root.folder / "root" / "tavrocli.log").unlink()
+    clean_root.dpkg("--remove", "tavrocli-linux")
+    assert (state / "state.json").exists()
+    clean_root.dpkg("--purge", "tavrocli-linux")
+    assert clean_root.files() == before
+
+
+def test_the_program_finds_neither_library_of_the_others(clean_root):
     before = clean_root.files()
     install(clean_root, *DEBS)
     assert clean_root.run("tavrocli", "-showadapter").stderr == REFUSAL
@@ -157,21 +197,22 @@ def test_the_program_does_not_find_the_simulator_beside_it(clean_root):
     assert clean_root.run(*capture, "--library", f"/usr/lib/tavrocli/simulator/{LIBRARY}").returncode == 0
     shutil.rmtree(clean_root.folder / "root" / ".local")  # the simulated host, whose counters were read
     assert TITLE in lines_of(clean_root.run("tavrocli-rehearse", "-about"))
+    assert TITLE in lines_of(clean_root.run("tavrocli-linux", "-about"))
     (clean_root.folder / "root" / "tavrocli.log").unlink()
-    clean_root.dpkg("--purge", "tavrocli", "tavrocli-simulator")
+    clean_root.dpkg("--purge", *NAMES)
     assert clean_root.files() == before
 
 
 def test_the_manual_pages_are_well_formed_where_they_are_installed(clean_root):
     install(clean_root, *DEBS)
-    for name in ("tavrocli.1", "tavrohost.1", "tavrocli-rehearse.1"):
+    for name in ("tavrocli.1", "tavrohost.1", "tavrocli-rehearse.1", "tavrocli-linux.1", "tavrohost-linux.1"):
         page = clean_root.folder / "tmp" / name
         page.write_bytes(gzip.decompress((clean_root.folder / "usr/share/man/man1" / f"{name}.gz").read_bytes()))
         # On standard error it misses the database that speeds up searching for pages.
         result = clean_root.run("mandoc", "-T", "lint", f"/tmp/{name}")
         assert (result.stdout, result.returncode) == ("", 0)
         page.unlink()
-    clean_root.dpkg("--purge", "tavrocli", "tavrocli-simulator")
+    clean_root.dpkg("--purge", *NAMES)
 
 
 def test_installed_from_the_build_used_and_removed(tmp_path):

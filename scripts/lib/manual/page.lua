@@ -1,6 +1,6 @@
 -- A filter for pandoc: a link to another page of the manual leads to the rendered one; a link to a file that is not
 -- rendered is its text. The current folder is that of the pages.
-local Rendered = {["README.md"] = "index.html", ["../tavrohost.md"] = "tavrohost.html"}
+local Rendered = {["README.md"] = "index.html", ["tavrohost.md"] = "tavrohost.html", ["linux.md"] = "linux.html"}
 
 local function rendered(file)
   local page = io.open(file)
@@ -13,7 +13,7 @@ function Link(link)
     return link
   end
   local file, place = link.target:match("^([^#]*)(.*)$")
-  local page = rendered((file:gsub("^manual/", "")))
+  local page = rendered((file:gsub("^manual/", ""):gsub("^%.%./", "")))
   if not page then
     return link.content
   end
