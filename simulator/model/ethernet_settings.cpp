@@ -1,8 +1,11 @@
 // The adapter settings of Ethernet functions: telling what they are and can be, and changing them.
 #include "simulator/host/ethernet_settings.h"
 
+#include <charconv>
 #include <optional>
 #include <span>
+#include <string>
+#include <system_error>
 
 #include "library/calls/call.h"
 #include "library/calls/setting_values.h"
@@ -12,6 +15,7 @@
 #include "simulator/model/families.h"
 #include "simulator/model/from_records.h"
 #include "simulator/model/model.h"
+#include "simulator/model/system_interface.h"
 #include "tavroapi/ethernet_records.h"
 
 namespace tavrosim {
@@ -130,6 +134,23 @@ std::optional<tavroapi::AdapterSettings> CapturedSettings(const Host& host,
 }
 
 // Takes over the settings that are marked as changed, all of them or none.
+// The iSCSI function of a system's interface tells the largest frame of that, without its header.
+void TellFrames(const Edited<EthernetPart>& at, const std::string& jumboPacket) {
+    constexpr int Header = 14;
+    int frame = 0;
+    const char* const end = jumboPacket.data() + jumboPacket.size();
+    const auto [stop, error] = std::from_chars(jumboPacket.data(), end, frame);
+    if (error != std::errc() || stop != end) {
+        return;
+    }
+    for (Function& other : at.port.functions) {
+        if (other.iscsi && IsSameInterface(other, at.function) &&
+            !other.iscsi->tcpIp.maxFrameSize.empty()) {
+            other.iscsi->tcpIp.maxFrameSize = std::to_string(frame - Header);
+        }
+    }
+}
+
 Outcome WriteSettings(const Edited<EthernetPart>& at, const tavroapi::AdapterSettings& record) {
     EthernetPart& part = at.part;
     EthernetSettings settings = part.settings.value_or(EthernetSettings{});
@@ -151,6 +172,7 @@ Outcome WriteSettings(const Edited<EthernetPart>& at, const tavroapi::AdapterSet
         }
     }
     part.settings = settings;
+    TellFrames(at, settings.jumboPacket);
     return Done();
 }
 

@@ -10,6 +10,7 @@
 #include "simulator/model/families.h"
 #include "simulator/model/ip_address.h"
 #include "simulator/model/model.h"
+#include "simulator/model/system_interface.h"
 #include "simulator/model/tcpip_records.h"
 #include "tavroapi/codes.h"
 #include "tavroapi/tcpip_records.h"
@@ -29,31 +30,13 @@ constexpr int LastLease = 199;
 // several functions may have.
 constexpr std::string_view ExampleIPv6 = "2001:DB8:85A3:42:1000:8A2E:370:7334";
 
-const TcpIp* SettingsOf(const Function& function) {
-    return function.ethernet ? &function.ethernet->tcpIp
-           : function.iscsi  ? &function.iscsi->tcpIp
-                             : nullptr;
-}
-
-// A captured function that has no VLAN priority is one of an interface of its system: the system
-// has the VLANs, and the functions with that MAC share the interface's addresses.
-bool IsOfSystem(const Function& function) {
-    const TcpIp* const settings = SettingsOf(function);
-    return settings != nullptr && settings->vlanPriority.empty();
-}
-
-bool IsSameInterface(const Function& one, const Function& other) {
-    return IsOfSystem(one) && IsOfSystem(other) &&
-           NormalIdentifier(one.mac) == NormalIdentifier(other.mac);
-}
-
 // The function of another interface than that of `except` that has the address, IPv4 or IPv6.
 const Function* OwnerOf(const Host& host, const std::string& address, const Function& except) {
     const AddressMatch isTheSame(address);
     for (const Adapter& adapter : host.adapters) {
         for (const Port& port : adapter.ports) {
             for (const Function& function : port.functions) {
-                const TcpIp* settings = SettingsOf(function);
+                const TcpIp* settings = TcpIpOf(function);
                 if (&function != &except && !IsSameInterface(function, except) &&
                     settings != nullptr &&
                     (isTheSame(settings->address) || isTheSame(settings->addressIPv6))) {
@@ -183,7 +166,9 @@ Outcome SetEthernetTcpIp(const Edited<EthernetPart>& at, TcpIpSettings& wanted) 
                                               : ApplyIPv6(at.host, at.function, wanted, settings);
     for (Function& other : at.port.functions) {
         if (other.iscsi && IsSameInterface(other, at.function)) {
-            other.iscsi->tcpIp = settings;
+            TcpIp shared = settings;
+            shared.maxFrameSize = other.iscsi->tcpIp.maxFrameSize;
+            other.iscsi->tcpIp = std::move(shared);
         }
     }
     return outcome;

@@ -3,6 +3,7 @@
 
 #include "simulator/host/host_file.h"
 #include "simulator/model/model.h"
+#include "tavroapi/ethernet_records.h"
 #include "tavroapi/tcpip_records.h"
 
 namespace tavrosim {
@@ -28,6 +29,15 @@ class SystemInterface : public testing::Test {
             ->change(host, InterfaceMac, &record, nullptr);
     }
 
+    Outcome SetJumboPacket(const char* frame) {
+        constexpr std::size_t JumboPacket = 9;
+        tavroapi::AdapterSettings record;
+        record.settings.at(JumboPacket).value = frame;
+        record.settings.at(JumboPacket).changed = "1";
+        const auto code = static_cast<std::uint32_t>(OperationCode::WriteAdapterSettings);
+        return FindModel(code)->change(host, InterfaceMac, &record, nullptr);
+    }
+
     Function& FunctionAt(std::size_t place) { return host.adapters[0].ports[0].functions[place]; }
 
     Host host = HostFromText(R"({"name": "h", "adapters": [
@@ -50,6 +60,22 @@ TEST_F(SystemInterface, KeepsSettingsAwayThatItDoesNotHave) {
     ASSERT_TRUE(Set(OperationCode::SetEthernetTcpIp, "192.0.2.9").IsDone());
     EXPECT_EQ(FunctionAt(0).ethernet->tcpIp.vlanPriority, "");
     EXPECT_EQ(FunctionAt(0).ethernet->tcpIp.maxFrameSize, "");
+}
+
+TEST_F(SystemInterface, KeepsTheFrameThatItsIscsiFunctionTells) {
+    FunctionAt(1).iscsi->tcpIp.maxFrameSize = "4000";
+    ASSERT_TRUE(Set(OperationCode::SetEthernetTcpIp, "192.0.2.9").IsDone());
+    EXPECT_EQ(FunctionAt(1).iscsi->tcpIp.address, "192.0.2.9");
+    EXPECT_EQ(FunctionAt(1).iscsi->tcpIp.maxFrameSize, "4000");
+}
+
+TEST_F(SystemInterface, GivesItsFramesToAnIscsiFunctionThatTellsThem) {
+    FunctionAt(1).iscsi->tcpIp.maxFrameSize = "1500";
+    ASSERT_TRUE(SetJumboPacket("9014").IsDone());
+    EXPECT_EQ(FunctionAt(1).iscsi->tcpIp.maxFrameSize, "9000");
+    FunctionAt(1).iscsi->tcpIp.maxFrameSize = "";
+    ASSERT_TRUE(SetJumboPacket("4088").IsDone());
+    EXPECT_EQ(FunctionAt(1).iscsi->tcpIp.maxFrameSize, "");
 }
 
 TEST_F(SystemInterface, LeavesTheIscsiFunctionNoAddressOfItsOwn) {
