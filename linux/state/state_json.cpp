@@ -18,7 +18,7 @@ using tavrolib::Place;
 constexpr std::int64_t Format = 1;
 constexpr std::size_t MostElements = 100000;
 
-// Texts of users are bytes of any encoding.
+// Texts of users, and names of interfaces, are bytes of any encoding.
 Json JsonOf(const LoginOptions& login) {
     Json json = Json::object();
     tavroapi::ForEachField(login,
@@ -127,8 +127,10 @@ class Reader {
     std::map<std::string, std::uint64_t> Counters() const {
         std::map<std::string, std::uint64_t> counters;
         for (const auto& [key, value] : json_.items()) {
-            counters[key] = static_cast<std::uint64_t>(tavrolib::NumberAt(
-                value, 0, std::numeric_limits<std::int64_t>::max(), Place(place_, key)));
+            if (!value.is_number_unsigned()) {
+                throw tavrolib::ShapeError(Place(place_, key), "a counter is wanted");
+            }
+            counters[key] = value.get<std::uint64_t>();
         }
         return counters;
     }
@@ -179,7 +181,7 @@ std::string TextFromState(const State& state) {
                             {"initiatorLogin", JsonOf(state.initiatorLogin)},
                             {"interfaces", Json::object()}}};
     for (const auto& [name, interface] : state.interfaces) {
-        document.json["interfaces"][name] = JsonOf(interface);
+        document.json["interfaces"][tavrolib::Utf8FromBytes(name)] = JsonOf(interface);
     }
     return document.json.dump(2) + '\n';
 }
@@ -194,7 +196,7 @@ State StateFromText(std::string_view text) {
     state.bootId = reader.Text("bootId");
     state.initiatorLogin = LoginFrom(reader.Inner("initiatorLogin"));
     reader.EachMember("interfaces", [&state](const std::string& name, const Reader& interface) {
-        state.interfaces[name] = InterfaceFrom(interface);
+        state.interfaces[tavrolib::BytesFromUtf8(name)] = InterfaceFrom(interface);
     });
     return state;
 }
