@@ -31,6 +31,7 @@ std::vector<HostFinding> FindingsIn(std::string_view text) {
         }
     }
     std::vector<HostFinding> found;
+    found.reserve(collected.size());
     for (const tavrolib::ShapeError& each : collected) {
         found.push_back({.severity = found.size() < errors ? Severity::Error : Severity::Warning,
                          .place = each.PlaceText(),
