@@ -15,6 +15,7 @@
 
 #include "linux/iscsi/local_address.h"
 #include "linux/iscsi/login.h"
+#include "linux/iscsi/login_answer.h"
 #include "linux/iscsi/login_refusals.h"
 #include "linux/iscsi/quiet_pipe.h"
 #include "linux/iscsi/wait.h"
@@ -151,18 +152,14 @@ void Session::Connection::LogIn(const LoginOptions& login) {
         throw IscsiFailure(ConnectionEnded(portal_, "logging in"));
     }
     Await(Stage::LoggingIn, "logging in");
-    if (progress_.status != SCSI_STATUS_GOOD || (WantsProof(login) && !isProven_)) {
-        RefuseLogin(login);
-    }
-}
-
-void Session::Connection::RefuseLogin(const LoginOptions& login) const {
-    if (answer_ && answer_->status != 0) {
-        throw IscsiFailure(LoginRefusal(portal_, target_, answer_->status));
-    }
     // What libiscsi refuses by itself is the target's proof, or an answer that makes no sense.
-    throw IscsiFailure(WantsProof(login) ? TargetNotProven(portal_, target_)
-                                        : Invalid(portal_, "logging in"));
+    const bool isDone = progress_.status == SCSI_STATUS_GOOD;
+    if (WantsProof(login) && (!isDone || !isProven_)) {
+        throw IscsiFailure(TargetNotProven(portal_, target_));
+    }
+    if (!isDone) {
+        throw IscsiFailure(Invalid(portal_, "logging in"));
+    }
 }
 
 void Session::Connection::Await(Stage stage, const std::string& step) {
@@ -228,8 +225,11 @@ bool Session::Connection::TakeLoginAnswer(int descriptor, bool isEnded, const st
     }
     bytes.resize(*size);
     peek();
-    answer_ = ParseLoginAnswer(bytes);
-    isProven_ |= answer_->provesTarget;
+    const LoginAnswer answer = ParseLoginAnswer(bytes);
+    if (answer.status != 0) {
+        throw IscsiFailure(LoginRefusal(portal_, target_, answer.status));
+    }
+    isProven_ |= answer.provesTarget;
     return true;
 }
 

@@ -4,7 +4,6 @@
 #include <memory>
 #include <string>
 
-#include "linux/iscsi/login_answer.h"
 #include "linux/iscsi/wire.h"
 
 // This header stands in no C++ linkage of its own where the library's do not.
@@ -49,18 +48,16 @@ class Session::Connection {
     void Connect();
     void WantBound() const;
     void LogIn(const tavroapi::LoginOptions& login);
-    [[noreturn]] void RefuseLogin(const tavroapi::LoginOptions& login) const;
 
     // Serves the connection until the step that was begun is done.
     void Await(Stage stage, const std::string& step);
-    // Whether libiscsi can read what has arrived; notes what it says of the login.
+    // Whether libiscsi can read what has arrived as a whole answer; refuses when that is a refusal.
     bool TakeLoginAnswer(int descriptor, bool isEnded, const std::string& step);
 
     Portal portal_;
     std::string target_;
     std::string bound_;  // the interface that the connection leaves through; empty for any
     Progress progress_;
-    std::optional<LoginAnswer> answer_;
     bool isProven_ = false;  // the target answered a CHAP challenge
     // Goes before the above, to which it hands what it gives up.
     std::unique_ptr<iscsi_context, int (*)(iscsi_context*)> context_;
