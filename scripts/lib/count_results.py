@@ -18,6 +18,7 @@ NEEDS = (
     "not run here: needs a file system with access lists",
     "not run here: needs node and tree-sitter-powershell from npm",
     "not run here: needs a network and mount namespace of its own",
+    "not run here: needs tgtd to start",
     "not run here: needs to mount and to change the root, as root or in a user namespace",
 )
 
