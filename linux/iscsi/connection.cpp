@@ -84,8 +84,8 @@ void Session::Connection::Configure(const SessionPlan& plan, const LoginOptions&
         iscsi_set_header_digest(context, login.headerDigest == UsesDigest
                                              ? ISCSI_HEADER_DIGEST_CRC32C
                                              : ISCSI_HEADER_DIGEST_NONE);
-        iscsi_set_immediate_data(context, plan.wantsImmediateData ? ISCSI_IMMEDIATE_DATA_YES
-                                                                  : ISCSI_IMMEDIATE_DATA_NO);
+        iscsi_set_immediate_data(
+            context, plan.wantsImmediateData ? ISCSI_IMMEDIATE_DATA_YES : ISCSI_IMMEDIATE_DATA_NO);
     }
     if (login.authentication == OneWayChap || login.authentication == MutualChap) {
         iscsi_set_initiator_username_pwd(context, login.targetChapName.c_str(),

@@ -43,11 +43,10 @@ std::vector<PortalAnswer> AskAll(const Place& at, const State& state) {
         const std::size_t end = std::min(portals.size(), first + PortalsAtOnce);
         for (std::size_t portal = first; portal < end; ++portal) {
             const KeptPortal& kept = portals[portal];
-            asked.push_back(std::async(std::launch::async, [&state, &kept,
-                                                            plan = PlanFor(at, {kept.address,
-                                                                                kept.port})] {
-                return Ask(plan, kept, state.initiatorLogin);
-            }));
+            asked.push_back(std::async(
+                std::launch::async, [&state, &kept, plan = PlanFor(at, {kept.address, kept.port})] {
+                    return Ask(plan, kept, state.initiatorLogin);
+                }));
         }
         for (std::future<PortalAnswer>& answer : asked) {
             answers.push_back(answer.get());
@@ -89,19 +88,20 @@ Portal PortalOf(const std::string& address, const std::string& port) {
     const auto number = PortFrom(port);
     if (!number) {
         throw IscsiFailure(Refused(Status::TargetUnreachable, L"The port number is not usable.",
-                                  L"Give a number from 1 to 65535.",
-                                  L"port number " + tavrolib::Quoted(port)));
+                                   L"Give a number from 1 to 65535.",
+                                   L"port number " + tavrolib::Quoted(port)));
     }
     return {address, *number};
 }
 
 SessionPlan PlanFor(const Place& at, const Portal& portal, const std::string& target) {
-    SessionPlan plan{ReadInitiatorName(at.machine.SystemRoots()), at.interface.name, portal, target};
+    SessionPlan plan{ReadInitiatorName(at.machine.SystemRoots()), at.interface.name, portal,
+                     target};
     if (plan.initiator.empty()) {
-        throw IscsiFailure(Refused(
-            Status::InvalidInitiatorName, L"The host's initiator has no name.",
-            L"Give it one with \"-iscsi -setinitiator\".",
-            InitiatorNameFile(at.machine.SystemRoots()).wstring()));
+        throw IscsiFailure(Refused(Status::InvalidInitiatorName,
+                                   L"The host's initiator has no name.",
+                                   L"Give it one with \"-iscsi -setinitiator\".",
+                                   InitiatorNameFile(at.machine.SystemRoots()).wstring()));
     }
     return plan;
 }
@@ -159,10 +159,10 @@ KnownTarget FindTarget(const Place& at, const State& state, const std::string& n
         }
     }
     throw IscsiFailure(Refused(Status::UnknownIscsiTarget,
-                              L"The initiator does not know this target.",
-                              L"Run the command with \"-target -listall\" to see the targets, or "
-                              L"add the portal of this target.",
-                              L"target " + tavrolib::Quoted(name)));
+                               L"The initiator does not know this target.",
+                               L"Run the command with \"-target -listall\" to see the targets, or "
+                               L"add the portal of this target.",
+                               L"target " + tavrolib::Quoted(name)));
 }
 
 }  // namespace tavrolinux

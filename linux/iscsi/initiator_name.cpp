@@ -51,8 +51,8 @@ std::optional<std::string_view> NameOfLine(std::string_view line) {
         return std::nullopt;
     }
     const std::string_view name = WithoutBlanks(line.substr(1));
-    const bool isName = !name.empty() && name.size() <= LongestIscsiName &&
-                        std::ranges::none_of(name, IsControl);
+    const bool isName =
+        !name.empty() && name.size() <= LongestIscsiName && std::ranges::none_of(name, IsControl);
     return isName ? std::optional(name) : std::nullopt;
 }
 
@@ -106,8 +106,8 @@ bool IsInitiatorName(std::string_view name) {
     if (prefix == "iqn.") {
         return std::ranges::all_of(rest, IsOfAnIqn);
     }
-    const bool hasSize = rest.size() == ShortIdentifier ||
-                         (prefix == "naa." && rest.size() == LongIdentifier);
+    const bool hasSize =
+        rest.size() == ShortIdentifier || (prefix == "naa." && rest.size() == LongIdentifier);
     return (prefix == "eui." || prefix == "naa.") && hasSize &&
            std::ranges::all_of(rest, IsHexadecimal);
 }

@@ -27,8 +27,9 @@ void Complete(LoginOptions& login) {
 }
 
 LoginOptions WithoutSecrets(const LoginOptions& login) {
-    LoginOptions told{login.multipath,      login.headerDigest, login.dataDigest,
-                      login.authentication, login.targetChapName, {},
+    LoginOptions told{login.multipath,         login.headerDigest,
+                      login.dataDigest,        login.authentication,
+                      login.targetChapName,    {},
                       login.initiatorChapName, {}};
     Complete(told);
     return told;

@@ -28,8 +28,7 @@ CommandAnswer Patiently(const std::function<CommandAnswer()>& ask) {
 
 std::optional<Capacity> CapacityOf(Session& session, std::uint16_t lun) {
     const CommandAnswer small = Patiently([&] { return session.ReadCapacity10(lun); });
-    const auto capacity =
-        small.isGood ? ParseCapacity10(small.bytes) : std::optional<Capacity>();
+    const auto capacity = small.isGood ? ParseCapacity10(small.bytes) : std::optional<Capacity>();
     if (capacity) {
         return capacity;
     }
@@ -53,8 +52,7 @@ std::optional<LunRecord> ReadLun(Session& session, std::uint16_t lun) {
             record.texts[iscsi_lun::BlockSize] = std::to_string(capacity->blockSize);
         }
     }
-    record.texts[iscsi_lun::SerialNumber] =
-        ParseSerialNumber(session.ReadSerialNumber(lun).bytes);
+    record.texts[iscsi_lun::SerialNumber] = ParseSerialNumber(session.ReadSerialNumber(lun).bytes);
     record.texts[iscsi_lun::ConnectionState] = "Not connected";
     return record;
 }

@@ -13,7 +13,7 @@ struct PingPlan {
     std::string interface;  // the packets leave through it, unless they stay within this host
     IpAddress address;
     std::uint32_t count = 0;
-    std::uint32_t packetSize = 0;  // bytes behind the header
+    std::uint32_t packetSize = 0;         // bytes behind the header
     std::chrono::milliseconds timeout{};  // for each reply
 };
 

@@ -62,20 +62,13 @@ constexpr IscsiPortFact IscsiFacts[] = {
 
 // What libiscsi proposes while it logs in.
 constexpr IscsiDefault ProposedParameters[] = {
-    {iscsi_defaults::MaxConnections, "1"},
-    {iscsi_defaults::InitialR2T, "No"},
-    {iscsi_defaults::ImmediateData, "Yes"},
-    {iscsi_defaults::MaxBurstLength, "262144"},
-    {iscsi_defaults::FirstBurstLength, "262144"},
-    {iscsi_defaults::TimeToWait, "2"},
-    {iscsi_defaults::TimeToRetain, "0"},
-    {iscsi_defaults::MaxOutstandingR2T, "1"},
-    {iscsi_defaults::DataPduInOrder, "Yes"},
-    {iscsi_defaults::DataSequenceInOrder, "Yes"},
-    {iscsi_defaults::ErrorRecoveryLevel, "0"},
-    {iscsi_defaults::MaxReceiveLength, "262144"},
-    {iscsi_defaults::HeaderDigest, "No"},
-    {iscsi_defaults::DataDigest, "No"},
+    {iscsi_defaults::MaxConnections, "1"},        {iscsi_defaults::InitialR2T, "No"},
+    {iscsi_defaults::ImmediateData, "Yes"},       {iscsi_defaults::MaxBurstLength, "262144"},
+    {iscsi_defaults::FirstBurstLength, "262144"}, {iscsi_defaults::TimeToWait, "2"},
+    {iscsi_defaults::TimeToRetain, "0"},          {iscsi_defaults::MaxOutstandingR2T, "1"},
+    {iscsi_defaults::DataPduInOrder, "Yes"},      {iscsi_defaults::DataSequenceInOrder, "Yes"},
+    {iscsi_defaults::ErrorRecoveryLevel, "0"},    {iscsi_defaults::MaxReceiveLength, "262144"},
+    {iscsi_defaults::HeaderDigest, "No"},         {iscsi_defaults::DataDigest, "No"},
 };
 
 IscsiPort ReadPortAt(const Place& at) {

@@ -11,8 +11,7 @@ namespace tavrolinux {
 bool AreSame(const Portal& one, const Portal& other) {
     const auto address = IpAddressFrom(one.address);
     return one.port == other.port &&
-           (one.address == other.address ||
-            (address && address == IpAddressFrom(other.address)));
+           (one.address == other.address || (address && address == IpAddressFrom(other.address)));
 }
 
 std::optional<std::uint16_t> PortFrom(std::string_view text) {

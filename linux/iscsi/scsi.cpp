@@ -25,9 +25,8 @@ std::string FieldText(ScsiBytes bytes, std::size_t position, std::size_t size) {
         text += byte > 0x20 && byte < 0x7F ? static_cast<char>(byte) : ' ';
     }
     const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos
-               ? std::string()
-               : text.substr(first, text.find_last_not_of(' ') - first + 1);
+    return first == std::string::npos ? std::string()
+                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 }  // namespace
@@ -85,7 +84,8 @@ std::optional<Capacity> ParseCapacity10(ScsiBytes answer) {
     const std::uint64_t last = NumberAt(answer, 0, 4);
     return last == std::numeric_limits<std::uint32_t>::max()
                ? std::nullopt
-               : std::optional(Capacity{last + 1, static_cast<std::uint32_t>(NumberAt(answer, 4, 4))});
+               : std::optional(
+                     Capacity{last + 1, static_cast<std::uint32_t>(NumberAt(answer, 4, 4))});
 }
 
 std::optional<Capacity> ParseCapacity16(ScsiBytes answer) {

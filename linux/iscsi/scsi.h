@@ -13,8 +13,8 @@ namespace tavrolinux {
 
 using ScsiBytes = std::span<const std::uint8_t>;
 
-// The units that REPORT LUNS lists, as two bytes that address them on the wire. Well-known units and
-// those of deeper levels are left out.
+// The units that REPORT LUNS lists, as two bytes that address them on the wire. Well-known units
+// and those of deeper levels are left out.
 std::vector<std::uint16_t> ParseReportedLuns(ScsiBytes answer);
 
 // The number of a unit as people write it.
@@ -22,7 +22,7 @@ std::uint16_t LunNumber(std::uint16_t address);
 
 // What the standard INQUIRY tells.
 struct Inquiry {
-    bool isThere = false;   // a unit is connected at that address
+    bool isThere = false;    // a unit is connected at that address
     bool hasBlocks = false;  // it is a disk or the like, which has a capacity
     std::string vendor;
     std::string product;

@@ -80,11 +80,11 @@ Outcome LogInToTarget(const Place& at, const tavroapi::TargetLoginRecord& record
             kept->login = record.login;
             Complete(kept->login);
         });
-        return Refused(Status::NoSessionKept,
-                       L"The target accepted the login, but this host keeps no sessions.",
-                       L"Run the command with \"-target -lunlist\" to see its LUNs.",
-                       L"target " + tavrolib::Quoted(name) + L", portal " +
-                           WideFromUtf8(TextOf(portal)));
+        return Refused(
+            Status::NoSessionKept,
+            L"The target accepted the login, but this host keeps no sessions.",
+            L"Run the command with \"-target -lunlist\" to see its LUNs.",
+            L"target " + tavrolib::Quoted(name) + L", portal " + WideFromUtf8(TextOf(portal)));
     });
 }
 
@@ -95,11 +95,11 @@ Outcome RemoveTarget(const Place& at, const std::string& name) {
                 std::erase_if(changed.interfaces[at.interface.name].logins,
                               [&](const KeptLogin& login) { return login.target == name; });
             if (removed == 0) {
-                throw IscsiFailure(Refused(Status::UnknownIscsiTarget,
-                                          L"No login at this target is kept.",
-                                          L"A target that a portal tells goes with the portal: run "
-                                          L"the command with \"-portal -remove\".",
-                                          L"target " + tavrolib::Quoted(name)));
+                throw IscsiFailure(
+                    Refused(Status::UnknownIscsiTarget, L"No login at this target is kept.",
+                            L"A target that a portal tells goes with the portal: run "
+                            L"the command with \"-portal -remove\".",
+                            L"target " + tavrolib::Quoted(name)));
             }
         });
         return Done();

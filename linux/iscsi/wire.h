@@ -39,8 +39,8 @@ struct CommandAnswer {
 };
 
 // A session, from its login until it goes. It makes no second attempt at anything. Every function
-// throws IscsiFailure: where nobody takes the connection, nothing comes within StepLimit, what comes
-// is no iSCSI, or the target refuses. The secrets of the login do not stay behind in memory.
+// throws IscsiFailure: where nobody takes the connection, nothing comes within StepLimit, what
+// comes is no iSCSI, or the target refuses. The secrets of the login do not stay behind in memory.
 class Session {
   public:
     // Connects and logs in: with the names and secrets of `login` where it has an authentication,

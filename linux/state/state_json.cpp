@@ -188,9 +188,10 @@ std::string TextFromState(const State& state) {
 
 State StateFromText(std::string_view text) {
     const WipedDocument document{tavrolib::ParseJson(text)};
-    const Reader reader(document.json, Place());
+    const Reader reader(document.json, tavrolib::Place());
     if (reader.NumberOf<std::int64_t>("format") != Format) {
-        throw tavrolib::ShapeError(Place(Place(), "format"), "this format is not known");
+        throw tavrolib::ShapeError(tavrolib::Place(tavrolib::Place(), "format"),
+                                   "this format is not known");
     }
     State state;
     state.bootId = reader.Text("bootId");
