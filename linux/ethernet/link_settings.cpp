@@ -41,25 +41,27 @@ std::set<std::uint32_t> SpeedsOf(const LinkModes& link, bool onlyOffered) {
 }
 
 // A speed is chosen by offering no other, where the device negotiates: some links cannot do
-// without.
+// without. Who has one speed has no choice.
 ToldSetting TellSpeed(const EthernetDevice& device) {
     if (!device.linkModes) {
         return NotThere();
     }
     const LinkModes& link = *device.linkModes;
+    const auto speeds = SpeedsOf(link, false);
+    if (speeds.size() < 2) {
+        return NotThere();
+    }
     std::vector<std::wstring> texts;
     if (CanNegotiate(device)) {
         texts.push_back(WideFromUtf8(Negotiated));
     }
-    const auto speeds = SpeedsOf(link, false);
     for (const std::uint32_t speed : speeds) {
         texts.push_back(WideFromUtf8(SpeedText(speed)));
     }
-    std::string value = link.speed ? SpeedText(*link.speed) : "Unknown";
+    std::string value = link.speed ? SpeedText(*link.speed) : UnknownValue;
     if (link.negotiates) {
         const auto offered = SpeedsOf(link, true);
-        value = offered.size() == 1 && speeds.size() > 1 ? SpeedText(*offered.begin())
-                                                         : std::string(Negotiated);
+        value = offered.size() == 1 ? SpeedText(*offered.begin()) : std::string(Negotiated);
     }
     return OneOf(std::move(value), texts);
 }

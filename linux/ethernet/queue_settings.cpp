@@ -48,8 +48,8 @@ ToldSetting TellQueues(const EthernetDevice& device) {
         return NotThere();
     }
     std::set<std::uint32_t> numbers{queues.largest};
-    for (std::uint32_t number = 1; number < queues.largest; number *= 2) {
-        numbers.insert(number);
+    for (std::uint64_t number = 1; number < queues.largest; number *= 2) {
+        numbers.insert(static_cast<std::uint32_t>(number));
     }
     return OneOf(queues.present, std::move(numbers));
 }
@@ -67,14 +67,14 @@ ToldSetting TellModeration(const EthernetDevice& device) {
     return Switch(told.isAdaptive.value_or(false) || told.receiveDelay.value_or(0) != 0);
 }
 
-// The device chooses the delay where it can.
+// The device chooses the delay where it can. There is one nevertheless, for when it does not.
 Outcome PlanModeration(const std::string& value, DevicePlan& plan) {
     constexpr std::uint32_t UsualDelay = 50;
     Coalescing& coalescing = *plan.target.coalescing;
     const bool isOn = IsSwitchedOn(value);
     if (coalescing.receiveDelay && !isOn) {
         coalescing.receiveDelay = 0;
-    } else if (coalescing.receiveDelay && !coalescing.isAdaptive) {
+    } else if (coalescing.receiveDelay == 0U) {
         coalescing.receiveDelay = UsualDelay;
     }
     if (coalescing.isAdaptive) {

@@ -33,10 +33,11 @@ class EthernetDoor {
 // Tells every setting of the device.
 void TellSettings(const EthernetDevice& device, tavroapi::AdapterSettings& settings);
 
-// Makes the changes that are marked and differ from what the device has: all of them are checked
-// before the first is made, and what was made is taken back when one fails or is not found on the
-// device afterwards. Throws SystemFailure where the system refused one and everything is again as
-// it was.
+// Makes the changes that are marked and differ from what the device has: all that are marked are
+// checked before the first is made, and what was made is taken back when one fails or not all that
+// are marked are found on the device afterwards. A number that the driver rounded counts as found.
+// Throws SystemFailure where the system refused one and everything is again as it was, where a
+// right is missing to know what there is to change, and where the interface is gone.
 tavrolib::Outcome ChangeSettings(EthernetDoor& door, const tavroapi::AdapterSettings& wanted);
 
 }  // namespace tavrolinux

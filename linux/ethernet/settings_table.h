@@ -13,6 +13,9 @@
 // The adapter settings: what each is and can be on a device, and what of the device it changes.
 namespace tavrolinux {
 
+// The value of what the device has, but cannot tell for now.
+inline constexpr const char* UnknownValue = "Unknown";
+
 // What a setting is, and what it can be: nothing where it cannot be changed.
 struct ToldSetting {
     std::string value;
@@ -30,6 +33,7 @@ struct SettingRow {
     std::size_t number = 0;
     ToldSetting (*tell)(const EthernetDevice& device) = nullptr;
     // Plans a value that the setting can have, or refuses it; null where it cannot be changed.
+    // Called only for what is told with choices, and for an address.
     tavrolib::Outcome (*plan)(const std::string& value, DevicePlan& plan) = nullptr;
     bool isAddress = false;
     bool isRounded = false;  // the driver takes the nearest number that it can

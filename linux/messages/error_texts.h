@@ -50,7 +50,7 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
 
     // Ethernet ports.
     {L"The interface has no address of its own to go back to.",
-     L"インターフェースには、元に戻せる固有のアドレスがありません。",
+     L"インターフェイスには、元に戻せる固有のアドレスがありません。",
      L"该接口没有可以恢复的自身地址。"},
     {L"Set it to a locally administered unicast address.",
      L"ローカル管理のユニキャストアドレスに設定してください。",
@@ -73,6 +73,9 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
     {L"Run the command with \"-getadapinfo\" to see what the settings are now.",
      L"現在の設定は、コマンドの「-getadapinfo」で確認してください。",
      L"请使用“-getadapinfo”运行命令以查看当前的设置。"},
+    {L"Take the interface down first: its address cannot be changed while it is up.",
+     L"先にインターフェイスを停止してください。動作中はアドレスを変更できません。",
+     L"请先停用该接口：接口启用期间无法更改其地址。"},
 
     // TCP/IP.
     {L"Set it up with the host's network manager.",

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -29,7 +30,14 @@ class FakeDoor : public EthernetDoor {
     std::function<void(const std::string&)> before = [](const std::string&) {};
     std::function<void(EthernetDevice&)> afterwards = [](EthernetDevice&) {};
 
-    EthernetDevice Read() override { return device; }
+    // What a reading tells, unless it is just what there is.
+    std::function<void(EthernetDevice&)> told = [](EthernetDevice&) {};
+
+    EthernetDevice Read() override {
+        EthernetDevice shown = device;
+        told(shown);
+        return shown;
+    }
     void SetFeatures(const NamedBits& wanted) override {
         std::string what = "features";
         for (const auto& [name, isOn] : wanted) {
@@ -43,7 +51,10 @@ class FakeDoor : public EthernetDoor {
         });
     }
     void SetCoalescing(const Coalescing& wanted) override {
-        Do("coalescing", [&] { device.coalescing = wanted; });
+        Do("coalescing", [&] {
+            delays.push_back(wanted.receiveDelay.value_or(0));
+            device.coalescing = wanted;
+        });
     }
     void SetRings(const Rings& wanted) override {
         Do("rings " + std::to_string(wanted.receive.present) + ' ' +
@@ -71,6 +82,7 @@ class FakeDoor : public EthernetDoor {
     void Wait() override { ++waited; }
 
     int waited = 0;
+    std::vector<std::uint32_t> delays;  // of interrupts, as they were written
 
   private:
     void Do(const std::string& what, const std::function<void()>& work) {
@@ -253,16 +265,11 @@ TEST_F(SettingsChange, ThatTheDriverDoesNotTakeAreTakenBack) {
 
 TEST_F(SettingsChange, ThatComeAfterAWhileAreTaken) {
     Want(12, "Disabled");
-    class SlowDoor : public FakeDoor {
-      public:
-        EthernetDevice Read() override {
-            EthernetDevice told = device;
-            told.features["tx-tcp-segmentation"].isActive = waited < 3;
-            return told;
-        }
-    } slow;
-    EXPECT_TRUE(ChangeSettings(slow, wanted_).IsDone());
-    EXPECT_EQ(slow.waited, 3);
+    door_.told = [this](EthernetDevice& device) {
+        device.features["tx-tcp-segmentation"].isActive = door_.waited < 3;
+    };
+    EXPECT_EQ(Change(), Status::Done);
+    EXPECT_EQ(door_.waited, 3);
 }
 
 TEST_F(SettingsChange, ThatTheDriverRoundsAreTaken) {
@@ -272,11 +279,184 @@ TEST_F(SettingsChange, ThatTheDriverRoundsAreTaken) {
     EXPECT_EQ(Value(10), "1024");
 }
 
+TEST_F(SettingsChange, ThatTheDriverRoundsFarUpAreTaken) {
+    door_.device.rings->receive.present = 1024;
+    Want(10, "1025");
+    door_.afterwards = [](EthernetDevice& device) { device.rings->receive.present = 2048; };
+    EXPECT_EQ(Change(), Status::Done);
+    EXPECT_EQ(Value(10), "2048");
+}
+
+TEST_F(SettingsChange, ThatTheDriverRoundsToWhatThereWasAreTaken) {
+    Want(10, "516");
+    door_.afterwards = [](EthernetDevice& device) { device.rings->receive.present = 512; };
+    EXPECT_EQ(Change(), Status::Done);
+    EXPECT_EQ(Value(10), "512");
+    // It could have been a driver that takes a moment.
+    EXPECT_GT(door_.waited, 0);
+}
+
+// Farther off than rounding to a power of two goes.
 TEST_F(SettingsChange, ThatTheDriverIgnoresAreNotRounded) {
-    Want(10, "1000");
+    Want(10, "1025");
     door_.afterwards = [](EthernetDevice& device) { device.rings->receive.present = 512; };
     EXPECT_EQ(Change(), Status::SystemRefused);
-    EXPECT_THAT(Details(), HasSubstr("setting 10, value \"1000\""));
+    EXPECT_THAT(Details(), HasSubstr("setting 10, value \"1025\""));
+}
+
+TEST_F(SettingsChange, ThatAreNotThereForAMomentAreReadAgain) {
+    Want(10, "1024");
+    door_.told = [this](EthernetDevice& device) {
+        if (!door_.done.empty() && door_.waited == 0) {
+            device.rings.reset();
+        }
+    };
+    EXPECT_EQ(Change(), Status::Done);
+    EXPECT_EQ(door_.waited, 1);
+    EXPECT_EQ(Value(10), "1024");
+}
+
+TEST_F(SettingsChange, ThatAreNotThereForLongAreTakenBack) {
+    Want(10, "1024");
+    door_.told = [this](EthernetDevice& device) {
+        if (door_.done.size() == 1) {
+            device.rings.reset();
+        }
+    };
+    EXPECT_EQ(Change(), Status::SystemRefused);
+    EXPECT_THAT(door_.done, ElementsAre("rings 1024 1024", "rings 512 1024"));
+    EXPECT_EQ(Value(10), "512");
+}
+
+TEST_F(SettingsChange, ThatCannotBeReadAfterwardsAreTakenBack) {
+    Want(9, "9014");
+    door_.told = [this](EthernetDevice&) {
+        if (door_.done.size() == 1) {
+            throw SystemFailure(EAGAIN, "reading the link");
+        }
+    };
+    EXPECT_THROW(Change(), SystemFailure);
+    EXPECT_THAT(door_.done, ElementsAre("mtu 9000", "mtu 1500"));
+}
+
+TEST_F(SettingsChange, AreTakenBackWhateverIsThrownAtTheReading) {
+    Want(9, "9014");
+    door_.told = [this](EthernetDevice&) {
+        if (door_.done.size() == 1) {
+            throw std::length_error("too long");
+        }
+    };
+    EXPECT_THROW(Change(), std::length_error);
+    EXPECT_THAT(door_.done, ElementsAre("mtu 9000", "mtu 1500"));
+}
+
+TEST_F(SettingsChange, ThatAreTakenBackMayNotBeReadableForAMoment) {
+    Want(9, "9014");
+    door_.told = [this](EthernetDevice&) {
+        if (!door_.done.empty() && door_.waited < 3) {
+            throw SystemFailure(EAGAIN, "reading the link");
+        }
+    };
+    EXPECT_THROW(Change(), SystemFailure);
+    EXPECT_EQ(door_.waited, 3);
+    EXPECT_EQ(door_.device.link.mtu, 1500U);
+}
+
+TEST_F(SettingsChange, ThatCannotBeReadWhenTheyAreTakenBackAreToldSo) {
+    Want(9, "9014");
+    door_.told = [this](EthernetDevice&) {
+        if (!door_.done.empty()) {
+            throw SystemFailure(EAGAIN, "reading the link");
+        }
+    };
+    EXPECT_EQ(Change(), Status::SystemRefused);
+    EXPECT_THAT(Details(), HasSubstr("reading the link"));
+    EXPECT_EQ(door_.device.link.mtu, 1500U);
+}
+
+TEST_F(SettingsChange, OfAnInterfaceThatGoesAreToldSo) {
+    Want(9, "9014");
+    door_.told = [this](EthernetDevice&) {
+        if (!door_.done.empty()) {
+            throw SystemFailure(ENODEV, "reading the link");
+        }
+    };
+    try {
+        Change();
+        FAIL() << "that the interface is gone is not told";
+    } catch (const SystemFailure& failure) {
+        EXPECT_TRUE(failure.IsGone());
+    }
+    EXPECT_EQ(door_.waited, 0);
+}
+
+// What is as it is wanted is not written, but it is wanted.
+TEST_F(SettingsChange, ContradictWhatIsToStayAsItIs) {
+    Want(4, "Rx Enabled");
+    Want(5, "Rx & Tx Enabled");
+    EXPECT_EQ(Change(), Status::SettingValueRefused);
+    EXPECT_THAT(Details(), HasSubstr("setting 4, setting 5, tx-checksum-ip-generic"));
+    EXPECT_THAT(door_.done, IsEmpty());
+}
+
+TEST_F(SettingsChange, ThatChangeWhatIsToStayAsItIsAreTakenBack) {
+    Want(4, "Rx Enabled");
+    Want(12, "Enabled");
+    // As a kernel does that has no use for one without the other.
+    door_.afterwards = [](EthernetDevice& device) {
+        device.features["tx-tcp-segmentation"].isActive =
+            device.features["tx-checksum-ip-generic"].isActive;
+    };
+    EXPECT_EQ(Change(), Status::SystemRefused);
+    EXPECT_THAT(Details(), HasSubstr("setting 12, value \"Enabled\""));
+    EXPECT_EQ(Value(4), "Rx & Tx Enabled");
+    EXPECT_EQ(Value(12), "Enabled");
+}
+
+// The device delays without choosing, which is also called enabled.
+TEST_F(SettingsChange, OfWhatIsAsItIsWantedWriteNothing) {
+    door_.device.coalescing = Coalescing{false, 20};
+    door_.device.linkModes->modes["100baseT/Full"] = false;
+    Want(0, "02-00-5E-00-00-09");
+    Want(1, "Auto Negotiation");
+    Want(14, "Enabled");
+    Want(9, "9014");
+    EXPECT_EQ(Change(), Status::Done);
+    EXPECT_THAT(door_.done, ElementsAre("mtu 9000"));
+}
+
+TEST_F(SettingsChange, OfWhatThisProcessMayNotKnowNameTheRight) {
+    door_.device.wakeUp.reset();
+    door_.device.isWakeUpHidden = true;
+    Want(9, "9014");
+    Want(13, "Enabled");
+    try {
+        Change();
+        FAIL() << "the missing right is not told";
+    } catch (const SystemFailure& failure) {
+        EXPECT_TRUE(failure.IsMissingRight());
+        EXPECT_EQ(failure.Right(), "CAP_NET_ADMIN");
+    }
+    EXPECT_THAT(door_.done, IsEmpty());
+}
+
+TEST_F(SettingsChange, OfTheAddressMayWantTheInterfaceDown) {
+    const auto isBusy = [](const std::string& what) {
+        if (what == "address 06-00-00-00-00-0A") {
+            throw SystemFailure(EBUSY, "setting the address");
+        }
+    };
+    Want(0, "06-00-00-00-00-0A");
+    Want(9, "9014");
+    door_.before = isBusy;
+    EXPECT_EQ(Change(), Status::SystemRefused);
+    EXPECT_THAT(std::wstring(outcome_.action.In(tavrolib::Language::English)),
+                HasSubstr(L"Take the interface down first"));
+    EXPECT_THAT(Details(), HasSubstr("setting the address"));
+    EXPECT_EQ(door_.device.link.mtu, 1500U);
+    // Of one that is down something else keeps it.
+    door_.device.link.isUp = false;
+    EXPECT_THROW(Change(), SystemFailure);
 }
 
 TEST_F(SettingsChange, ThatCannotBeTakenBackAreToldSo) {
@@ -302,6 +482,20 @@ TEST_F(SettingsChange, OfModerationWithoutChoosingUseADelay) {
     EXPECT_GT(door_.device.coalescing->receiveDelay, 0U);
 }
 
+TEST_F(SettingsChange, OfModerationKeepADelayForWhenTheDeviceDoesNotChoose) {
+    Want(14, "Disabled");
+    EXPECT_EQ(Change(), Status::Done);
+    EXPECT_EQ(door_.device.coalescing, (Coalescing{false, 0}));
+    door_.done.clear();
+    door_.delays.clear();
+    Want(14, "Enabled");
+    EXPECT_EQ(Change(), Status::Done);
+    EXPECT_EQ(door_.device.coalescing->isAdaptive, true);
+    EXPECT_GT(door_.device.coalescing->receiveDelay, 0U);
+    // Before the device chooses it, since many let nobody set it then.
+    EXPECT_EQ(door_.delays.size(), 2U);
+}
+
 TEST_F(SettingsChange, OfTheSpeedForcesItWhereNothingIsNegotiated) {
     door_.device.linkModes =
         LinkModes{false, 1000, false, {{"1000baseKX/Full", true}, {"10000baseKR/Full", true}}};
@@ -310,6 +504,31 @@ TEST_F(SettingsChange, OfTheSpeedForcesItWhereNothingIsNegotiated) {
     EXPECT_FALSE(door_.device.linkModes->negotiates);
     EXPECT_EQ(door_.device.linkModes->speed, 10000U);
     EXPECT_TRUE(door_.device.linkModes->isFullDuplex);
+}
+
+// The link is trained for a while, in which no speed is told.
+TEST_F(SettingsChange, OfTheSpeedAreTakenWhileTheLinkIsTrained) {
+    door_.device.linkModes =
+        LinkModes{false, 1000, false, {{"1000baseKX/Full", true}, {"10000baseKR/Full", true}}};
+    Want(1, "10 Gbps");
+    door_.told = [this](EthernetDevice& device) {
+        if (!door_.done.empty()) {
+            device.linkModes->speed.reset();
+        }
+    };
+    EXPECT_EQ(Change(), Status::Done);
+    EXPECT_THAT(door_.done, ElementsAre("link modes"));
+    EXPECT_GT(door_.waited, 0);
+}
+
+TEST_F(SettingsChange, OfTheSpeedAreNotTakenWhereTheLinkRunsAtAnother) {
+    const LinkModes before{
+        false, 1000, false, {{"1000baseKX/Full", true}, {"10000baseKR/Full", true}}};
+    door_.device.linkModes = before;
+    Want(1, "10 Gbps");
+    door_.afterwards = [](EthernetDevice& device) { device.linkModes->speed = 1000; };
+    EXPECT_EQ(Change(), Status::SystemRefused);
+    EXPECT_EQ(door_.device.linkModes, before);
 }
 
 }  // namespace

@@ -178,6 +178,23 @@ TEST(EthernetSettings, OfASpeedThatIsChosen) {
     EXPECT_EQ(Value(device, 1), "100 Mbps");
 }
 
+// It could be chosen, but not found again.
+TEST(EthernetSettings, OfTheOnlySpeedOfferNothing) {
+    EthernetDevice device = SampleDevice();
+    device.linkModes->modes = {{"Autoneg", true}, {"1000baseT/Full", true}};
+    EXPECT_EQ(Value(device, 1), "NA");
+    EXPECT_THAT(Choices(device, 1), IsEmpty());
+    device.linkModes->modes["1000baseT/Half"] = true;
+    EXPECT_EQ(Value(device, 1), "NA");
+}
+
+TEST(EthernetSettings, OfMoreQueuesThanThereCanBe) {
+    EthernetDevice device = SampleDevice();
+    constexpr std::uint32_t Most = 4294967295;
+    device.channels = Channels{{0, 0}, {0, 0}, {1, Most}};
+    EXPECT_EQ(Choices(device, 17).size(), 33U);  // the powers of two, and the largest number
+}
+
 TEST(EthernetSettings, OfQueuesThatOnlyReceive) {
     EthernetDevice device = SampleDevice();
     device.channels = Channels{{3, 6}, {2, 2}, {0, 0}};
