@@ -1,6 +1,6 @@
 #pragma once
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): the library's own
 class App;
 }  // namespace CLI
 

@@ -12,6 +12,7 @@
 #include "linux/inventory/fibre_channel.h"
 #include "linux/inventory/pci.h"
 #include "linux/system/attribute.h"
+#include "linux/system/failure.h"
 
 namespace tavrolinux {
 namespace {
@@ -20,26 +21,50 @@ namespace {
 // else. Bridges, bonds and VLANs stand on ports.
 constexpr std::array<std::string_view, 3> ListedKinds{"veth", "macvlan", "tun"};
 
-// The interface's folder in sysfs; empty where that shows another network namespace.
-std::filesystem::path FolderOf(const Roots& roots, const Link& link) {
-    std::filesystem::path folder = roots.sys / "class/net" / link.name;
-    const auto index = ReadNumber(folder / "ifindex");
-    return index == static_cast<std::uint64_t>(link.index) ? folder : std::filesystem::path();
+std::string WithoutSeparators(std::string_view identifier) {
+    return tavrolib::NormalIdentifier(identifier);
 }
 
-std::optional<Interface> InterfaceOf(const Roots& roots, const Link& link) {
-    if (link.hardwareType != ARPHRD_ETHER || !link.address) {
-        return std::nullopt;
+// The interface's folder in sysfs; empty where that shows another interface of this name, which one
+// of another network namespace is.
+std::filesystem::path FolderOf(const Roots& roots, const Link& link) {
+    std::filesystem::path folder = roots.sys / "class/net" / link.name;
+    const bool isSame = ReadNumber(folder / "ifindex") == static_cast<std::uint64_t>(link.index) &&
+                        WithoutSeparators(ReadAttribute(folder / "address")) ==
+                            WithoutSeparators(MacText(*link.address));
+    return isSame ? folder : std::filesystem::path();
+}
+
+// A device is known by its folder alone. One that is found neither now nor when it is looked at
+// once more may be a port or none.
+std::filesystem::path FolderOfDevice(const Roots& roots, Socket& route, const Link& link) {
+    std::filesystem::path folder = FolderOf(roots, link);
+    if (folder.empty() && link.kind.empty()) {
+        folder = FolderOf(roots, ReadLink(route, link.index));
+        if (folder.empty()) {
+            throw SystemFailure(ENOENT, "looking for " + link.name + " in " +
+                                            (roots.sys / "class/net").string() +
+                                            ", which has to show this network namespace");
+        }
     }
+    return folder;
+}
+
+bool IsEthernet(const Link& link) {
+    return link.hardwareType == ARPHRD_ETHER && link.address;
+}
+
+std::optional<Interface> InterfaceOf(const Roots& roots, Socket& route, const Link& link) {
     Interface interface;
     interface.index = link.index;
     interface.name = link.name;
     interface.key = MacText(link.permanentAddress.value_or(*link.address));
-    interface.folder = FolderOf(roots, link);
     if (std::ranges::find(ListedKinds, link.kind) != ListedKinds.end()) {
         interface.driver = link.kind;
+        interface.folder = FolderOf(roots, link);
         return interface;
     }
+    interface.folder = FolderOfDevice(roots, route, link);
     const auto device =
         interface.folder.empty() ? std::nullopt : Resolved(interface.folder / "device");
     if (!device) {
@@ -53,14 +78,22 @@ std::optional<Interface> InterfaceOf(const Roots& roots, const Link& link) {
     return interface;
 }
 
+// The port that the interface is; nothing for all that is none, and what vanishes meanwhile.
+std::optional<Interface> PortOf(const Roots& roots, Socket& route, const Link& link) {
+    try {
+        return IsEthernet(link) ? InterfaceOf(roots, route, link) : std::nullopt;
+    } catch (const SystemFailure& failure) {
+        if (failure.IsGone()) {
+            return std::nullopt;
+        }
+        throw;
+    }
+}
+
 // What orders the ports of one adapter.
 auto PlaceOnAdapter(const Interface& interface) {
     return std::tuple(interface.pci ? interface.pci->function : 0, interface.devicePort,
                       interface.index);
-}
-
-std::string WithoutSeparators(std::string_view identifier) {
-    return tavrolib::NormalIdentifier(identifier);
 }
 
 }  // namespace
@@ -84,18 +117,19 @@ std::string MacText(const EthernetAddress& address) {
 
 Machine Machine::Read(const Roots& roots) {
     Socket route(NETLINK_ROUTE);
+    PciNames names;
     // The bus comes first, in the order of its slots, then everything else by name.
     std::map<std::string, Adapter> onBus;
     std::map<std::string, Adapter> others;
     for (const Link& link : ReadLinks(route)) {
-        std::optional<Interface> interface = InterfaceOf(roots, link);
+        std::optional<Interface> interface = PortOf(roots, route, link);
         if (!interface) {
             continue;
         }
         if (interface->pci) {
             Adapter& adapter = onBus[interface->pci->slot];
             if (adapter.name.empty()) {
-                adapter.name = PciDeviceName(*interface->pci) + ' ' + interface->pci->slot;
+                adapter.name = names.NameOf(*interface->pci) + ' ' + interface->pci->slot;
             }
             adapter.ports.push_back(std::move(*interface));
         } else {

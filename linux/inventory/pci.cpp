@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <csetjmp>
 #include <cstdint>
 #include <memory>
 #include <new>
@@ -33,6 +34,30 @@ std::optional<PciPlace> PlaceFrom(const std::filesystem::path& device) {
     return PciPlace{text.substr(0, point), function, device};
 }
 
+// Where the C library's lookup goes on when its table of names is damaged: its way to tell that
+// must not return, and nothing may be thrown through it.
+thread_local std::jmp_buf afterLookup;
+
+[[gnu::noreturn]] void GiveUp(char* /*message*/, ...) {
+    std::longjmp(afterLookup, 1);
+}
+
+void SayNothing(char* /*message*/, ...) {}
+
+constexpr int LongestName = 256;
+
+// The name in `text`; null where there is none. Without pci_init: the bus is read from sysfs, and
+// only the table of names is wanted.
+const char* LookUp(pci_access& access, std::array<char, LongestName>& text, int vendor,
+                   int device) {
+    if (setjmp(afterLookup) != 0) {
+        return nullptr;
+    }
+    return pci_lookup_name(&access, text.data(), LongestName,
+                           PCI_LOOKUP_VENDOR | PCI_LOOKUP_DEVICE | PCI_LOOKUP_NO_NUMBERS, vendor,
+                           device);
+}
+
 std::string NumberText(std::uint64_t number) {
     constexpr std::size_t Digits = 4;
     std::array<char, 16> digits{};
@@ -41,9 +66,6 @@ std::string NumberText(std::uint64_t number) {
     const std::string text(digits.data(), static_cast<std::size_t>(end - digits.data()));
     return text.size() < Digits ? std::string(Digits - text.size(), '0') + text : text;
 }
-
-// What the library is told to do with what it notices. The type is its own.
-void PassOver(char* /*message*/, ...) {}  // NOLINT(cert-dcl50-cpp)
 
 }  // namespace
 
@@ -61,23 +83,21 @@ std::optional<PciPlace> PciPlaceOf(std::filesystem::path device) {
     return std::nullopt;
 }
 
-std::string PciDeviceName(const PciPlace& place) {
-    const auto vendor = ReadNumber(place.device / "vendor").value_or(0);
-    const auto device = ReadNumber(place.device / "device").value_or(0);
-    const std::unique_ptr<pci_access, decltype(&pci_cleanup)> access(pci_alloc(), &pci_cleanup);
-    if (!access) {
+PciNames::PciNames() : access_(pci_alloc(), &pci_cleanup) {
+    if (!access_) {
         throw std::bad_alloc();
     }
-    // Without pci_init, which would set these: the bus is read from sysfs, and only the table of
-    // names is wanted.
-    access->warning = PassOver;
-    access->debug = PassOver;
-    constexpr int Longest = 256;
-    std::array<char, Longest> text{};
+    access_->error = &GiveUp;
+    access_->warning = &SayNothing;
+    access_->debug = &SayNothing;
+}
+
+std::string PciNames::NameOf(const PciPlace& place) {
+    const auto vendor = ReadNumber(place.device / "vendor").value_or(0);
+    const auto device = ReadNumber(place.device / "device").value_or(0);
+    std::array<char, LongestName> text{};
     const char* const name =
-        pci_lookup_name(access.get(), text.data(), Longest,
-                        PCI_LOOKUP_VENDOR | PCI_LOOKUP_DEVICE | PCI_LOOKUP_NO_NUMBERS,
-                        static_cast<int>(vendor), static_cast<int>(device));
+        LookUp(*access_, text, static_cast<int>(vendor), static_cast<int>(device));
     return name != nullptr ? name : "Device " + NumberText(vendor) + ':' + NumberText(device);
 }
 

@@ -3,6 +3,8 @@
 #include <string>
 #include <system_error>
 
+#include "linux/system/rights.h"
+
 #include "linux/serve/inventory.h"
 
 namespace tavrolinux {
@@ -27,10 +29,12 @@ Outcome ServeOperation(const Site& site, const Call& call) {
 
 Outcome RefusalOf(const SystemFailure& failure) {
     std::wstring details = WideFromUtf8(failure.Action()) + L": ";
-    if (failure.IsMissingRight()) {
+    // Drivers refuse in the same words what nobody may do.
+    if (failure.IsMissingRight() && !HasRight(failure.Right())) {
+        const std::string reason = failure.Reason().empty() ? "" : " (" + failure.Reason() + ')';
         return Refused(Status::RightMissing, L"This process may not do that.",
                        L"Run the command as root, or with the capability that the details name.",
-                       details + WideFromUtf8(failure.Right()));
+                       details + WideFromUtf8(failure.Right() + reason));
     }
     const std::string system = std::generic_category().message(failure.Error());
     details +=

@@ -1,5 +1,6 @@
 #include "linux/state/state.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,7 +38,7 @@ std::string BootId(const Roots& roots) {
 
 // Who may not look into the folder is told which right that takes, whatever is in it.
 void WantAccess(const std::filesystem::path& path, int mode) {
-    if (::access(path.c_str(), mode) != 0 && errno == EACCES) {
+    if (::faccessat(AT_FDCWD, path.c_str(), mode, AT_EACCESS) != 0 && errno == EACCES) {
         throw SystemFailure(EACCES, Action, FileRight);
     }
 }
@@ -96,7 +97,9 @@ State StateStore::Read() const {
 void StateStore::Change(const std::function<void(State&)>& change) const {
     const std::filesystem::path folder = roots_.variable / FolderName;
     const std::filesystem::path file = folder / FileName;
-    WantAccess(std::filesystem::exists(folder) ? folder : roots_.variable, W_OK | X_OK);
+    std::error_code unknown;
+    const bool isThere = std::filesystem::exists(folder, unknown);
+    WantAccess(isThere ? folder : roots_.variable, W_OK | X_OK);
     Guarded(file, [&] {
         platform::MakeFolder(folder);
         const platform::FileLock lock(folder / "lock", LockPatience);

@@ -33,6 +33,7 @@ class SystemFailure : public std::runtime_error {
     const std::string& Right() const { return right_; }
     const std::string& Reason() const { return reason_; }
 
+    // The right is missing, unless the process has it: then it is nobody's.
     bool IsMissingRight() const { return error_ == EPERM || error_ == EACCES; }
     // The interface, or whatever was acted on, is not there any more.
     bool IsGone() const { return error_ == ENODEV || error_ == ENXIO; }

@@ -80,7 +80,7 @@ void TreatSecrets(const HostType& type, Json& value, const Treat& treat) {
 }
 
 Json Masked(const HostType& type, Json value) {
-    TreatSecrets(type, value, [](Json&, Json::iterator secret, const HostMember&) {
+    TreatSecrets(type, value, [](Json&, const Json::iterator& secret, const HostMember&) {
         if (!secret->get_ref<const std::string&>().empty()) {
             *secret = Mask;
         }
@@ -89,13 +89,14 @@ Json Masked(const HostType& type, Json value) {
 }
 
 Json WithoutSecrets(const HostType& type, Json value) {
-    TreatSecrets(type, value, [](Json& owner, Json::iterator secret, const HostMember& member) {
-        if (member.presence == Presence::Required) {
-            *secret = "";
-        } else {
-            owner.erase(secret);
-        }
-    });
+    TreatSecrets(type, value,
+                 [](Json& owner, const Json::iterator& secret, const HostMember& member) {
+                     if (member.presence == Presence::Required) {
+                         *secret = "";
+                     } else {
+                         owner.erase(secret);
+                     }
+                 });
     return value;
 }
 

@@ -46,6 +46,7 @@ struct Change {
     bool isElement = false;                    // of a list
 };
 
+// NOLINTNEXTLINE(bugprone-exception-escape): moving JSON does not throw
 struct Difference {
     std::vector<Change> changes;
     // A JSON Patch (RFC 6902) that makes `after` of `before`, both as the host file has them with

@@ -23,7 +23,7 @@ constexpr std::string_view CounterMembers[] = {"statistics", "lastSessionId"};
 
 // The members that tell one element of a list from another.
 struct Identity {
-    const HostType* element;
+    const HostType* element = nullptr;
     std::array<std::string_view, 2> members;  // an empty one is none
 };
 
@@ -160,7 +160,7 @@ std::string NameOfElement(const HostType& element, const Json& value) {
     if (row == std::end(Identities)) {
         return {};
     }
-    const std::string first = TextOfLeaf(value.at(std::string(row->members[0])));
+    std::string first = TextOfLeaf(value.at(std::string(row->members[0])));
     if (row->members[1].empty()) {
         return first;
     }

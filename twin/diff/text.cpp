@@ -100,13 +100,15 @@ class Content {
                 AddLine(path, ShownValue(list[index]));
             } else {
                 const std::string name = Shown(NameOfElement(element, list[index]));
-                text_ += indent_ + (IsHostPart(element) ? name : path + '[' + name + ']') + '\n';
+                AddTitle(IsHostPart(element) ? name : path + '[' + name + ']');
                 indent_.append(Step, ' ');
                 Add(element, list[index], UsualOf(element), {});
                 indent_.resize(indent_.size() - Step);
             }
         }
     }
+
+    void AddTitle(const std::string& title) { text_.append(indent_).append(title) += '\n'; }
 
     void AddLine(const std::string& path, const std::string& value) {
         text_ += indent_ + path + ": " + value + '\n';
@@ -214,6 +216,7 @@ std::vector<const Change*> InOrder(const std::vector<Change>& changes) {
     }
     std::ranges::stable_sort(ranked, {}, &std::pair<Rank, const Change*>::first);
     std::vector<const Change*> ordered;
+    ordered.reserve(ranked.size());
     for (const auto& [rank, change] : ranked) {
         ordered.push_back(change);
     }

@@ -49,7 +49,7 @@ enum class EndKind {
 };
 
 struct ChildEnd {
-    EndKind kind;
+    EndKind kind = EndKind::Exited;
     int code = 0;
 };
 
