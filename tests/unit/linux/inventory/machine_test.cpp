@@ -142,7 +142,7 @@ TEST_F(PciPlaces, NameADeviceByItsNumbersWhereItHasNoName) {
     tree.File("sys/devices/0000:05:00.0/vendor", "0xfff1\n");
     tree.File("sys/devices/0000:05:00.0/device", "0x00a2\n");
     const auto place = PciPlaceOf(tree.Placed("sys/devices/0000:05:00.0")).value();
-    EXPECT_EQ(PciDeviceName(place), "Device fff1:00a2");
+    EXPECT_EQ(PciNames().NameOf(place), "Device fff1:00a2");
 }
 
 }  // namespace
