@@ -10,7 +10,8 @@ namespace tavroapi {
 
 // The TCP/IP settings of one iSCSI or Ethernet function. Switches are "Yes" or "No", numbers are
 // decimal texts, addresses are written as usual. `result` is the library's completion code after
-// the Ethernet settings were written (see codes.h).
+// the Ethernet settings were written (see codes.h). `libraryText13` is the library's own; ours
+// names in it who else owns the settings of a real host's interface, and then does not change them.
 struct TcpIpSettings {
     std::string dhcpEnabled;
     std::string ipAddress;

@@ -110,6 +110,8 @@ Outcome SetIscsiTcpIp(const Place& at, const TcpIpSettings& /*record*/) {
 Outcome ReadEthernetTcpIp(const Place& at, TcpIpSettings& record) {
     Socket route(NETLINK_ROUTE);
     record = ReadIpSettings(route, ReadLink(route, at.interface.index));
+    // Nobody shows this; whoever rehearses a change of the address has to know it.
+    record.libraryText13 = ManagerOf(at.machine.SystemRoots(), at.interface).value_or("");
     return Done();
 }
 

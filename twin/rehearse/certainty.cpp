@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <iterator>
 #include <string_view>
 #include <utility>
@@ -11,8 +13,11 @@
 #include "simulator/answers/answer.h"
 #include "simulator/answers/captured_answers.h"
 #include "simulator/host/lookup.h"
+#include "simulator/model/ip_address.h"
 #include "simulator/model/model.h"
+#include "simulator/model/numbers.h"
 #include "tavroapi/operation_code.h"
+#include "tavroapi/tcpip_records.h"
 
 namespace tavrohost {
 namespace {
@@ -47,6 +52,20 @@ Reason Never(const Rehearsed&) {
     return {};
 }
 
+// What the host told when it was captured to an operation that takes nothing; null where it was
+// not captured or not asked.
+const tavrosim::Answer* CapturedReading(const Rehearsed& at, OperationCode code) {
+    if (at.before.captured == nullptr) {
+        return nullptr;
+    }
+    tavrolib::Call reading;
+    reading.entryPoint = tavrolib::EntryPoint::DoOperation;
+    reading.operation = static_cast<std::uint32_t>(code);
+    reading.described = tavrolib::FindOperation(*reading.operation);
+    reading.request = at.operation.request;
+    return at.before.captured->Find(reading);
+}
+
 using tavrosim::TcpIp;
 
 // How the addresses of one IP version are come by, before and after.
@@ -79,9 +98,6 @@ Reason DoubtAboutLease(const Rehearsed& at) {
     if (before == nullptr || after == nullptr) {
         return {};
     }
-    if (before->tcpIp.vlanPriority.empty() && VlanOf(before->tcpIp) != VlanOf(after->tcpIp)) {
-        return "the host tells of no VLANs of this function";
-    }
     const auto families = FamiliesOf(before->tcpIp, after->tcpIp);
     const auto any = [&](bool leases, bool isChanged) {
         return std::ranges::any_of(families, [&](const AddressFamily& family) {
@@ -92,6 +108,96 @@ Reason DoubtAboutLease(const Rehearsed& at) {
         any(false, true) && !any(true, true) && VlanOf(before->tcpIp) == VlanOf(after->tcpIp);
     return any(true, false) && !isFixed ? "what the DHCP server hands out is not known before"
                                         : Reason();
+}
+
+// Of a function that is an interface of its operating system, which does not say more of it: the
+// system has the VLANs, the kernel wants a gateway that the address reaches, and a network manager
+// that owns the interface keeps others away from it.
+bool IsOfSystem(const EthernetPart& part) {
+    return part.tcpIp.vlanPriority.empty();
+}
+
+bool IsReached(const std::string& gatewayText, const std::string& addressText, std::size_t bits) {
+    const auto gateway = tavrosim::IpAddressFrom(gatewayText);
+    const auto address = tavrosim::IpAddressFrom(addressText);
+    if (!gateway || gateway->octets == decltype(gateway->octets){}) {
+        return true;
+    }
+    if (!address || address->isIPv6 != gateway->isIPv6) {
+        return false;
+    }
+    for (std::size_t bit = 0; bit < bits; ++bit) {
+        const auto mask = static_cast<std::uint8_t>(0x80U >> (bit % 8));
+        if (((gateway->octets.at(bit / 8) ^ address->octets.at(bit / 8)) & mask) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::size_t BitsOfMask(const std::string& maskText) {
+    std::size_t bits = 0;
+    if (const auto mask = tavrosim::IpAddressFrom(maskText)) {
+        for (const std::uint8_t octet : mask->octets) {
+            bits += static_cast<std::size_t>(std::popcount(octet));
+        }
+    }
+    return bits;
+}
+
+std::size_t BitsOfPrefix(const std::string& prefix) {
+    constexpr std::uint8_t Longest = 128;
+    return std::min(tavrosim::WholeNumber<std::uint8_t>(prefix).value_or(Longest), Longest);
+}
+
+bool HasOwner(const Rehearsed& at) {
+    const tavrosim::Answer* const answer = CapturedReading(at, OperationCode::ReadEthernetTcpIp);
+    tavroapi::TcpIpSettings record;
+    if (answer != nullptr) {
+        answer->FillOutput(
+            tavrolib::FindOperation(static_cast<std::uint32_t>(OperationCode::ReadEthernetTcpIp))
+                ->output,
+            &record);
+    }
+    return !record.libraryText13.empty();
+}
+
+Reason DoubtAboutAddress(const Rehearsed& at) {
+    const auto* const before = PartNamed<EthernetPart>(at.before, at.operation.request);
+    const auto* const after = PartNamed<EthernetPart>(at.after, at.operation.request);
+    if (before == nullptr || after == nullptr || !IsOfSystem(*before)) {
+        return DoubtAboutLease<EthernetPart>(at);
+    }
+    const TcpIp& wanted = after->tcpIp;
+    if (HasOwner(at)) {
+        return "a network manager owns the interface";
+    }
+    if (VlanOf(before->tcpIp) != VlanOf(wanted)) {
+        return "the host tells of no VLANs of this function";
+    }
+    if (!IsReached(wanted.gateway, wanted.address, BitsOfMask(wanted.subnetMask)) ||
+        !IsReached(wanted.gatewayIPv6, wanted.addressIPv6, BitsOfPrefix(wanted.prefixLengthIPv6))) {
+        return "whether the host reaches this gateway is not known";
+    }
+    return DoubtAboutLease<EthernetPart>(at);
+}
+
+// A driver may have one switch for several settings, or let one go with another. Nothing hangs on
+// the size of frames.
+Reason DoubtAboutSettings(const Rehearsed& at) {
+    const auto* const before = PartNamed<EthernetPart>(at.before, at.operation.request);
+    const auto* const after = PartNamed<EthernetPart>(at.after, at.operation.request);
+    if (before == nullptr || after == nullptr || !IsOfSystem(*before) || !before->settings ||
+        !after->settings) {
+        return {};
+    }
+    bool isMore = false;
+    tavrosim::EthernetSettings::Members([&](const auto&... member) {
+        isMore = ((member.member != &tavrosim::EthernetSettings::jumboPacket &&
+                   (*before->settings).*member.member != (*after->settings).*member.member) ||
+                  ...);
+    });
+    return isMore ? "which other settings the driver changes with this one is not known" : Reason();
 }
 
 constexpr Reason SecretUnseen = "whether the host takes over a secret cannot be read back";
@@ -175,18 +281,11 @@ constexpr Counterpart Counterparts[] = {
 // A host that refused to tell something will hardly let it be changed.
 Reason DoubtAboutUntold(const Rehearsed& at) {
     for (const auto& [changes, reads] : Counterparts) {
-        if (at.before.captured == nullptr ||
-            static_cast<std::uint32_t>(changes) != at.operation.code) {
-            continue;
-        }
-        tavrolib::Call reading;
-        reading.entryPoint = tavrolib::EntryPoint::DoOperation;
-        reading.operation = static_cast<std::uint32_t>(reads);
-        reading.described = tavrolib::FindOperation(*reading.operation);
-        reading.request = at.operation.request;
-        const tavrosim::Answer* const answer = at.before.captured->Find(reading);
-        if (answer != nullptr && answer->status != 0) {
-            return "the host refused to tell what this changes when it was captured";
+        if (static_cast<std::uint32_t>(changes) == at.operation.code) {
+            const tavrosim::Answer* const answer = CapturedReading(at, reads);
+            if (answer != nullptr && answer->status != 0) {
+                return "the host refused to tell what this changes when it was captured";
+            }
         }
     }
     return {};
@@ -201,7 +300,7 @@ struct DoubtRow {
 // not known to do on a host what they do on a twin.
 constexpr DoubtRow DoubtRows[] = {
     {OperationCode::SetIscsiTcpIp, DoubtAboutLease<IscsiPart>},
-    {OperationCode::SetEthernetTcpIp, DoubtAboutLease<EthernetPart>},
+    {OperationCode::SetEthernetTcpIp, DoubtAboutAddress},
     {OperationCode::AddPortal, DoubtAboutDiscovery},
     {OperationCode::RemovePortal, DoubtAboutReach},
     {OperationCode::RemoveTarget, Never},
@@ -218,7 +317,7 @@ constexpr DoubtRow DoubtRows[] = {
     {OperationCode::WriteDcbConfig, Never},
     {OperationCode::WriteIscsiBoot, DoubtAboutBootSecrets},
     {OperationCode::WriteFcoeBoot, Never},
-    {OperationCode::WriteAdapterSettings, Never},
+    {OperationCode::WriteAdapterSettings, DoubtAboutSettings},
     {OperationCode::ExportAdapterSettings, Always<Export>},
     {OperationCode::WritePartitions, Never},
     {OperationCode::WritePersonality, Never},
