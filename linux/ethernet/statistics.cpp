@@ -6,7 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include "linux/ethernet/baselines.h"
 #include "linux/serve/operation.h"
+#include "linux/system/failure.h"
 
 namespace tavrolinux {
 namespace {
@@ -21,10 +23,16 @@ struct CounterSources {
     const std::optional<Pause>& pause;
 };
 
+// A counter of one of the sources, and its name.
+struct CounterSource {
+    const char* name = nullptr;
+    std::optional<std::uint64_t> (*read)(const CounterSources& from) = nullptr;
+};
+
 struct PortCounter {
     ethernet_statistics::Position position;
-    const char* name;
-    std::optional<std::uint64_t> (*read)(const CounterSources& from);
+    CounterSource source;
+    CounterSource otherwise{};  // where the first is not counted
 };
 
 template <std::uint64_t LinkCounters::*Counter>
@@ -37,125 +45,143 @@ std::optional<std::uint64_t> OfDevice(const CounterSources& from) {
     return from.device.*Counter;
 }
 
-template <std::optional<std::uint64_t> DeviceCounters::*Counter,
-          std::uint64_t LinkCounters::*Otherwise>
-std::optional<std::uint64_t> OfDeviceOrLink(const CounterSources& from) {
-    return (from.device.*Counter).value_or(from.link.*Otherwise);
-}
-
 template <std::optional<std::uint64_t> Pause::*Counter>
 std::optional<std::uint64_t> OfPause(const CounterSources& from) {
     return from.pause ? (*from.pause).*Counter : std::nullopt;
 }
 
-std::optional<std::uint64_t> LongFramesOf(const CounterSources& from) {
-    return from.device.oversized ? from.device.oversized : from.device.tooLong;
-}
-
-// Only where the device counts all that is not unicast.
-std::optional<std::uint64_t> Unicast(std::uint64_t all, std::optional<std::uint64_t> multicast,
-                                     std::optional<std::uint64_t> broadcast) {
-    if (!multicast || !broadcast) {
-        return std::nullopt;
-    }
-    const std::uint64_t others = *multicast + *broadcast;
-    return all - std::min(all, others);
-}
-
-std::optional<std::uint64_t> UnicastSent(const CounterSources& from) {
-    return Unicast(from.link.packetsSent, from.device.multicastSent, from.device.broadcastSent);
-}
-
-std::optional<std::uint64_t> UnicastReceived(const CounterSources& from) {
-    return Unicast(from.link.packetsReceived, from.device.multicastReceived,
-                   from.device.broadcastReceived);
-}
-
 constexpr PortCounter PortCounters[] = {
-    {ethernet_statistics::FramesSent, "framesSent", OfLink<&LinkCounters::packetsSent>},
-    {ethernet_statistics::FramesReceived, "framesReceived", OfLink<&LinkCounters::packetsReceived>},
-    {ethernet_statistics::ReceiveErrors, "receiveErrors", OfLink<&LinkCounters::receiveErrors>},
-    {ethernet_statistics::TransmitErrors, "transmitErrors", OfLink<&LinkCounters::sendErrors>},
-    {ethernet_statistics::SentFramesDropped, "sentFramesDropped",
-     OfLink<&LinkCounters::sentDropped>},
-    {ethernet_statistics::UnicastFramesSent, "unicastFramesSent", UnicastSent},
-    {ethernet_statistics::MulticastFramesSent, "multicastFramesSent",
-     OfDevice<&DeviceCounters::multicastSent>},
-    {ethernet_statistics::BroadcastFramesSent, "broadcastFramesSent",
-     OfDevice<&DeviceCounters::broadcastSent>},
-    {ethernet_statistics::UnicastFramesReceived, "unicastFramesReceived", UnicastReceived},
-    {ethernet_statistics::MulticastFramesReceived, "multicastFramesReceived",
-     OfDeviceOrLink<&DeviceCounters::multicastReceived, &LinkCounters::multicastReceived>},
-    {ethernet_statistics::BroadcastFramesReceived, "broadcastFramesReceived",
-     OfDevice<&DeviceCounters::broadcastReceived>},
-    {ethernet_statistics::ExcessiveCollisions, "excessiveCollisions",
-     OfDeviceOrLink<&DeviceCounters::excessiveCollisions, &LinkCounters::aborted>},
-    {ethernet_statistics::AlignmentErrors, "alignmentErrors",
-     OfDeviceOrLink<&DeviceCounters::alignmentErrors, &LinkCounters::alignmentErrors>},
-    {ethernet_statistics::DeferredFrames, "deferredFrames", OfDevice<&DeviceCounters::deferred>},
-    {ethernet_statistics::BytesReceived, "bytesReceived", OfLink<&LinkCounters::bytesReceived>},
-    {ethernet_statistics::BytesSent, "bytesSent", OfLink<&LinkCounters::bytesSent>},
-    {ethernet_statistics::ChecksumErrors, "checksumErrors",
-     OfDeviceOrLink<&DeviceCounters::checksumErrors, &LinkCounters::checksumErrors>},
-    {ethernet_statistics::SingleCollisions, "singleCollisions",
-     OfDevice<&DeviceCounters::singleCollisions>},
-    {ethernet_statistics::Fragments, "fragments", OfDevice<&DeviceCounters::fragments>},
-    {ethernet_statistics::JabberFrames, "jabberFrames", OfDevice<&DeviceCounters::jabbers>},
-    {ethernet_statistics::LongFrames, "longFrames", LongFramesOf},
-    {ethernet_statistics::FramesWithoutBuffer, "framesWithoutBuffer",
-     OfLink<&LinkCounters::missed>},
-    {ethernet_statistics::LateCollisions, "lateCollisions",
-     OfDeviceOrLink<&DeviceCounters::lateCollisions, &LinkCounters::windowErrors>},
-    {ethernet_statistics::ShortFrames, "shortFrames", OfDevice<&DeviceCounters::undersized>},
-    {ethernet_statistics::ReceivedFramesDropped, "receivedFramesDropped",
-     OfLink<&LinkCounters::receivedDropped>},
-    {ethernet_statistics::PauseFramesSent, "pauseFramesSent", OfPause<&Pause::framesSent>},
-    {ethernet_statistics::PauseFramesReceived, "pauseFramesReceived",
-     OfPause<&Pause::framesReceived>},
+    {ethernet_statistics::FramesSent, {"link.packetsSent", OfLink<&LinkCounters::packetsSent>}},
+    {ethernet_statistics::FramesReceived,
+     {"link.packetsReceived", OfLink<&LinkCounters::packetsReceived>}},
+    {ethernet_statistics::ReceiveErrors,
+     {"link.receiveErrors", OfLink<&LinkCounters::receiveErrors>}},
+    {ethernet_statistics::TransmitErrors, {"link.sendErrors", OfLink<&LinkCounters::sendErrors>}},
+    {ethernet_statistics::SentFramesDropped,
+     {"link.sentDropped", OfLink<&LinkCounters::sentDropped>}},
+    {ethernet_statistics::MulticastFramesSent,
+     {"device.multicastSent", OfDevice<&DeviceCounters::multicastSent>}},
+    {ethernet_statistics::BroadcastFramesSent,
+     {"device.broadcastSent", OfDevice<&DeviceCounters::broadcastSent>}},
+    {ethernet_statistics::MulticastFramesReceived,
+     {"device.multicastReceived", OfDevice<&DeviceCounters::multicastReceived>},
+     {"link.multicastReceived", OfLink<&LinkCounters::multicastReceived>}},
+    {ethernet_statistics::BroadcastFramesReceived,
+     {"device.broadcastReceived", OfDevice<&DeviceCounters::broadcastReceived>}},
+    {ethernet_statistics::ExcessiveCollisions,
+     {"device.excessiveCollisions", OfDevice<&DeviceCounters::excessiveCollisions>},
+     {"link.aborted", OfLink<&LinkCounters::aborted>}},
+    {ethernet_statistics::AlignmentErrors,
+     {"device.alignmentErrors", OfDevice<&DeviceCounters::alignmentErrors>},
+     {"link.alignmentErrors", OfLink<&LinkCounters::alignmentErrors>}},
+    {ethernet_statistics::DeferredFrames, {"device.deferred", OfDevice<&DeviceCounters::deferred>}},
+    {ethernet_statistics::BytesReceived,
+     {"link.bytesReceived", OfLink<&LinkCounters::bytesReceived>}},
+    {ethernet_statistics::BytesSent, {"link.bytesSent", OfLink<&LinkCounters::bytesSent>}},
+    {ethernet_statistics::ChecksumErrors,
+     {"device.checksumErrors", OfDevice<&DeviceCounters::checksumErrors>},
+     {"link.checksumErrors", OfLink<&LinkCounters::checksumErrors>}},
+    {ethernet_statistics::SingleCollisions,
+     {"device.singleCollisions", OfDevice<&DeviceCounters::singleCollisions>}},
+    {ethernet_statistics::Fragments, {"device.fragments", OfDevice<&DeviceCounters::fragments>}},
+    {ethernet_statistics::JabberFrames, {"device.jabbers", OfDevice<&DeviceCounters::jabbers>}},
+    {ethernet_statistics::LongFrames,
+     {"device.oversized", OfDevice<&DeviceCounters::oversized>},
+     {"device.tooLong", OfDevice<&DeviceCounters::tooLong>}},
+    {ethernet_statistics::FramesWithoutBuffer, {"link.missed", OfLink<&LinkCounters::missed>}},
+    {ethernet_statistics::LateCollisions,
+     {"device.lateCollisions", OfDevice<&DeviceCounters::lateCollisions>},
+     {"link.windowErrors", OfLink<&LinkCounters::windowErrors>}},
+    {ethernet_statistics::ShortFrames,
+     {"device.undersized", OfDevice<&DeviceCounters::undersized>}},
+    {ethernet_statistics::ReceivedFramesDropped,
+     {"link.receivedDropped", OfLink<&LinkCounters::receivedDropped>}},
+    {ethernet_statistics::PauseFramesSent, {"pause.framesSent", OfPause<&Pause::framesSent>}},
+    {ethernet_statistics::PauseFramesReceived,
+     {"pause.framesReceived", OfPause<&Pause::framesReceived>}},
 };
 
-// The counters that the state calls so.
-constexpr const char* BaselineFamily = "ethernet";
+// Of frames to single stations nobody tells the number, but that of all and of the others.
+struct UnicastCounter {
+    ethernet_statistics::Position position;
+    const char* all;
+    const char* multicast;
+    const char* broadcast;
+};
+
+constexpr UnicastCounter UnicastCounters[] = {
+    {ethernet_statistics::UnicastFramesSent, "link.packetsSent", "device.multicastSent",
+     "device.broadcastSent"},
+    {ethernet_statistics::UnicastFramesReceived, "link.packetsReceived", "device.multicastReceived",
+     "device.broadcastReceived"},
+};
+
+std::optional<std::uint64_t> CountOf(const NamedCounters& counters, const char* name) {
+    const auto found = name != nullptr ? counters.find(name) : counters.end();
+    return found == counters.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::uint64_t> Unicast(const NamedCounters& counters, const UnicastCounter& row) {
+    const auto all = CountOf(counters, row.all);
+    const auto multicast = CountOf(counters, row.multicast);
+    const auto broadcast = CountOf(counters, row.broadcast);
+    if (!all || !multicast || !broadcast) {
+        return std::nullopt;
+    }
+    return *all - std::min(*all, *multicast + *broadcast);
+}
 
 struct CountedPort {
     Link link;
     NamedCounters counters;
 };
 
-CountedPort ReadCounters(const Place& at) {
-    Socket route(NETLINK_ROUTE);
+// The device is asked first, so that no frame is counted as one of the others before it is counted
+// at all.
+CountedPort ReadCounters(Socket& route, const Place& at) {
     Ethtool ethtool;
     CountedPort port{ReadLink(route, at.interface.index), {}};
-    port.counters = CountersOf(port.link.counters, ReadDeviceCounters(ethtool, port.link),
-                               ReadPause(ethtool, port.link));
+    const DeviceCounters device = ReadDeviceCounters(ethtool, port.link);
+    const std::optional<Pause> pause = ReadPause(ethtool, port.link);
+    port.link = ReadLink(route, at.interface.index);
+    port.counters = CountersOf(port.link.counters, device, pause);
     return port;
 }
 
-// The baseline of the interface; null where it has none, or that is of another interface that had
-// its name.
-const Baseline* BaselineOf(const State& state, const Link& link) {
-    const auto kept = state.interfaces.find(link.name);
-    if (kept == state.interfaces.end()) {
-        return nullptr;
+// Once the counters have passed it again, nobody could tell that it is not theirs. But the counters
+// are known, whether it can be dropped or not.
+void TryToDropBaseline(const StateStore& store, std::int32_t interfaceIndex) {
+    try {
+        store.Change([interfaceIndex](State& state) { DropBaseline(state, interfaceIndex); });
+    } catch (const SystemFailure&) {
+        return;
+    } catch (const StateFailure&) {
+        return;
     }
-    const auto baseline = kept->second.baselines.find(BaselineFamily);
-    return baseline != kept->second.baselines.end() && baseline->second.interfaceIndex == link.index
-               ? &baseline->second
-               : nullptr;
+}
+
+// Nothing where there is no such interface.
+std::optional<std::string> NameOfPresent(Socket& route, std::int32_t interfaceIndex) {
+    try {
+        return ReadLink(route, interfaceIndex).name;
+    } catch (const SystemFailure& failure) {
+        if (!failure.IsGone()) {
+            throw;
+        }
+        return std::nullopt;
+    }
 }
 
 Outcome ReadStatistics(const Place& at, tavroapi::StatisticsFlag /*flag*/,
                        EthernetPortStatistics& record) {
     const State state = at.state.Read();
-    const CountedPort port = ReadCounters(at);
-    const Baseline* const baseline = BaselineOf(state, port.link);
+    Socket route(NETLINK_ROUTE);
+    const CountedPort port = ReadCounters(route, at);
+    const Baseline* const baseline = FindBaseline(state, port.link.index);
     const auto since =
         baseline != nullptr ? CountedSince(baseline->counters, port.counters) : port.counters;
     if (!since) {
-        // Once the counters have passed it again, nobody could tell that it is not theirs.
-        at.state.Change([&port](State& kept) {
-            kept.interfaces[port.link.name].baselines.erase(BaselineFamily);
-        });
+        TryToDropBaseline(at.state, port.link.index);
     }
     TellCounters(since.value_or(port.counters), record);
     return Done();
@@ -164,10 +190,12 @@ Outcome ReadStatistics(const Place& at, tavroapi::StatisticsFlag /*flag*/,
 Outcome ResetStatistics(const Place& at, tavroapi::StatisticsFlag /*flag*/,
                         EthernetPortStatistics& record) {
     NamedCounters counters;
+    Socket route(NETLINK_ROUTE);
     at.state.Change([&](State& state) {
-        const CountedPort port = ReadCounters(at);
+        const CountedPort port = ReadCounters(route, at);
         counters = port.counters;
-        state.interfaces[port.link.name].baselines[BaselineFamily] = {port.link.index, counters};
+        KeepBaseline(state, port.link.name, {port.link.index, counters},
+                     [&route](std::int32_t index) { return NameOfPresent(route, index); });
     });
     for (auto& [name, count] : counters) {
         count = 0;
@@ -180,10 +208,14 @@ Outcome ResetStatistics(const Place& at, tavroapi::StatisticsFlag /*flag*/,
 
 NamedCounters CountersOf(const LinkCounters& link, const DeviceCounters& device,
                          const std::optional<Pause>& pause) {
+    const CounterSources from{link, device, pause};
     NamedCounters counters;
     for (const PortCounter& counter : PortCounters) {
-        if (const auto count = counter.read({link, device, pause})) {
-            counters.emplace(counter.name, *count);
+        for (const CounterSource& source : {counter.source, counter.otherwise}) {
+            const auto count = source.read != nullptr ? source.read(from) : std::nullopt;
+            if (count) {
+                counters.emplace(source.name, *count);
+            }
         }
     }
     return counters;
@@ -191,23 +223,31 @@ NamedCounters CountersOf(const LinkCounters& link, const DeviceCounters& device,
 
 std::optional<NamedCounters> CountedSince(const NamedCounters& baseline,
                                           const NamedCounters& counters) {
-    NamedCounters since = counters;
-    for (auto& [name, count] : since) {
-        if (const auto before = baseline.find(name); before != baseline.end()) {
-            if (count < before->second) {
-                return std::nullopt;
-            }
-            count -= before->second;
+    NamedCounters since;
+    for (const auto& [name, count] : counters) {
+        const auto before = baseline.find(name);
+        if (before == baseline.end()) {
+            continue;
         }
+        if (count < before->second) {
+            return std::nullopt;
+        }
+        since.emplace(name, count - before->second);
     }
     return since;
 }
 
 void TellCounters(const NamedCounters& counters, EthernetPortStatistics& record) {
+    const auto tell = [&record](ethernet_statistics::Position position,
+                                std::optional<std::uint64_t> count) {
+        record.texts.at(position) = count ? std::to_string(*count) : std::string();
+    };
     for (const PortCounter& counter : PortCounters) {
-        const auto count = counters.find(counter.name);
-        record.texts.at(counter.position) =
-            count == counters.end() ? std::string() : std::to_string(count->second);
+        const auto count = CountOf(counters, counter.source.name);
+        tell(counter.position, count ? count : CountOf(counters, counter.otherwise.name));
+    }
+    for (const UnicastCounter& counter : UnicastCounters) {
+        tell(counter.position, Unicast(counters, counter));
     }
 }
 

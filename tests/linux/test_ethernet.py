@@ -98,10 +98,10 @@ def test_whoever_may_look_sees_the_port_and_its_settings(machine):
 # ---- Statistics -------------------------------------------------------------------------------
 
 
-def quiet_pair(machine, *options):
-    machine.do("ip", "link", "add", "va", *options, "type", "veth", "peer", "name", "vb")
-    silence(machine, "va", "vb")
-    for name in ("va", "vb"):
+def quiet_pair(machine, *options, peer="vb"):
+    machine.do("ip", "link", "add", "va", *options, "type", "veth", "peer", "name", peer)
+    silence(machine, "va", peer)
+    for name in ("va", peer):
         machine.do("ip", "link", "set", name, "up")
     return machine.mac("va")
 
@@ -156,6 +156,36 @@ def test_a_baseline_ends_with_its_interface(machine):
     assert counters(machine, mac)["Frames"] == ("24", "0")
     kept = json.loads(STATE.read_text()).get("interfaces", {}).get("va", {})
     assert "ethernet" not in kept.get("baselines", {})
+
+
+def test_a_baseline_stays_with_its_interface_when_that_is_renamed(machine):
+    mac = quiet_pair(machine)
+    send_frames("va", 9, 200)
+    machine.cli("-ethernet", mac, "-resetstat")
+    machine.do("ip", "link", "set", "va", "down")
+    machine.do("ip", "link", "set", "va", "name", "renamed")
+    machine.do("ip", "link", "set", "renamed", "up")
+    send_frames("renamed", 2, 100)
+    assert counters(machine, mac)["Frames"] == ("2", "0")
+    # Another interface under the old name, which is reset as well.
+    other = quiet_pair(machine, peer="vc")
+    machine.cli("-ethernet", other, "-resetstat")
+    assert counters(machine, other)["Frames"] == ("0", "0")
+    assert counters(machine, mac)["Frames"] == ("2", "0")
+
+
+def test_a_baseline_that_cannot_be_dropped_is_passed_over(machine):
+    mac = quiet_pair(machine, "index", "4711")
+    send_frames("va", 9, 200)
+    machine.cli("-ethernet", mac, "-resetstat")
+    machine.do("ip", "link", "delete", "va")
+    mac = quiet_pair(machine, "index", "4711")
+    send_frames("va", 4, 100)
+    machine.do("mount", "-o", "remount,ro", "/var/lib")
+    try:
+        assert counters(machine, mac)["Frames"] == ("4", "0")
+    finally:
+        machine.do("mount", "-o", "remount,rw", "/var/lib")
 
 
 def test_who_may_not_read_the_state_gets_no_wrong_counters(machine):

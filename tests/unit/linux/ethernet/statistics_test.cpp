@@ -82,26 +82,70 @@ TEST(EthernetStatistics, OfADeviceThatCountsByTheStandardsAreComplete) {
 }
 
 TEST(EthernetStatistics, UnicastFramesAreKnownWhereAllOthersAre) {
+    constexpr std::size_t UnicastSent = 6;
     DeviceCounters device;
     device.multicastSent = 2;
-    EXPECT_FALSE(CountersOf(SampleLinkCounters(), device, {}).contains("unicastFramesSent"));
+    EXPECT_FALSE(ShownOf(CountersOf(SampleLinkCounters(), device, {})).contains(UnicastSent));
     device.broadcastSent = 2000;
     // The frames went on while they were counted.
-    EXPECT_EQ(CountersOf(SampleLinkCounters(), device, {}).at("unicastFramesSent"), 0U);
+    EXPECT_EQ(ShownOf(CountersOf(SampleLinkCounters(), device, {})).at(UnicastSent), "0");
+}
+
+NamedCounters CountersSent(std::uint64_t all, std::uint64_t multicast, std::uint64_t broadcast) {
+    LinkCounters link;
+    link.packetsSent = all;
+    DeviceCounters device;
+    device.multicastSent = multicast;
+    device.broadcastSent = broadcast;
+    return CountersOf(link, device, {});
+}
+
+// What is counted later than all frames can make their difference fall.
+TEST(EthernetStatistics, UnicastFramesThatFallAreNoneSinceTheReset) {
+    const auto before = CountersSent(100, 20, 30);
+    const auto since = CountedSince(before, CountersSent(101, 25, 30));
+    ASSERT_TRUE(since.has_value());
+    EXPECT_EQ(ShownOf(*since).at(6), "0");
+    EXPECT_EQ(ShownOf(*since).at(8), "5");
+    EXPECT_EQ(ShownOf(CountedSince(before, CountersSent(120, 25, 31)).value()).at(6), "14");
 }
 
 TEST(EthernetStatistics, CountFromTheirBaseline) {
-    const NamedCounters before{{"framesSent", 10}, {"bytesSent", 100}};
-    const NamedCounters now{{"framesSent", 15}, {"bytesSent", 100}, {"pauseFramesSent", 3}};
-    EXPECT_THAT(
-        CountedSince(before, now),
-        Optional(NamedCounters{{"framesSent", 5}, {"bytesSent", 0}, {"pauseFramesSent", 3}}));
+    const NamedCounters before{{"a", 10}, {"b", 100}};
+    EXPECT_THAT(CountedSince(before, {{"a", 15}, {"b", 100}}),
+                Optional(NamedCounters{{"a", 5}, {"b", 0}}));
 }
 
 TEST(EthernetStatistics, DropABaselineThatOneOfThemIsBelow) {
-    EXPECT_EQ(CountedSince({{"framesSent", 10}, {"bytesSent", 100}},
-                           {{"framesSent", 15}, {"bytesSent", 99}}),
-              std::nullopt);
+    EXPECT_EQ(CountedSince({{"a", 10}, {"b", 100}}, {{"a", 15}, {"b", 99}}), std::nullopt);
+}
+
+// A device may not be readable for a moment, at the reset or later.
+TEST(EthernetStatistics, AreComparedWithTheSameSourceAlone) {
+    constexpr std::size_t MulticastReceived = 14;
+    constexpr std::size_t ShortFrames = 29;
+    LinkCounters link;
+    link.multicastReceived = 4;
+    DeviceCounters device;
+    device.multicastReceived = 1000;
+    device.undersized = 50;
+    const NamedCounters whole = CountersOf(link, device, {});
+    const NamedCounters withoutDevice = CountersOf(link, {}, {});
+    link.multicastReceived = 6;
+    device.multicastReceived = 1007;
+    device.undersized = 51;
+    const NamedCounters later = CountersOf(link, device, {});
+    const NamedCounters laterWithoutDevice = CountersOf(link, {}, {});
+
+    const auto shownSince = [](const NamedCounters& before, const NamedCounters& now) {
+        return ShownOf(CountedSince(before, now).value());
+    };
+    EXPECT_EQ(shownSince(whole, later).at(MulticastReceived), "7");
+    EXPECT_EQ(shownSince(whole, later).at(ShortFrames), "1");
+    EXPECT_EQ(shownSince(whole, laterWithoutDevice).at(MulticastReceived), "2");
+    EXPECT_FALSE(shownSince(whole, laterWithoutDevice).contains(ShortFrames));
+    EXPECT_EQ(shownSince(withoutDevice, later).at(MulticastReceived), "2");
+    EXPECT_FALSE(shownSince(withoutDevice, later).contains(ShortFrames));
 }
 
 }  // namespace
