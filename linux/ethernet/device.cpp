@@ -39,31 +39,14 @@ std::optional<double> TemperatureOf(const std::filesystem::path& device) {
     return std::nullopt;
 }
 
-std::optional<DeviceOnBus> ReadDeviceOnBus(const Interface& interface) {
+// The folder of the device that an interface stands on. What stands on a bridge of its own, as
+// virtio does, has its hardware below that.
+std::optional<std::filesystem::path> FolderOfDevice(const Interface& interface) {
     if (interface.folder.empty()) {
         return std::nullopt;
     }
     const auto own = Resolved(interface.folder / "device");
-    if (!own) {
-        return std::nullopt;
-    }
-    // What stands on a bridge of its own, as virtio does, has its hardware below that.
-    const std::filesystem::path device = interface.pci ? interface.pci->device : *own;
-    DeviceOnBus told;
-    told.bus = LinkedName(device / "subsystem");
-    told.revision = Bare(KnownAttribute(device / "revision"), "0x", "");
-    told.width = KnownAttribute(device / "current_link_width");
-    told.speed = Bare(KnownAttribute(device / "current_link_speed"), "", " PCIe");
-    const auto interrupts = NamesIn(device / "msi_irqs");
-    told.interruptCount = interrupts.size();
-    if (!interrupts.empty()) {
-        told.interrupts = ReadAttribute(device / "msi_irqs" / interrupts.front());
-    }
-    told.virtualFunctions = ReadNumber(device / "sriov_totalvfs").value_or(0);
-    told.presentVirtualFunctions = ReadNumber(device / "sriov_numvfs").value_or(0);
-    told.temperature = TemperatureOf(device);
-    told.product = ReadProductData(device).value_or(ProductData{});
-    return told;
+    return own && interface.pci ? interface.pci->device : own;
 }
 
 // The queues in use are folders. Where sysfs does not show the interface, those it was made with
@@ -78,6 +61,33 @@ std::size_t QueuesOf(const Interface& interface, std::string_view prefix, std::s
 }
 
 }  // namespace
+
+std::optional<DeviceOnBus> ReadDeviceOnBus(const Interface& interface) {
+    const auto folder = FolderOfDevice(interface);
+    if (!folder) {
+        return std::nullopt;
+    }
+    const std::filesystem::path& device = *folder;
+    DeviceOnBus told;
+    told.bus = LinkedName(device / "subsystem");
+    told.revision = Bare(KnownAttribute(device / "revision"), "0x", "");
+    told.width = KnownAttribute(device / "current_link_width");
+    told.speed = Bare(KnownAttribute(device / "current_link_speed"), "", " PCIe");
+    const auto interrupts = NamesIn(device / "msi_irqs");
+    told.interruptCount = interrupts.size();
+    if (!interrupts.empty()) {
+        told.interrupts = ReadAttribute(device / "msi_irqs" / interrupts.front());
+    }
+    told.virtualFunctions = ReadNumber(device / "sriov_totalvfs").value_or(0);
+    told.presentVirtualFunctions = ReadNumber(device / "sriov_numvfs").value_or(0);
+    told.temperature = TemperatureOf(device);
+    return told;
+}
+
+void AddProductData(const Interface& interface, DeviceOnBus& device) {
+    const auto folder = FolderOfDevice(interface);
+    device.product = (folder ? ReadProductData(*folder) : std::nullopt).value_or(ProductData{});
+}
 
 EthernetDevice ReadEthernetDevice(Socket& route, Ethtool& ethtool, const Adapter& adapter,
                                   const Interface& interface) {

@@ -24,7 +24,7 @@ struct DeviceOnBus {
     std::uint64_t virtualFunctions = 0;         // that there can be
     std::uint64_t presentVirtualFunctions = 0;  // that there are
     std::optional<double> temperature;          // in degrees Celsius
-    ProductData product;
+    ProductData product;                        // where it was asked for
 };
 
 // All that the kernel tells of an Ethernet port and the device behind it, at one moment.
@@ -49,7 +49,14 @@ struct EthernetDevice {
     std::size_t sendQueues = 0;
 };
 
-// Looks at the port anew. Throws SystemFailure, also where the interface is gone.
+// What sysfs tells of the interface's device, but not its product data; nothing where it has none.
+std::optional<DeviceOnBus> ReadDeviceOnBus(const Interface& interface);
+
+// Adds the product data, which many devices take a long time to tell.
+void AddProductData(const Interface& interface, DeviceOnBus& device);
+
+// Looks at the port anew, but not for product data. Throws SystemFailure, also where the interface
+// is gone.
 EthernetDevice ReadEthernetDevice(Socket& route, Ethtool& ethtool, const Adapter& adapter,
                                   const Interface& interface);
 

@@ -82,7 +82,11 @@ constexpr PortFact Facts[] = {
 Outcome ReadPort(const Place& at, EthernetPortInfo& info) {
     Socket route(NETLINK_ROUTE);
     Ethtool ethtool;
-    TellPort(ReadEthernetDevice(route, ethtool, at.adapter, at.interface), info);
+    EthernetDevice device = ReadEthernetDevice(route, ethtool, at.adapter, at.interface);
+    if (device.onBus) {
+        AddProductData(at.interface, *device.onBus);
+    }
+    TellPort(device, info);
     return Done();
 }
 

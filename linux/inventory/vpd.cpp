@@ -78,7 +78,7 @@ ProductData ParseProductData(std::string_view bytes) {
 }
 
 std::optional<ProductData> ReadProductData(const std::filesystem::path& device) {
-    const auto bytes = ReadBytes(device / "vpd");
+    const auto bytes = ReadBytesBeforeFailure(device / "vpd");
     return bytes ? std::optional(ParseProductData(*bytes)) : std::nullopt;
 }
 

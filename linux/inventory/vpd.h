@@ -18,7 +18,8 @@ struct ProductData {
 // it counts. A text is printable ASCII; the blanks and zeros around it are filling.
 ProductData ParseProductData(std::string_view bytes);
 
-// The product data of the device; nothing when it has none, or this process may not read it.
+// The product data of the device, as far as it can be read; nothing when it has none, or this
+// process may not read it.
 // `device` is its folder in sysfs.
 std::optional<ProductData> ReadProductData(const std::filesystem::path& device);
 

@@ -48,25 +48,26 @@ void TakeCounter(std::uint64_t group, int number, std::uint64_t count, DeviceCou
 
 }  // namespace
 
+void TakeCounterGroup(const nlattr& group, DeviceCounters& counters) {
+    std::uint64_t id = 0;
+    ForEachAttribute(BytesOf(group), [&](int type, const nlattr& attribute) {
+        if (type == ETHTOOL_A_STATS_GRP_ID) {
+            id = NumberOf(attribute);
+        } else if (type == ETHTOOL_A_STATS_GRP_STAT) {
+            ForEachAttribute(BytesOf(attribute), [&](int number, const nlattr& counter) {
+                TakeCounter(id, number, NumberOf(counter), counters);
+            });
+        }
+    });
+}
+
 DeviceCounters ReadDeviceCounters(Ethtool& ethtool, const Link& link) {
     DeviceCounters counters;
-    const auto takeGroup = [&counters](const nlattr& group) {
-        std::uint64_t id = 0;
-        ForEachAttribute(BytesOf(group), [&](int type, const nlattr& attribute) {
-            if (type == ETHTOOL_A_STATS_GRP_ID) {
-                id = NumberOf(attribute);
-            } else if (type == ETHTOOL_A_STATS_GRP_STAT) {
-                ForEachAttribute(BytesOf(attribute), [&](int number, const nlattr& counter) {
-                    TakeCounter(id, number, NumberOf(counter), counters);
-                });
-            }
-        });
-    };
     ethtool.Read(
         GroupedCounters, link,
-        [&takeGroup](int type, const nlattr& attribute) {
+        [&counters](int type, const nlattr& attribute) {
             if (type == ETHTOOL_A_STATS_GRP) {
-                takeGroup(attribute);
+                TakeCounterGroup(attribute, counters);
             }
         },
         0,

@@ -109,4 +109,7 @@ struct DeviceCounters {
 
 DeviceCounters ReadDeviceCounters(Ethtool& ethtool, const Link& link);
 
+// Takes what one group of them tells, as the kernel's answer has it; what is not known is left out.
+void TakeCounterGroup(const nlattr& group, DeviceCounters& counters);
+
 }  // namespace tavrolinux

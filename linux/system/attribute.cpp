@@ -7,6 +7,7 @@
 #include <charconv>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "linux/system/descriptor.h"
 
@@ -23,9 +24,9 @@ std::string Trimmed(const std::string& text) {
     return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
 }
 
-}  // namespace
-
-std::optional<std::string> ReadBytes(const std::filesystem::path& file, std::size_t longest) {
+// Nothing where there is no such file, or it cannot be opened.
+std::optional<CollectedBytes> CollectFile(const std::filesystem::path& file, std::size_t longest,
+                                          std::size_t piece) {
     // Nothing but a regular file is one of the kernel's, and only that never makes its reader wait.
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) {
@@ -35,20 +36,48 @@ std::optional<std::string> ReadBytes(const std::filesystem::path& file, std::siz
     if (!descriptor) {
         return std::nullopt;
     }
-    std::string bytes(longest, '\0');
-    std::size_t size = 0;
-    while (size < bytes.size()) {
-        const ssize_t got = ::read(descriptor.Get(), bytes.data() + size, bytes.size() - size);
-        if (got < 0) {
-            return std::nullopt;
-        }
-        if (got == 0) {
+    return CollectBytes(
+        [&descriptor](std::span<char> place) -> std::ptrdiff_t {
+            return ::read(descriptor.Get(), place.data(), place.size());
+        },
+        longest, piece);
+}
+
+}  // namespace
+
+CollectedBytes CollectBytes(const PieceReader& read, std::size_t longest, std::size_t piece) {
+    CollectedBytes collected;
+    std::string& bytes = collected.bytes;
+    while (bytes.size() < longest) {
+        const std::size_t size = bytes.size();
+        bytes.resize(std::min(longest, size + piece));
+        const std::ptrdiff_t got = read(std::span(bytes).subspan(size));
+        bytes.resize(size + static_cast<std::size_t>(std::max<std::ptrdiff_t>(got, 0)));
+        if (got <= 0) {
+            collected.hasFailed = got < 0;
             break;
         }
-        size += static_cast<std::size_t>(got);
     }
-    bytes.resize(size);
-    return bytes;
+    return collected;
+}
+
+std::optional<std::string> ReadBytes(const std::filesystem::path& file, std::size_t longest) {
+    constexpr std::size_t Page = 4096;
+    auto collected = CollectFile(file, longest, Page);
+    if (!collected || collected->hasFailed) {
+        return std::nullopt;
+    }
+    return std::move(collected->bytes);
+}
+
+std::optional<std::string> ReadBytesBeforeFailure(const std::filesystem::path& file,
+                                                  std::size_t longest) {
+    constexpr std::size_t Piece = 128;
+    auto collected = CollectFile(file, longest, Piece);
+    if (!collected || (collected->hasFailed && collected->bytes.empty())) {
+        return std::nullopt;
+    }
+    return std::move(collected->bytes);
 }
 
 std::string ReadAttribute(const std::filesystem::path& file) {

@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +21,23 @@ inline constexpr std::size_t LongestAttribute = std::size_t{64} << 10;
 // cannot be read. Many attributes of a device refuse to be read while it is down.
 std::optional<std::string> ReadBytes(const std::filesystem::path& file,
                                      std::size_t longest = LongestAttribute);
+
+// The bytes that the file gives before the first failure, at most `longest` of them; nothing when
+// it gives none. They are read in small pieces, since a device that fails at one byte may be asked
+// for those before it alone.
+std::optional<std::string> ReadBytesBeforeFailure(const std::filesystem::path& file,
+                                                  std::size_t longest = LongestAttribute);
+
+// Reads into the place, and returns how many bytes came: 0 at the end, negative on a failure.
+using PieceReader = std::function<std::ptrdiff_t(std::span<char> place)>;
+
+// What the reader gives in pieces of that size, at most `longest` bytes, and whether it failed
+// behind them.
+struct CollectedBytes {
+    std::string bytes;
+    bool hasFailed = false;
+};
+CollectedBytes CollectBytes(const PieceReader& read, std::size_t longest, std::size_t piece);
 
 // The text of an attribute without the blanks and line ends around it; empty when it cannot be
 // read.

@@ -5,6 +5,12 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <utility>
+
 #include "unit/linux/tree.h"
 
 namespace tavrolinux {
@@ -79,6 +85,60 @@ TEST(Link, LeadsToANameAndAFolder) {
     EXPECT_EQ(Resolved(port / "device"),
               std::filesystem::canonical(tree.Placed("sys/devices/0000:03:00.1")));
     EXPECT_EQ(Resolved(port / "driver"), std::nullopt);
+}
+
+// A device of so many bytes that fails at one of them, as sysfs gives its data: a piece is given
+// whole or not at all.
+class FailingDevice {
+  public:
+    FailingDevice(std::string bytes, std::size_t failing)
+        : bytes_(std::move(bytes)), failing_(failing) {}
+
+    std::ptrdiff_t operator()(std::span<char> place) {
+        const std::size_t size = std::min(place.size(), bytes_.size() - at_);
+        if (at_ <= failing_ && failing_ < at_ + size) {
+            return -1;
+        }
+        bytes_.copy(place.data(), size, at_);
+        at_ += size;
+        return static_cast<std::ptrdiff_t>(size);
+    }
+
+  private:
+    std::string bytes_;
+    std::size_t failing_;
+    std::size_t at_ = 0;
+};
+
+TEST(CollectedBytes, AreThoseBeforeAFailure) {
+    const std::string bytes = "0123456789";
+    const auto collect = [&bytes](std::size_t failing, std::size_t longest, std::size_t piece) {
+        return CollectBytes(FailingDevice(bytes, failing), longest, piece);
+    };
+    constexpr std::size_t Never = 100;
+    EXPECT_EQ(collect(Never, 64, 4).bytes, bytes);
+    EXPECT_FALSE(collect(Never, 64, 4).hasFailed);
+    EXPECT_EQ(collect(Never, 7, 4).bytes, "0123456");
+    EXPECT_FALSE(collect(7, 7, 4).hasFailed);
+    EXPECT_EQ(collect(9, 64, 4).bytes, "01234567");
+    EXPECT_TRUE(collect(9, 64, 4).hasFailed);
+    EXPECT_EQ(collect(0, 64, 4).bytes, "");
+    EXPECT_TRUE(collect(0, 64, 4).hasFailed);
+}
+
+TEST(Bytes, AreReadWithAndWithoutCareForFailures) {
+    const Tree tree;
+    const std::string large(10000, 'x');
+    tree.File("sys/large", large);
+    const auto file = tree.Placed("sys/large");
+    EXPECT_EQ(ReadBytes(file), large);
+    EXPECT_EQ(ReadBytesBeforeFailure(file), large);
+    EXPECT_EQ(ReadBytes(file, 5000), large.substr(0, 5000));
+    EXPECT_EQ(ReadBytesBeforeFailure(file, 5000), large.substr(0, 5000));
+    EXPECT_EQ(ReadBytesBeforeFailure(tree.Placed("sys/absent")), std::nullopt);
+    // No process can read at its address 0.
+    EXPECT_EQ(ReadBytes("/proc/self/mem"), std::nullopt);
+    EXPECT_EQ(ReadBytesBeforeFailure("/proc/self/mem"), std::nullopt);
 }
 
 }  // namespace
