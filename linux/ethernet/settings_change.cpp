@@ -119,8 +119,9 @@ Outcome PlanChanges(const std::vector<SettingChange>& changes, DevicePlan& plan)
 
 // One thing that is set at once, where the device is to become another in it.
 struct ChangeStep {
-    bool (*differs)(const EthernetDevice& from, const EthernetDevice& to);
-    void (*make)(EthernetDoor& door, const EthernetDevice& from, const EthernetDevice& to);
+    bool (*differs)(const EthernetDevice& from, const EthernetDevice& to) = nullptr;
+    void (*make)(EthernetDoor& door, const EthernetDevice& from,
+                 const EthernetDevice& to) = nullptr;
     bool mayWantDown = false;  // many drivers do it only while the interface is down
 };
 

@@ -30,7 +30,7 @@ struct CounterSource {
 };
 
 struct PortCounter {
-    ethernet_statistics::Position position;
+    ethernet_statistics::Position position{};
     CounterSource source;
     CounterSource otherwise{};  // where the first is not counted
 };
