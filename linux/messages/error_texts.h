@@ -93,6 +93,18 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
     {L"Change the address there, or take the interface out of its hands.",
      L"アドレスをそちらで変更するか、インターフェースを管理対象から外してください。",
      L"请在其中更改地址，或将该接口移出其管理范围。"},
+    {L"Routes would be lost with the former address.",
+     L"以前のアドレスとともに、ルートが失われます。",
+     L"路由会随原地址一起丢失。"},
+    {L"Change or remove the routes that the details name first.",
+     L"先に、詳細に示されたルートを変更または削除してください。",
+     L"请先更改或删除详细信息中所列的路由。"},
+    {L"The default route has several next hops.",
+     L"デフォルトルートに複数のネクストホップがあります。",
+     L"默认路由有多个下一跳。"},
+    {L"Give the same gateway, or change the route with the host's own tools.",
+     L"同じゲートウェイを指定するか、ホスト自身のツールでルートを変更してください。",
+     L"请指定相同的网关，或使用主机自身的工具更改该路由。"},
 
     // iSCSI.
     {L"The initiator name is not usable.",

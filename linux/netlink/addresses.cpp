@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 #include <span>
 
 #include "linux/system/failure.h"
@@ -18,23 +19,69 @@ constexpr std::size_t OctetsOfIPv4 = 4;
 constexpr std::uint32_t BitsOfIPv4 = 32;
 
 Message AddressRequest(int type, int flags, const Link& link, Family family,
-                       std::uint32_t prefixLength = 0, std::uint8_t scope = 0) {
+                       std::uint32_t prefixLength = 0) {
     Message message(type, flags);
     ifaddrmsg header{};
     header.ifa_family = SystemFamily(family);
     header.ifa_index = static_cast<std::uint32_t>(link.index);
     header.ifa_prefixlen = static_cast<std::uint8_t>(prefixLength);
-    header.ifa_scope = scope;
     message.Append(header);
     return message;
 }
 
-Message ChangeOfAddress(int type, int flags, const Link& link, const AssignedAddress& address) {
-    Message message = AddressRequest(type, flags, link, address.address.family,
-                                     address.prefixLength, address.scope);
-    message.Put(IFA_LOCAL, OctetsOf(address.address));
-    message.Put(IFA_ADDRESS, OctetsOf(address.address));
+// The system's states of an address, which follow from others and are none of what makes it.
+constexpr std::uint32_t StateFlags =
+    IFA_F_SECONDARY | IFA_F_DADFAILED | IFA_F_DEPRECATED | IFA_F_TENTATIVE | IFA_F_PERMANENT;
+
+std::span<const std::uint8_t> BytesIn(const nlmsghdr& message) {
+    return {static_cast<const std::uint8_t*>(nlmsg_data(&message)),
+            static_cast<std::size_t>(nlmsg_datalen(&message))};
+}
+
+// What was told of the address, as a request; with that lifetime where one is given.
+Message RequestFor(int type, int flags, const AssignedAddress& address,
+                   const ifa_cacheinfo* lifetime = nullptr) {
+    Message message(type, flags);
+    ifaddrmsg header{};
+    std::memcpy(&header, address.told.data(), std::min(sizeof header, address.told.size()));
+    header.ifa_flags &= static_cast<std::uint8_t>(~StateFlags);
+    message.Append(header);
+    const auto attributes =
+        std::span(address.told).subspan(std::min(sizeof header, address.told.size()));
+    ForEachAttribute(attributes, [&](int attributeType, const nlattr& attribute) {
+        if (attributeType == IFA_FLAGS) {
+            message.PutNumber32(IFA_FLAGS,
+                                static_cast<std::uint32_t>(NumberOf(attribute)) & ~StateFlags);
+        } else if (attributeType != IFA_CACHEINFO || lifetime == nullptr) {
+            message.Put(attributeType, BytesOf(attribute));
+        }
+    });
+    if (lifetime != nullptr) {
+        message.Put(IFA_CACHEINFO,
+                    {reinterpret_cast<const std::uint8_t*>(lifetime), sizeof *lifetime});
+    }
     return message;
+}
+
+bool IsOver(const AssignedAddress& address) {
+    bool isOver = false;
+    ForEachAttribute(
+        std::span(address.told).subspan(std::min(sizeof(ifaddrmsg), address.told.size())),
+        [&isOver](int type, const nlattr& attribute) {
+            ifa_cacheinfo lifetime{};
+            const auto bytes = BytesOf(attribute);
+            if (type == IFA_CACHEINFO && bytes.size() >= sizeof lifetime) {
+                std::memcpy(&lifetime, bytes.data(), sizeof lifetime);
+                isOver = lifetime.ifa_valid == 0;
+            }
+        });
+    return isOver;
+}
+
+std::string ActionOn(const char* verb, const AssignedAddress& address, const char* preposition,
+                     const Link& link) {
+    return std::string(verb) + " the address " + TextOf(address.address) + ' ' + preposition + ' ' +
+           link.name;
 }
 
 }  // namespace
@@ -121,8 +168,11 @@ std::vector<AssignedAddress> ReadAddresses(Socket& route, const Link& link, Fami
                                  flags = static_cast<std::uint32_t>(NumberOf(attribute));
                              }
                          });
-        // Of a point-to-point link the other address is that of the peer.
+        assigned.peer = assigned.address;
         assigned.address = own.value_or(assigned.address);
+        assigned.isTentative = (flags & IFA_F_TENTATIVE) != 0;
+        const auto told = BytesIn(message);
+        assigned.told.assign(told.begin(), told.end());
         assigned.isPermanent = (flags & IFA_F_PERMANENT) != 0;
         // One bit of two meanings.
         static_assert(IFA_F_SECONDARY == IFA_F_TEMPORARY);
@@ -136,14 +186,42 @@ std::vector<AssignedAddress> ReadAddresses(Socket& route, const Link& link, Fami
     return addresses;
 }
 
+AssignedAddress NewAddress(const Link& link, const IpAddress& address, std::uint32_t prefixLength) {
+    Message message = AddressRequest(RTM_NEWADDR, 0, link, address.family, prefixLength);
+    message.Put(IFA_LOCAL, OctetsOf(address));
+    message.Put(IFA_ADDRESS, OctetsOf(address));
+    AssignedAddress made;
+    made.address = address;
+    made.peer = address;
+    made.prefixLength = prefixLength;
+    const auto told = BytesIn(*nlmsg_hdr(message.Get()));
+    made.told.assign(told.begin(), told.end());
+    return made;
+}
+
 void AddAddress(Socket& route, const Link& link, const AssignedAddress& address) {
-    route.Request(ChangeOfAddress(RTM_NEWADDR, NLM_F_CREATE | NLM_F_EXCL, link, address),
-                  "adding the address " + TextOf(address.address) + " to " + link.name);
+    if (!IsOver(address)) {
+        route.Request(RequestFor(RTM_NEWADDR, NLM_F_CREATE | NLM_F_EXCL, address),
+                      ActionOn("adding", address, "to", link));
+    }
 }
 
 void RemoveAddress(Socket& route, const Link& link, const AssignedAddress& address) {
-    route.Request(ChangeOfAddress(RTM_DELADDR, 0, link, address),
-                  "taking the address " + TextOf(address.address) + " from " + link.name);
+    route.Request(RequestFor(RTM_DELADDR, 0, address), ActionOn("taking", address, "from", link));
+}
+
+void RestoreLifetime(Socket& route, const Link& link, const AssignedAddress& former) {
+    if (!IsOver(former)) {
+        route.Request(RequestFor(RTM_NEWADDR, NLM_F_REPLACE, former),
+                      ActionOn("limiting", former, "of", link));
+    }
+}
+
+void MakePermanent(Socket& route, const Link& link, const AssignedAddress& address) {
+    constexpr std::uint32_t Forever = 0xFFFFFFFF;
+    const ifa_cacheinfo lifetime{Forever, Forever, 0, 0};
+    route.Request(RequestFor(RTM_NEWADDR, NLM_F_REPLACE, address, &lifetime),
+                  ActionOn("keeping", address, "of", link));
 }
 
 }  // namespace tavrolinux

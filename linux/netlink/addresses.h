@@ -44,18 +44,38 @@ std::optional<std::uint32_t> PrefixLengthOf(const IpAddress& mask);
 // An address of an interface.
 struct AssignedAddress {
     IpAddress address;
+    IpAddress peer;  // at the other end of a point-to-point link; else the address itself
     std::uint32_t prefixLength = 0;
-    std::uint8_t scope = 0;    // RT_SCOPE_UNIVERSE, RT_SCOPE_LINK, ...
-    bool isPermanent = true;   // without it the address was leased or announced, for a time
-    bool isSecondary = false;  // of IPv4: another of the same network came first
-    bool isTemporary = false;  // of IPv6: made up for privacy
+    std::uint8_t scope = 0;          // RT_SCOPE_UNIVERSE, RT_SCOPE_LINK, ...
+    bool isPermanent = true;         // without it the address was leased or announced, for a time
+    bool isSecondary = false;        // of IPv4: another of the same network came first
+    bool isTemporary = false;        // of IPv6: made up for privacy
+    bool isTentative = false;        // of IPv6: it cannot be used yet
+    std::vector<std::uint8_t> told;  // as the kernel tells it, to make it anew
+
+    // Whether the kernel holds both for one.
+    bool IsSame(const AssignedAddress& other) const {
+        return address == other.address && peer == other.peer && prefixLength == other.prefixLength;
+    }
 };
+
+// The permanent global address, as it is added to an interface that does not have it.
+AssignedAddress NewAddress(const Link& link, const IpAddress& address, std::uint32_t prefixLength);
 
 // The addresses of one interface and family in the kernel's order. Throws SystemFailure.
 std::vector<AssignedAddress> ReadAddresses(Socket& route, const Link& link, Family family);
 
-// Adds or takes away one address. Throws SystemFailure.
+// Adds an address with everything that was told of it: for the rest of its time, with its label and
+// metric, ...; nothing happens when its time is over. The kernel puts one of IPv4 behind the
+// others of its kind, one of IPv6 in front of them. Throws SystemFailure.
 void AddAddress(Socket& route, const Link& link, const AssignedAddress& address);
+
+// Takes one address away. Throws SystemFailure.
 void RemoveAddress(Socket& route, const Link& link, const AssignedAddress& address);
+
+// Gives an address that the interface has the lifetime that was told of it, or lets it stay for
+// good. Throws SystemFailure.
+void RestoreLifetime(Socket& route, const Link& link, const AssignedAddress& former);
+void MakePermanent(Socket& route, const Link& link, const AssignedAddress& address);
 
 }  // namespace tavrolinux

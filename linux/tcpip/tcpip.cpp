@@ -98,9 +98,12 @@ Outcome SetEthernetTcpIp(const Place& at, TcpIpSettings& record) {
                        L"IPv6, which is switched off on " + WideFromUtf8(at.interface.name));
     }
     Socket route(NETLINK_ROUTE);
-    ApplyStaticSettings(route, ReadLink(route, at.interface.index), wanted.settings);
-    record.result = 0;
-    return Done();
+    Outcome outcome =
+        ApplyStaticSettings(route, ReadLink(route, at.interface.index), wanted.settings);
+    if (outcome.IsDone()) {
+        record.result = 0;
+    }
+    return outcome;
 }
 
 Outcome SetIscsiTcpIp(const Place& at, const TcpIpSettings& /*record*/) {
