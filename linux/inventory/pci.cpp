@@ -47,15 +47,17 @@ void SayNothing(char* /*message*/, ...) {}
 constexpr int LongestName = 256;
 
 // The name in `text`; null where there is none. Without pci_init: the bus is read from sysfs, and
-// only the table of names is wanted.
+// only the table of names is wanted. The device manager's copy of it is left out: asking for that
+// leaks where there is none.
 const char* LookUp(pci_access& access, std::array<char, LongestName>& text, int vendor,
                    int device) {
     if (setjmp(afterLookup) != 0) {
         return nullptr;
     }
-    return pci_lookup_name(&access, text.data(), LongestName,
-                           PCI_LOOKUP_VENDOR | PCI_LOOKUP_DEVICE | PCI_LOOKUP_NO_NUMBERS, vendor,
-                           device);
+    return pci_lookup_name(
+        &access, text.data(), LongestName,
+        PCI_LOOKUP_VENDOR | PCI_LOOKUP_DEVICE | PCI_LOOKUP_NO_NUMBERS | PCI_LOOKUP_NO_HWDB, vendor,
+        device);
 }
 
 std::string NumberText(std::uint64_t number) {
