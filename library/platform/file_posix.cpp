@@ -1,6 +1,7 @@
 #include "library/platform/file.h"
 
 #include <fcntl.h>
+#include <string.h>  // NOLINT(modernize-deprecated-headers): explicit_bzero is not the standard's
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -301,14 +302,23 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
     if (!file.IsOpen()) {
         return std::nullopt;
     }
-    std::string content;
-    std::array<char, 65536> block{};
+    // What is read may be a secret: it is in no other memory than the result's.
+    constexpr std::size_t LeastRoom = 4096;
+    std::string content(LeastRoom + static_cast<std::size_t>(StatusOf(file).st_size), '\0');
+    std::size_t size = 0;
     while (true) {
-        const ssize_t got = read(file.Value(), block.data(), block.size());
+        if (size == content.size()) {  // it has grown, or does not tell its size
+            std::string larger(2 * size, '\0');
+            content.copy(larger.data(), size);
+            explicit_bzero(content.data(), content.size());
+            content.swap(larger);
+        }
+        const ssize_t got = read(file.Value(), content.data() + size, content.size() - size);
         if (got > 0) {
-            content.append(block.data(), static_cast<std::size_t>(got));
-            WantNotTooLarge(path, content.size());  // it may grow, or not tell its size
+            size += static_cast<std::size_t>(got);
+            WantNotTooLarge(path, size);
         } else if (got == 0) {
+            content.resize(size);
             return content;
         } else if (errno != EINTR) {
             Fail(path, L"cannot be read", errno);

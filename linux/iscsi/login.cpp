@@ -2,8 +2,6 @@
 
 #include <string>
 
-#include "linux/system/wipe.h"
-
 namespace tavrolinux {
 namespace {
 
@@ -46,11 +44,6 @@ EffectiveLogin::EffectiveLogin(const LoginOptions& own, const LoginOptions& init
         options_.authentication = initiator.authentication;
         Complete(options_);
     }
-}
-
-EffectiveLogin::~EffectiveLogin() {
-    Wipe(options_.targetSecret);
-    Wipe(options_.initiatorSecret);
 }
 
 }  // namespace tavrolinux

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tavroapi/iscsi_records.h"
+#include "linux/state/wiped_login.h"
 
 // How the initiator logs in. Secrets are wiped where they were copied to.
 namespace tavrolinux {
@@ -16,18 +16,15 @@ void Complete(tavroapi::LoginOptions& login);
 tavroapi::LoginOptions WithoutSecrets(const tavroapi::LoginOptions& login);
 
 // How to log in where `own` was said: with it, and where it has no authentication, with that of the
-// host's initiator. The secrets are wiped when this goes.
+// host's initiator.
 class EffectiveLogin {
   public:
     EffectiveLogin(const tavroapi::LoginOptions& own, const tavroapi::LoginOptions& initiator);
-    ~EffectiveLogin();
-    EffectiveLogin(const EffectiveLogin&) = delete;
-    EffectiveLogin& operator=(const EffectiveLogin&) = delete;
 
     const tavroapi::LoginOptions& Options() const { return options_; }
 
   private:
-    tavroapi::LoginOptions options_;
+    WipedLogin options_;
 };
 
 }  // namespace tavrolinux

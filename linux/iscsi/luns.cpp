@@ -68,7 +68,7 @@ Outcome ListLuns(const Place& at, const std::string& name, std::list<LunRecord>&
         const KeptLogin* const kept = FindKeptLogin(state, at, name);
         const Portal portal = kept != nullptr ? Portal{kept->address, kept->port}
                                               : FindTarget(at, state, name).at.portal;
-        const EffectiveLogin login(kept != nullptr ? kept->login : tavroapi::LoginOptions{},
+        const EffectiveLogin login(kept != nullptr ? kept->login : WipedLogin(),
                                    state.initiatorLogin);
         Session session(PlanFor(at, portal, name), login.Options());
         const CommandAnswer listed = Patiently([&] { return session.ReportLuns(); });

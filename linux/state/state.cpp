@@ -27,11 +27,6 @@ constexpr const char* FolderName = "tavrocli";
 constexpr const char* FileName = "state.json";
 constexpr const char* Action = "using the state of this library";
 
-void WipeSecrets(tavroapi::LoginOptions& login) {
-    Wipe(login.targetSecret);
-    Wipe(login.initiatorSecret);
-}
-
 std::string BootId(const Roots& roots) {
     return ReadAttribute(roots.proc / "sys/kernel/random/boot_id");
 }
@@ -74,18 +69,6 @@ auto Guarded(const std::filesystem::path& file, Work work) {
 }
 
 }  // namespace
-
-State::~State() {
-    WipeSecrets(initiatorLogin);
-    for (auto& [name, interface] : interfaces) {
-        for (KeptPortal& portal : interface.portals) {
-            WipeSecrets(portal.login);
-        }
-        for (KeptLogin& login : interface.logins) {
-            WipeSecrets(login.login);
-        }
-    }
-}
 
 State StateStore::Read() const {
     const std::filesystem::path file = roots_.variable / FolderName / FileName;

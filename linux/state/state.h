@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "linux/state/wiped_login.h"
 #include "linux/system/roots.h"
-#include "tavroapi/iscsi_records.h"
 
 // What this library keeps of the machine between runs: where statistics were reset, the portals,
 // and the logins that targets accepted. It lies in one file that only root can read.
@@ -34,7 +34,7 @@ struct Baseline {
 struct KeptPortal {
     std::string address;
     std::uint16_t port = 0;
-    tavroapi::LoginOptions login;
+    WipedLogin login;
 };
 
 // A login that a target accepted.
@@ -42,7 +42,7 @@ struct KeptLogin {
     std::string target;
     std::string address;
     std::uint16_t port = 0;
-    tavroapi::LoginOptions login;
+    WipedLogin login;
 };
 
 // What is kept of one interface, by its name.
@@ -54,15 +54,8 @@ struct InterfaceState {
 
 struct State {
     std::string bootId;  // of the boot that the baselines belong to
-    tavroapi::LoginOptions initiatorLogin;
+    WipedLogin initiatorLogin;
     std::map<std::string, InterfaceState> interfaces;
-
-    State() = default;
-    State(State&&) noexcept = default;
-    State& operator=(State&&) noexcept = default;
-    State(const State&) = delete;
-    State& operator=(const State&) = delete;
-    ~State();  // wipes the secrets
 };
 
 class StateStore {

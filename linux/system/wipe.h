@@ -6,9 +6,12 @@
 
 namespace tavrolinux {
 
-// Overwrites the characters of a text that was a secret, so that its memory holds it no more.
+// Overwrites all the memory of a text that was a secret, and leaves it empty. A text that was moved
+// from, or shortened, may still hold what its size does not show.
 inline void Wipe(std::string& text) {
+    text.resize(text.capacity());
     explicit_bzero(text.data(), text.size());
+    text.clear();
 }
 
 // Wipes a text when the scope that holds it is left, by whatever way.

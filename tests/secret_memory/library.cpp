@@ -41,13 +41,7 @@ void HandleSignal(int signal) {
 class Watch {
   public:
     Watch() : secret(Variable("TAVRO_SECRET")), report(Variable("TAVRO_SECRET_REPORT")) {}
-    ~Watch() {
-        std::size_t searchedBytes = 0;
-        for (const std::string& place : secret_memory::SearchMemory(secret, searchedBytes)) {
-            report << "left " << place << '\n';
-        }
-        report << "searched " << searchedBytes << std::endl;
-    }
+    ~Watch() { secret_memory::ReportSearch(secret, report); }
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
 

@@ -107,4 +107,12 @@ std::vector<std::string> SearchMemory(const Secret& secret, std::size_t& searche
     return found;
 }
 
+void ReportSearch(const Secret& secret, std::ostream& report) {
+    std::size_t searchedBytes = 0;
+    for (const std::string& place : SearchMemory(secret, searchedBytes)) {
+        report << "left " << place << '\n';
+    }
+    report << "searched " << searchedBytes << std::endl;
+}
+
 }  // namespace secret_memory

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,5 +34,8 @@ class Secret {
 // characters of the secret stand, as bytes or in units of two or four. `searchedBytes` is how much
 // there was to search.
 std::vector<std::string> SearchMemory(const Secret& secret, std::size_t& searchedBytes);
+
+// Searches, and writes a line "left ..." for each place, and at last how much was searched.
+void ReportSearch(const Secret& secret, std::ostream& report);
 
 }  // namespace secret_memory

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
+#include "library/json/json.h"
 #include "library/json/place.h"
 #include "linux/state/state_json.h"
 #include "unit/linux/tree.h"
@@ -40,6 +43,12 @@ void ExpectFilled(const State& state) {
     EXPECT_EQ(port.logins.front().port, 65535);
 }
 
+// A state whose initiator has a secret of that number, and how its list of secrets goes on.
+std::string WithSecrets(const std::string& number, const std::string& list) {
+    return "{\n  \"format\": 1,\n  \"initiatorLogin\": {\"targetSecret\": " + number +
+           "},\n  \"secrets\": [" + list;
+}
+
 class KeptState : public testing::Test {
   protected:
     KeptState() {
@@ -69,6 +78,24 @@ TEST_F(KeptState, IsReadAsItWasStored) {
     EXPECT_EQ(baseline.interfaceIndex, 2);
     EXPECT_EQ(baseline.counters,
               (std::map<std::string, std::uint64_t>{{"rx_packets", 7}, {"tx_packets", 9}}));
+}
+
+TEST_F(KeptState, IsADocumentOfJsonWithTheSecretsBehindAllElse) {
+    const std::string odd = "\"quoted\\ \x01\x7f \xc3\xa9\xff";
+    store.Change([&](State& state) {
+        Fill(state);
+        state.interfaces["eth0"].logins.front().login.targetSecret = odd;
+    });
+    const std::string text = tavrolib_test::Read(file);
+    const tavrolib::Json json = tavrolib::ParseJson(text);
+    EXPECT_EQ(json["initiatorLogin"]["initiatorSecret"], 0);
+    EXPECT_FALSE(json["initiatorLogin"].contains("targetSecret"));
+    EXPECT_EQ(json["interfaces"]["eth0"]["logins"][0]["login"]["targetSecret"], 2);
+    ASSERT_EQ(json["secrets"].size(), 3U);
+    EXPECT_EQ(json["secrets"][0], Secret);
+    EXPECT_EQ(json["secrets"][1], Secret);
+    EXPECT_LT(text.find("\"interfaces\""), text.find(Secret));
+    EXPECT_EQ(store.Read().interfaces.at("eth0").logins.front().login.targetSecret, odd);
 }
 
 TEST_F(KeptState, LosesBaselinesWithTheBootAndNothingElse) {
@@ -104,19 +131,36 @@ TEST_F(KeptState, StaysAsItIsWhenAChangeFails) {
 TEST_F(KeptState, IsRefusedWhenItIsDamagedAndNothingOfItIsTold) {
     store.Change([](State&) {});
     for (const std::string& damaged :
-         {std::string(), std::string("{"), std::string("[]"), std::string("{}"),
-          std::string(R"({"format": 2})"), std::string(R"({"format": 1, "bootId": 5})"),
+         {std::string(),
+          std::string("{"),
+          std::string("[]"),
+          std::string("{}"),
+          std::string(R"({"format": 2})"),
+          std::string(R"({"format": 1, "bootId": 5})"),
           std::string(R"({"format": 1, "interfaces": {"eth0": {"portals": [{"port": 65536}]}}})"),
           std::string(R"({"format": 1, "bootId": ")") + Secret + R"(", "interfaces": 1})",
           std::string(R"({"format": 1, "initiatorLogin": ")") + Secret + R"("})",
-          std::string(R"({"format": 1, "initiatorLogin": {"a": ")") + Secret}) {
+          std::string(R"({"format": 1, "initiatorLogin": {"a": ")") + Secret,
+          std::string(R"({"format": 1, "initiatorLogin": {"targetSecret": ")") + Secret + R"("}})",
+          std::string(R"({"format": 1, "initiatorLogin": {"targetSecret": 0}})"),
+          WithSecrets("1", "\n    \"sixteen\"\n  ]\n}\n"),
+          WithSecrets("-1", "\n    \"sixteen\"\n  ]\n}\n"),
+          WithSecrets("0", ""),
+          WithSecrets("0", "\n    \"sixteen\""),
+          WithSecrets("0", "\n    \"sixteen\",\n  ]\n}\n"),
+          WithSecrets("0", "\n    \"sixteen\"\n  ]\n}"),
+          WithSecrets("0", "\n\"sixteen\"\n  ]\n}\n"),
+          WithSecrets("0", "\n    \"sixteen\\u0\"\n  ]\n}\n"),
+          WithSecrets("0", "\n    \"sixteen\\u00zz\"\n  ]\n}\n"),
+          WithSecrets("0", "\n    \"sixteen\\n\"\n  ]\n}\n"),
+          WithSecrets("0", "\n    \"sixteen\t\"\n  ]\n}\n")}) {
         tavrolib_test::Write(file, damaged);
         try {
             store.Change([](State&) { FAIL() << "changed"; });
             FAIL() << damaged;
         } catch (const StateFailure& failure) {
             EXPECT_THAT(failure.Text(), HasSubstr(L"state.json"));
-            EXPECT_THAT(failure.Text(), Not(HasSubstr(L"secret")));
+            EXPECT_THAT(failure.Text(), Not(HasSubstr(L"sixteen")));
         }
         EXPECT_EQ(tavrolib_test::Read(file), damaged);
     }
