@@ -16,8 +16,8 @@ using tavrolib::WideFromUtf8;
 
 // What the statuses of a login say. Those that are not listed are told by their number.
 struct LoginStatusRow {
-    std::uint16_t code;
-    Status status;
+    std::uint16_t code = 0;
+    Status status = Status::Done;
     ErrorText message;
     ErrorText action;
 };

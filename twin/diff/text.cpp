@@ -100,7 +100,8 @@ class Content {
                 AddLine(path, ShownValue(list[index]));
             } else {
                 const std::string name = Shown(NameOfElement(element, list[index]));
-                AddTitle(IsHostPart(element) ? name : path + '[' + name + ']');
+                std::string title = path;
+                AddTitle(IsHostPart(element) ? name : title.append("[").append(name).append("]"));
                 indent_.append(Step, ' ');
                 Add(element, list[index], UsualOf(element), {});
                 indent_.resize(indent_.size() - Step);
