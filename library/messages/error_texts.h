@@ -45,7 +45,7 @@ inline constexpr ErrorTextRow CommonErrorTexts[] = {
      L"请指定 IPv4 或 IPv6 地址。"},
 
     {L"The address belongs to the interface.",
-     L"アドレスはインターフェースに属しています。",
+     L"アドレスはインターフェイスに属しています。",
      L"该地址属于接口。"},
     {L"Use \"tavrocli -ethernet <MAC> -modifytcpip\".",
      L"「tavrocli -ethernet <MAC> -modifytcpip」を使用してください。",

@@ -100,7 +100,7 @@ SessionPlan PlanFor(const Place& at, const Portal& portal, const std::string& ta
     if (plan.initiator.empty()) {
         throw IscsiFailure(Refused(Status::InvalidInitiatorName,
                                    L"The host's initiator has no name.",
-                                   L"Give it one with \"-iscsi -setinitiator\".",
+                                   L"Set the name with \"-iscsi -setinitiator\".",
                                    InitiatorNameFile(at.machine.SystemRoots()).wstring()));
     }
     return plan;

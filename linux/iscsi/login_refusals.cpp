@@ -66,18 +66,18 @@ std::wstring StatusText(std::uint16_t status) {
 }  // namespace
 
 Outcome Unreachable(const Portal& portal, const std::string& reason) {
-    return Refused(Status::TargetUnreachable, L"Nothing takes connections at this portal.",
+    return Refused(Status::TargetUnreachable, L"No service takes connections at this portal.",
                    L"Check the address, the port number, the cabling and the TCP/IP settings.",
                    DetailsOf(portal, reason));
 }
 
 Outcome Silent(const Portal& portal, const std::string& step) {
-    return Refused(Status::ServerSilent, L"Nothing answered in time.", CheckPortal,
+    return Refused(Status::ServerSilent, L"No reply came in time.", CheckPortal,
                    DetailsOf(portal, step));
 }
 
 Outcome Invalid(const Portal& portal, const std::string& step) {
-    return Refused(Status::AnswerInvalid, L"What answers there does not speak iSCSI.", CheckPortal,
+    return Refused(Status::AnswerInvalid, L"What replies there does not speak iSCSI.", CheckPortal,
                    DetailsOf(portal, step));
 }
 

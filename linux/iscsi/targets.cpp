@@ -57,7 +57,7 @@ Outcome LogInToTarget(const Place& at, const tavroapi::TargetLoginRecord& record
     const std::string name = WithoutOuterBlanks(record.targetName);
     if (record.login.dataDigest == "CRC32C") {
         return Refused(Status::NotOffered, L"This host cannot do that.",
-                       L"The details name what is missing.", L"data digests (-dd)");
+                       L"See the details for what is missing.", L"data digests (-dd)");
     }
     return WithRefusals([&] {
         const Portal portal = PortalOf(record.portalAddress, record.portalPort);
@@ -83,7 +83,7 @@ Outcome LogInToTarget(const Place& at, const tavroapi::TargetLoginRecord& record
         return Refused(
             Status::NoSessionKept,
             L"The target accepted the login, but this host keeps no sessions.",
-            L"Run the command with \"-target -lunlist\" to see its LUNs.",
+            L"Run the command with \"-target -lunlist\" to see the LUNs of the target.",
             L"target " + tavrolib::Quoted(name) + L", portal " + WideFromUtf8(TextOf(portal)));
     });
 }
@@ -97,8 +97,8 @@ Outcome RemoveTarget(const Place& at, const std::string& name) {
             if (removed == 0) {
                 throw IscsiFailure(
                     Refused(Status::UnknownIscsiTarget, L"No login at this target is kept.",
-                            L"A target that a portal tells goes with the portal: run "
-                            L"the command with \"-portal -remove\".",
+                            L"Targets that a portal tells go with the portal: run the "
+                            L"command with \"-portal -remove\".",
                             L"target " + tavrolib::Quoted(name)));
             }
         });

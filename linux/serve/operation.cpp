@@ -11,7 +11,7 @@ Outcome RefuseAmbiguous(const std::string& request, std::span<const Machine::Fou
     }
     return Refused(Status::IdentifierAmbiguous,
                    L"Several functions of this host have this identifier.",
-                   L"Give the interfaces that the details name different addresses.", details);
+                   L"Give each of the interfaces in the details an address of its own.", details);
 }
 
 const Operation* FindOperation(std::uint32_t code) {

@@ -20,7 +20,7 @@ Outcome ServeOperation(const Site& site, const Call& call) {
     }
     if (operation->serve == nullptr) {
         return Refused(Status::NotOffered, L"This host cannot do that.",
-                       L"The details name what is missing.", operation->missing);
+                       L"See the details for what is missing.", operation->missing);
     }
     return operation->serve(site, call.request.value_or(""), call.input, call.output);
 }
@@ -32,9 +32,10 @@ Outcome RefusalOf(const SystemFailure& failure) {
     // Drivers refuse in the same words what nobody may do.
     if (failure.IsMissingRight() && !HasRight(failure.Right())) {
         const std::string reason = failure.Reason().empty() ? "" : " (" + failure.Reason() + ')';
-        return Refused(Status::RightMissing, L"This process may not do that.",
-                       L"Run the command as root, or with the capability that the details name.",
-                       details + WideFromUtf8(failure.Right() + reason));
+        return Refused(
+            Status::RightMissing, L"This process may not do that.",
+            L"Run the command as root, or with the capability that stands in the details.",
+            details + WideFromUtf8(failure.Right() + reason));
     }
     const std::string system = std::generic_category().message(failure.Error());
     details +=
@@ -45,7 +46,7 @@ Outcome RefusalOf(const SystemFailure& failure) {
     }
     if (failure.IsUnsupported()) {
         return Refused(Status::NotOffered, L"This host cannot do that.",
-                       L"The driver or the kernel has no such thing.", details);
+                       L"The driver or the kernel has no such feature.", details);
     }
     return Refused(Status::SystemRefused, L"The system did not do that.",
                    L"See the details for the system's reason.", details);

@@ -37,7 +37,7 @@ class SystemFailure : public std::runtime_error {
     bool IsMissingRight() const { return error_ == EPERM || error_ == EACCES; }
     // The interface, or whatever was acted on, is not there any more.
     bool IsGone() const { return error_ == ENODEV || error_ == ENXIO; }
-    // The driver or the kernel has no such thing.
+    // The driver or the kernel has no such feature.
     bool IsUnsupported() const { return error_ == EOPNOTSUPP || error_ == ENOSYS; }
 
   private:

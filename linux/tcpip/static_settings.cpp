@@ -68,9 +68,8 @@ tavrolib::Outcome ApplyStaticSettings(Socket& route, const Link& link,
     for (const std::string& one : lost) {
         details = Joined(details, one);
     }
-    return Refused(tavrolib::Status::SystemRefused,
-                   L"Routes would be lost with the former address.",
-                   L"Change or remove the routes that the details name first.",
+    return Refused(tavrolib::Status::SystemRefused, L"Routes would go with the former address.",
+                   L"First change or remove the routes that stand in the details.",
                    tavrolib::WideFromUtf8(details));
 }
 

@@ -68,7 +68,7 @@ Wanted WantedOf(const TcpIpSettings& record) {
     if (!prefix && !address->IsZero()) {
         return {{},
                 Refused(Status::AddressInvalid, L"The text is no subnet mask or prefix length.",
-                        L"Give a mask of leading ones, such as 255.255.255.0.",
+                        L"Give a mask of leading one bits, such as 255.255.255.0.",
                         tavrolib::Quoted(prefixText))};
     }
     return {{*address, prefix.value_or(0), *gateway}, std::nullopt};
@@ -86,7 +86,7 @@ Outcome SetEthernetTcpIp(const Place& at, TcpIpSettings& record) {
         return *wanted.refusal;
     }
     if (const auto manager = ManagerOf(at.machine.SystemRoots(), at.interface)) {
-        return Refused(Status::ManagedElsewhere, L"A network manager owns this interface.",
+        return Refused(Status::ManagedElsewhere, L"This interface belongs to a network manager.",
                        L"Change the address there, or take the interface out of its hands.",
                        WideFromUtf8(at.interface.name + ": " + *manager));
     }
@@ -94,7 +94,7 @@ Outcome SetEthernetTcpIp(const Place& at, TcpIpSettings& record) {
         ReadAttribute(at.machine.SystemRoots().proc / "sys/net/ipv6/conf" / at.interface.name /
                       "disable_ipv6") == "1") {
         return Refused(Status::NotOffered, L"This host cannot do that.",
-                       L"The details name what is missing.",
+                       L"See the details for what is missing.",
                        L"IPv6, which is switched off on " + WideFromUtf8(at.interface.name));
     }
     Socket route(NETLINK_ROUTE);

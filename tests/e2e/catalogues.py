@@ -9,7 +9,7 @@ LANGUAGES = ("english", "japanese", "chinese")
 OTHERS = LANGUAGES[1:]
 ENTRY = re.compile(r'^    \{(\d+), L"((?:[^"\\]|\\.)*)"\},$', re.MULTILINE)
 # The tables of error texts; their rows hold the languages in the order above.
-LIBRARIES = ("library", "simulator")
+LIBRARIES = ("library", "simulator", "linux")
 ERROR_TEXT_TABLES = [ROOT / library / "messages" / "error_texts.h" for library in LIBRARIES]
 TEXT = r'L"((?:[^"\\\n]|\\.)*)"'
 ERROR_ROW = re.compile(rf"^    \{{{TEXT},\n     {TEXT},\n     {TEXT}\}},$", re.MULTILINE)

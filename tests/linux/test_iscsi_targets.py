@@ -98,7 +98,7 @@ def test_a_portal_of_ipv6_is_told_as_it_was_typed(machine, port, target):
 
 def test_nothing_is_kept_of_a_portal_where_nothing_answers(machine, port):
     screen = add_portal(machine, port)
-    assert "Nothing takes connections at this portal." in screen and "Connection refused" in screen
+    assert "No service takes connections at this portal." in screen and "Connection refused" in screen
     assert ":\t" not in machine.cli("-iscsi", port, "-portal", "-listall")
 
 
@@ -112,7 +112,7 @@ def test_a_portal_that_goes_away_does_not_hide_the_others(machine, port, target,
     assert set(listed_targets(machine, port)) == {NAME + "elsewhere"}
     other.stop()
     screen = machine.cli("-iscsi", port, "-target", "-listall")
-    assert "Nothing takes connections at this portal." in screen and f"127.0.0.1:{PORT}" in screen
+    assert "No service takes connections at this portal." in screen and f"127.0.0.1:{PORT}" in screen
 
 
 def test_the_luns_are_told_as_the_target_made_them(machine, port, target):

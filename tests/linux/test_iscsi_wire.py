@@ -6,8 +6,8 @@ import pytest
 
 from iscsi_servers import INITIATOR, NAME, PORT, Server, Target, closes_behind, login_response, resets, says
 
-SILENT = "Nothing answered in time."
-INVALID = "What answers there does not speak iSCSI."
+SILENT = "No reply came in time."
+INVALID = "What replies there does not speak iSCSI."
 ENDED = "The other side ended the connection."
 
 
@@ -95,7 +95,7 @@ def test_connections_and_pings_leave_through_the_ports_own_interface(machine, po
         assert "The target portal was added." in add_portal(machine, port, PORT, "192.0.2.2")
         assert NAME + "far" in machine.cli("-iscsi", port, "-target", "-listall")
         screen = add_portal(machine, other, PORT, "192.0.2.2")
-        assert "Nothing takes connections at this portal." in screen
+        assert "No service takes connections at this portal." in screen
 
         for address in ("192.0.2.2", "2001:db8::2"):
             told = machine.rows("-iscsi", port, "-ping", address)

@@ -29,7 +29,7 @@ def test_an_owned_interface_is_left_alone(machine, manager, settings):
     mac = machine.add_pair()
     MANAGERS[manager]("va", machine.link("va")["ifindex"])
     screen = machine.cli("-ethernet", mac, "-modifytcpip", *settings)
-    assert "A network manager owns this interface." in screen and f"va: {manager}" in screen
+    assert "This interface belongs to a network manager." in screen and f"va: {manager}" in screen
     assert machine.global_addresses("va", "-4") == machine.global_addresses("va", "-6") == []
     assert "applied" in machine.cli("-ethernet", machine.mac("vb"), "-modifytcpip", *settings), "nobody owns the other"
 

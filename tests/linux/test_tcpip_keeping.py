@@ -216,7 +216,7 @@ def test_a_change_that_would_lose_a_route_is_refused_and_taken_back(machine, add
     machine.do("ip", "route", "add", "198.20.0.0/15", "via", "192.0.2.9", "dev", "va", "table", "100")
     before = told(machine, "-4"), routes(machine, "-4")
     screen = " ".join(set_ipv4(machine, mac, address, "255.255.255.0", gateway).split())
-    assert "Routes would be lost with the former address." in screen
+    assert "Routes would go with the former address." in screen
     for route in lost:
         assert f"the route to {route}" in screen, screen
     assert screen.count("restoring the route to") == len(lost)
