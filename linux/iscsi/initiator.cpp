@@ -1,16 +1,18 @@
 // The name of the host's iSCSI initiator, and how it logs in.
 #include <unistd.h>
 
-#include <cerrno>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "library/platform/file.h"
 #include "linux/iscsi/failure.h"
 #include "linux/iscsi/initiator_name.h"
 #include "linux/iscsi/login.h"
 #include "linux/iscsi/rows.h"
+#include "linux/system/access.h"
 #include "linux/system/failure.h"
 
 namespace tavrolinux {
@@ -20,43 +22,85 @@ namespace platform = tavrolib::platform;
 using tavroapi::InitiatorRecord;
 using tavroapi::OperationCode;
 
-// Who may not is told which right it takes.
-void WantAccess(const std::filesystem::path& path, int mode, const std::string& action) {
-    if (access(path.c_str(), mode) != 0 && errno != ENOENT) {
-        throw SystemFailure(errno, action + ' ' + path.string(), FileRight);
-    }
-}
-
 // Only root may look into the file on many hosts.
 Outcome ReadInitiator(const Site& site, InitiatorRecord& initiator) {
     const Roots& roots = site.machine.SystemRoots();
-    WantAccess(InitiatorNameFile(roots), R_OK, "reading");
-    const State state = site.state.Read();
     initiator.name = ReadInitiatorName(roots);
+    const State state = site.state.Read();
     initiator.login = WithoutSecrets(state.initiatorLogin);
     return Done();
 }
 
-// Puts the name into the file, which is made where it is missing.
-void WriteInitiatorName(const std::filesystem::path& file, const std::string& name) {
-    const std::filesystem::path folder = file.parent_path();
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) {
-        throw SystemFailure(error.value(), "making " + folder.string(), FileRight);
+// The file of the initiator's name while it changes: it is put back as it was, unless the change is
+// kept.
+class NameFileChange {
+  public:
+    explicit NameFileChange(std::filesystem::path file) : file_(std::move(file)) {}
+
+    // Puts the name into the file, which is made where it is missing. Throws SystemFailure where
+    // this process may not, and FileError.
+    void Write(const std::string& name) {
+        const std::filesystem::path folder = file_.parent_path();
+        std::error_code error;
+        std::filesystem::create_directories(folder, error);
+        if (error) {
+            throw SystemFailure(error.value(), "making " + folder.string(), FileRight);
+        }
+        WantAccess(folder, W_OK | X_OK, "writing into");
+        WantAccess(file_, R_OK | W_OK, "changing");
+        old_ = platform::ReadWholeFile(file_);
+        Replace(WithInitiatorName(old_.value_or(std::string()), name));
+        isWritten_ = true;
     }
-    WantAccess(folder, W_OK | X_OK, "writing into");
-    WantAccess(file, R_OK | W_OK, "changing");
+
+    // Throws FileError.
+    void TakeBack() {
+        if (!isWritten_) {
+            return;
+        }
+        if (old_) {
+            Replace(*old_);
+        } else {
+            std::error_code error;
+            std::filesystem::remove(file_, error);
+            if (error) {
+                throw platform::FileError(WideFromUtf8(file_.string() + ": " + error.message()));
+            }
+        }
+    }
+
+  private:
+    void Replace(const std::string& content) const {
+        platform::ReplaceContent(platform::WithoutLinks(file_), content);
+    }
+
+    std::filesystem::path file_;
+    std::optional<std::string> old_;
+    bool isWritten_ = false;
+};
+
+void WriteName(NameFileChange& file, const std::string& name) {
     try {
-        const std::string old = platform::ReadWholeFile(file).value_or(std::string());
-        platform::ReplaceContent(platform::WithoutLinks(file), WithInitiatorName(old, name));
+        file.Write(name);
     } catch (const platform::FileError& failure) {
         throw IscsiFailure(Refused(Status::SystemRefused, L"The system did not do that.",
                                    L"See the details for the system's reason.", failure.Text()));
     }
 }
 
-// The state is not stored when the file is not written.
+// Takes the change of the file back, and hands on why the rest of it did not come about.
+[[noreturn]] void GiveUp(NameFileChange& change) {
+    try {
+        change.TakeBack();
+    } catch (const platform::FileError& failure) {
+        throw IscsiFailure(Refused(Status::SystemRefused,
+                                   L"The changes failed, and not all of them could be taken back.",
+                                   L"See the details for the system's reason.", failure.Text()));
+    }
+    throw;
+}
+
+// The name and the options change both, or neither does.
 Outcome SetInitiator(const Site& site, const InitiatorRecord& initiator) {
     if (!IsInitiatorName(initiator.name)) {
         return Refused(
@@ -65,11 +109,17 @@ Outcome SetInitiator(const Site& site, const InitiatorRecord& initiator) {
             L"name " + tavrolib::Quoted(initiator.name));
     }
     return WithRefusals([&] {
-        site.state.Change([&](State& state) {
-            state.initiatorLogin = initiator.login;
-            Complete(state.initiatorLogin);
-            WriteInitiatorName(InitiatorNameFile(site.machine.SystemRoots()), initiator.name);
-        });
+        WantUsable(initiator.login);
+        NameFileChange file(InitiatorNameFile(site.machine.SystemRoots()));
+        try {
+            site.state.Change([&](State& state) {
+                state.initiatorLogin = initiator.login;
+                Complete(state.initiatorLogin);
+                WriteName(file, initiator.name);
+            });
+        } catch (...) {
+            GiveUp(file);
+        }
         return Done();
     });
 }

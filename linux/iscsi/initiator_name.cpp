@@ -1,15 +1,18 @@
 #include "linux/iscsi/initiator_name.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <optional>
 
+#include "linux/system/access.h"
 #include "linux/system/attribute.h"
+#include "linux/system/trimmed.h"
 
 namespace tavrolinux {
 namespace {
 
 constexpr std::string_view NameKey = "InitiatorName";
-constexpr std::string_view BlanksOfALine = " \t\r";
 
 bool IsControl(char character) {
     const auto byte = static_cast<unsigned char>(character);
@@ -32,25 +35,17 @@ bool IsOfAnIqn(char character) {
            static_cast<unsigned char>(character) >= 0x80;
 }
 
-std::string_view WithoutBlanks(std::string_view text) {
-    const auto first = text.find_first_not_of(BlanksOfALine);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(BlanksOfALine) - first + 1);
-}
-
 // The name that a line states.
 std::optional<std::string_view> NameOfLine(std::string_view line) {
-    line = WithoutBlanks(line);
+    line = Trimmed(line);
     if (!line.starts_with(NameKey)) {
         return std::nullopt;
     }
-    line = WithoutBlanks(line.substr(NameKey.size()));
+    line = Trimmed(line.substr(NameKey.size()));
     if (!line.starts_with('=')) {
         return std::nullopt;
     }
-    const std::string_view name = WithoutBlanks(line.substr(1));
+    const std::string_view name = Trimmed(line.substr(1));
     const bool isName =
         !name.empty() && name.size() <= LongestIscsiName && std::ranges::none_of(name, IsControl);
     return isName ? std::optional(name) : std::nullopt;
@@ -75,6 +70,11 @@ std::filesystem::path InitiatorNameFile(const Roots& roots) {
 }
 
 std::string ReadInitiatorName(const Roots& roots) {
+    WantAccess(InitiatorNameFile(roots), R_OK, "reading");
+    return InitiatorNameIfReadable(roots);
+}
+
+std::string InitiatorNameIfReadable(const Roots& roots) {
     return ParseInitiatorName(ReadBytes(InitiatorNameFile(roots)).value_or(std::string()));
 }
 

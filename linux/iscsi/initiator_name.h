@@ -16,8 +16,11 @@ inline constexpr std::size_t LongestIscsiName = 223;
 std::filesystem::path InitiatorNameFile(const Roots& roots);
 
 // The name of the host's iSCSI initiator, as the file states it; empty where there is no such file,
-// it cannot be read, or it states none.
+// or it states none. Throws SystemFailure where this process may not read it.
 std::string ReadInitiatorName(const Roots& roots);
+
+// The same, and empty where it cannot be read.
+std::string InitiatorNameIfReadable(const Roots& roots);
 
 // The name that the first line "InitiatorName=..." of the text states; blanks around it do not
 // count, nor do lines that start with '#'. A line with no name, one longer than LongestIscsiName or

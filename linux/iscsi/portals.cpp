@@ -28,6 +28,8 @@ Outcome ListPortals(const Place& at, std::list<tavroapi::PortalEntry>& portals) 
 Outcome AddPortal(const Place& at, const tavroapi::PortalRecord& record) {
     return WithRefusals([&] {
         const Portal portal = PortalOf(record.address, record.port);
+        WantUsable(record.login);
+        at.state.WantRightToChange();
         const State state = at.state.Read();
         const EffectiveLogin login(record.login, state.initiatorLogin);
         Session session(PlanFor(at, portal), login.Options());

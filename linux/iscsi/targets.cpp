@@ -4,6 +4,7 @@
 #include "linux/iscsi/discovery.h"
 #include "linux/iscsi/login.h"
 #include "linux/iscsi/rows.h"
+#include "linux/iscsi/target_name.h"
 
 namespace tavrolinux {
 namespace {
@@ -19,13 +20,6 @@ TargetRecord RecordOf(const KnownTarget& target) {
     record.discovery = target.wasDiscovered ? "SendTargets" : "Static";
     record.portalGroup = target.at.group;
     return record;
-}
-
-// Blanks around a name do not count, neither here nor where the program looks a name up.
-std::string WithoutOuterBlanks(const std::string& text) {
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? std::string()
-                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 }  // namespace
@@ -47,26 +41,22 @@ Outcome ListActiveTargets(const Place& /*at*/, std::list<TargetRecord>& targets)
 
 Outcome ReadTarget(const Place& at, const std::string& name, TargetRecord& record) {
     return WithRefusals([&] {
-        record = RecordOf(FindTarget(at, at.state.Read(), name));
+        record = RecordOf(FindTarget(at, at.state.Read(), TargetNameOf(name)));
         return Done();
     });
 }
 
 // Whether a target that no list has is meant, is asked of the target itself.
 Outcome LogInToTarget(const Place& at, const tavroapi::TargetLoginRecord& record) {
-    const std::string name = WithoutOuterBlanks(record.targetName);
-    if (record.login.dataDigest == "CRC32C") {
-        return Refused(Status::NotOffered, L"This host cannot do that.",
-                       L"See the details for what is missing.", L"data digests (-dd)");
-    }
     return WithRefusals([&] {
+        const std::string name = TargetNameOf(record.targetName);
         const Portal portal = PortalOf(record.portalAddress, record.portalPort);
+        WantUsable(record.login);
+        at.state.WantRightToChange();
         {
             const State state = at.state.Read();
             const EffectiveLogin login(record.login, state.initiatorLogin);
-            SessionPlan plan = PlanFor(at, portal, name);
-            plan.wantsImmediateData = record.text2 != "No";
-            Session session(plan, login.Options());
+            Session session(PlanFor(at, portal, name), login.Options());
             End(session);
         }
         at.state.Change([&](State& changed) {
@@ -88,8 +78,9 @@ Outcome LogInToTarget(const Place& at, const tavroapi::TargetLoginRecord& record
     });
 }
 
-Outcome RemoveTarget(const Place& at, const std::string& name) {
+Outcome RemoveTarget(const Place& at, const std::string& text) {
     return WithRefusals([&] {
+        const std::string name = TargetNameOf(text);
         at.state.Change([&](State& changed) {
             const std::size_t removed =
                 std::erase_if(changed.interfaces[at.interface.name].logins,

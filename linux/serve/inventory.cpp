@@ -54,7 +54,7 @@ Outcome ListFunctions(const Site& site, const std::string& adapterName, const st
     };
     add(port->key, 2 * port->place, tavroapi::EthernetFunction, port->name);
     add(port->key, 2 * port->place + 1, tavroapi::IscsiFunction,
-        ReadInitiatorName(site.machine.SystemRoots()));
+        InitiatorNameIfReadable(site.machine.SystemRoots()));
     if (!port->portWwn.empty()) {
         const auto portCount = static_cast<std::uint32_t>(adapter->ports.size());
         add(port->portWwn, 2 * portCount + port->place, tavroapi::FcoeFunction, port->nodeWwn);

@@ -1,7 +1,5 @@
 #include "linux/state/state.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -13,8 +11,8 @@
 #include "library/platform/file.h"
 #include "library/text/text.h"
 #include "linux/state/state_json.h"
+#include "linux/system/access.h"
 #include "linux/system/attribute.h"
-#include "linux/system/failure.h"
 #include "linux/system/wipe.h"
 
 namespace tavrolinux {
@@ -25,17 +23,10 @@ namespace platform = tavrolib::platform;
 constexpr std::chrono::seconds LockPatience{10};
 constexpr const char* FolderName = "tavrocli";
 constexpr const char* FileName = "state.json";
-constexpr const char* Action = "using the state of this library";
+constexpr const char* Action = "using the state of this library in";
 
 std::string BootId(const Roots& roots) {
     return ReadAttribute(roots.proc / "sys/kernel/random/boot_id");
-}
-
-// Who may not look into the folder is told which right that takes, whatever is in it.
-void WantAccess(const std::filesystem::path& path, int mode) {
-    if (::faccessat(AT_FDCWD, path.c_str(), mode, AT_EACCESS) != 0 && errno == EACCES) {
-        throw SystemFailure(EACCES, Action, FileRight);
-    }
 }
 
 State ReadFile(const std::filesystem::path& file, const std::string& bootId) {
@@ -72,17 +63,22 @@ auto Guarded(const std::filesystem::path& file, Work work) {
 
 State StateStore::Read() const {
     const std::filesystem::path file = roots_.variable / FolderName / FileName;
-    WantAccess(file.parent_path(), X_OK);
-    WantAccess(file, R_OK);
+    WantAccess(file.parent_path(), X_OK, Action);
+    WantAccess(file, R_OK, Action);
     return Guarded(file, [&] { return ReadFile(file, BootId(roots_)); });
+}
+
+void StateStore::WantRightToChange() const {
+    const std::filesystem::path folder = roots_.variable / FolderName;
+    std::error_code unknown;
+    const bool isThere = std::filesystem::exists(folder, unknown);
+    WantAccess(isThere ? folder : roots_.variable, W_OK | X_OK, Action);
 }
 
 void StateStore::Change(const std::function<void(State&)>& change) const {
     const std::filesystem::path folder = roots_.variable / FolderName;
     const std::filesystem::path file = folder / FileName;
-    std::error_code unknown;
-    const bool isThere = std::filesystem::exists(folder, unknown);
-    WantAccess(isThere ? folder : roots_.variable, W_OK | X_OK);
+    WantRightToChange();
     Guarded(file, [&] {
         platform::MakeFolder(folder);
         const platform::FileLock lock(folder / "lock", LockPatience);

@@ -66,6 +66,10 @@ class StateStore {
     // left out. Throws StateFailure, and SystemFailure where only a right is missing.
     State Read() const;
 
+    // Throws SystemFailure where this process may not change what is kept. Who first does what
+    // cannot be taken back asks before that.
+    void WantRightToChange() const;
+
     // Changes it under the lock and stores it; nothing is stored when `change` throws.
     void Change(const std::function<void(State&)>& change) const;
 

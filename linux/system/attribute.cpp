@@ -10,19 +10,10 @@
 #include <utility>
 
 #include "linux/system/descriptor.h"
+#include "linux/system/trimmed.h"
 
 namespace tavrolinux {
 namespace {
-
-constexpr std::string_view Blanks = " \t\r\n";
-
-std::string Trimmed(const std::string& text) {
-    const auto first = text.find_first_not_of(Blanks);
-    if (first == std::string::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
 
 // Nothing where there is no such file, or it cannot be opened.
 std::optional<CollectedBytes> CollectFile(const std::filesystem::path& file, std::size_t longest,
@@ -81,7 +72,7 @@ std::optional<std::string> ReadBytesBeforeFailure(const std::filesystem::path& f
 }
 
 std::string ReadAttribute(const std::filesystem::path& file) {
-    return Trimmed(ReadBytes(file).value_or(std::string()));
+    return std::string(Trimmed(ReadBytes(file).value_or(std::string())));
 }
 
 std::optional<std::uint64_t> NumberFrom(std::string_view text) {

@@ -3,12 +3,13 @@
 import json
 import os
 import pathlib
+import shutil
 import stat
 
 import pytest
 
 from iscsi_servers import INITIATOR, NAME, PORT, Server, Tap, Target, closes_behind
-from machine import rows_of
+from machine import NOBODY, rows_of
 
 ACCEPTED = "The target accepted the login, but this host keeps no sessions."
 REFUSED = "The target does not accept the CHAP names and secrets."
@@ -69,7 +70,8 @@ def luns_of(machine, port, name):
 
 
 def kept_logins():
-    return {login["target"]: login for login in json.loads(STATE.read_text())["interfaces"]["va"].get("logins", [])}
+    interfaces = json.loads(STATE.read_text())["interfaces"]
+    return {login["target"]: login for login in interfaces.get("va", {}).get("logins", [])}
 
 
 def test_a_portal_is_kept_once_it_has_told_its_targets(machine, port, target):
@@ -190,8 +192,92 @@ def test_a_wish_for_digests_is_told_to_the_target(machine, port, target):
         login = ["-iscsi", port, "-target", "-login", NAME + "open", "127.0.0.1", tap.port]
         assert ACCEPTED in machine.cli(*login, "-hd", typed="y\n")
         assert tap.keys()["HeaderDigest"] == "CRC32C"
-    refusal = machine.cli(*login, "-dd", typed="y\n")
-    assert "This host cannot do that." in refusal and "data digests" in refusal
+    machine.cli("-iscsi", "-setinitiator", INITIATOR, "-hd")
+    with Tap() as tap:
+        assert ACCEPTED in log_in(machine, port, "open", number=tap.port)
+        assert tap.keys()["HeaderDigest"] == "CRC32C", "the initiator's wish counts for every login"
+
+
+def test_data_digests_are_refused_wherever_they_are_wished(machine, port, target):
+    place = ["127.0.0.1", PORT]
+    for command in (
+        [port, "-target", "-login", NAME + "open", *place], [port, "-portal", "-add", *place],
+        ["-setinitiator", INITIATOR + "2"],
+    ):
+        screen = machine.cli("-iscsi", *command, "-dd", typed="y\n")
+        assert "This host cannot do that." in screen and "data digests" in screen, command
+    assert listed_targets(machine, port) == {}
+    assert machine.rows("-iscsi", "-getinitiator")["iSCSI Initiator Name"] == INITIATOR
+
+
+def test_one_secret_for_both_sides_is_refused_before_it_is_used(machine, port, target):
+    same = ("incoming", "first-secret-1", "outgoing", "first-secret-1")
+    with Tap() as tap:
+        place = ["127.0.0.1", tap.port]
+        for command in (
+            [port, "-target", "-login", NAME + "mutual", *place], [port, "-portal", "-add", *place],
+            ["-setinitiator", INITIATOR],
+        ):
+            typed = ("y\n" if "-login" in command else "") + "".join(f"{text}\n" for text in same)
+            screen = machine.cli("-iscsi", *command, "-mutualchap", typed=typed)
+            assert "The two CHAP secrets are the same." in screen, command
+        assert not tap.taken and kept_logins() == {}
+
+
+def test_a_name_that_no_target_can_have_is_refused_before_it_is_looked_for(machine, port, target):
+    names = (" ", "iqn.a b", "iqn.\x1b[2J", "iqn.\x9b2J", "iqn." + "a" * 220)
+    with Tap() as tap:
+        for name in names:
+            screen = machine.cli("-iscsi", port, "-target", "-login", name, "127.0.0.1", tap.port, typed="y\n")
+            assert "The target name is not usable." in screen, name
+        assert not tap.taken
+    for command in ("-getinfo", "-remove"):
+        for name in names:
+            assert "The target name is not usable." in machine.cli("-iscsi", port, "-target", command, name), name
+    assert kept_logins() == {}
+
+
+def test_blanks_around_a_name_do_not_count(machine, port, target):
+    add_portal(machine, port)
+    padded = f" {NAME}open "
+    assert ACCEPTED in machine.cli("-iscsi", port, "-target", "-login", padded, "127.0.0.1", PORT)
+    assert machine.rows("-iscsi", port, "-target", "-getinfo", padded)["Target Name"] == NAME + "open"
+    assert "The target was removed." in machine.cli("-iscsi", port, "-target", "-remove", padded)
+
+
+def test_without_the_right_to_keep_nothing_is_begun(machine, port, target):
+    """Neither where nothing is kept so far, nor where something is."""
+    for name_is_secret in (True, False):
+        if not name_is_secret:
+            pathlib.Path("/etc/iscsi/initiatorname.iscsi").chmod(0o644)
+        for fresh in (True, False):
+            if fresh:
+                shutil.rmtree("/var/lib/tavrocli")
+            else:
+                add_portal(machine, port)
+                log_in(machine, port, "open")
+            before = STATE.read_bytes() if STATE.exists() else None
+            with Tap() as tap:
+                place = ["127.0.0.1", tap.port]
+                for command in (
+                    ["-portal", "-add", *place], ["-target", "-login", NAME + "open", *place],
+                    ["-target", "-remove", NAME + "open"], ["-portal", "-remove", "127.0.0.1", PORT],
+                ):
+                    screen = machine.cli("-iscsi", port, *command, typed="y\n", user=NOBODY)
+                    assert "CAP_DAC_OVERRIDE" in screen and "/var/lib" in screen, command
+                assert not tap.taken
+            assert (STATE.read_bytes() if STATE.exists() else None) == before
+
+
+def test_a_name_that_may_not_be_read_is_not_told_to_be_missing(machine, port, target):
+    """The state may be used, so that the file of the name is what is left."""
+    shutil.rmtree("/var/lib/tavrocli")
+    os.chmod("/var/lib", 0o777)
+    try:
+        screen = machine.cli("-iscsi", port, "-portal", "-add", "127.0.0.1", PORT, user=NOBODY)
+    finally:
+        os.chmod("/var/lib", 0o755)
+    assert "CAP_DAC_OVERRIDE" in screen and "initiatorname.iscsi" in screen and "has no name" not in screen
 
 
 def test_the_default_parameters_are_those_that_are_proposed(machine, port, target):
@@ -200,11 +286,10 @@ def test_the_default_parameters_are_those_that_are_proposed(machine, port, targe
         said = tap.keys()
     assert said["InitiatorName"] == INITIATOR and said["TargetName"] == NAME + "chap"
     told = machine.rows("-iscsi", port, "-defparam")
-    # A login that the command line asks for never sends data at once.
-    assert said.pop("ImmediateData") == "No" and told["Immediate Data"] == "Yes"
     for label, key in {
         "Maximum Connections": "MaxConnections",
         "Initial R2T": "InitialR2T",
+        "Immediate Data": "ImmediateData",
         "Maximum Burst Length": "MaxBurstLength",
         "First Burst Length": "FirstBurstLength",
         "Default Time to Wait": "DefaultTime2Wait",

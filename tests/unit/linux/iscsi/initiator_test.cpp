@@ -1,7 +1,10 @@
 // The operations on the host's initiator, on a host of files.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <csignal>
+#include <filesystem>
 #include <string>
 
 #include "library/platform/file.h"
@@ -100,6 +103,45 @@ TEST_F(InitiatorOnFiles, IsNotCalledByAnUnusableName) {
     EXPECT_EQ(Set({"host", {}}).status, static_cast<std::uint32_t>(Status::InvalidInitiatorName));
     EXPECT_EQ(Content(NameFile), "InitiatorName=iqn.example:a\n");
     EXPECT_EQ(Content("variable/tavrocli/state.json"), "missing");
+}
+
+// Files of at most so many bytes can be written while this is there.
+class ShortFiles {
+  public:
+    explicit ShortFiles(rlim_t size) : handled_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{size, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~ShortFiles() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handled_);
+    }
+    ShortFiles(const ShortFiles&) = delete;
+    ShortFiles& operator=(const ShortFiles&) = delete;
+
+  private:
+    void (*handled_)(int);
+    rlimit before_{};
+};
+
+TEST_F(InitiatorOnFiles, KeepsItsNameWhenItsOptionsCannotBeStored) {
+    EXPECT_TRUE(Set({"iqn.example:a", {}}).IsDone());
+    const std::string kept = Content("variable/tavrocli/state.json");
+    InitiatorRecord record{"iqn.example:b", {}};
+    record.login.headerDigest = "CRC32C";
+    {
+        const ShortFiles full(64);
+        EXPECT_THROW(Set(record), StateFailure);
+    }
+    EXPECT_EQ(Content(NameFile), "InitiatorName=iqn.example:a\n");
+    EXPECT_EQ(Content("variable/tavrocli/state.json"), kept);
+    std::filesystem::remove(tree_.Placed(NameFile));
+    {
+        const ShortFiles full(64);
+        EXPECT_THROW(Set(record), StateFailure);
+    }
+    EXPECT_EQ(Content(NameFile), "missing");
 }
 
 TEST_F(InitiatorOnFiles, HasNothingStoredWhenItsFileCannotBeWritten) {

@@ -40,6 +40,16 @@ TEST(EffectiveLogin, IsTheInitiatorsWhereNoAuthenticationWasSaid) {
     EXPECT_EQ(login.Options().initiatorSecret, "secondsecret");
 }
 
+TEST(EffectiveLogin, HasHeaderDigestsWhereTheInitiatorHasThem) {
+    LoginOptions initiator;
+    initiator.headerDigest = "CRC32C";
+    LoginOptions own;
+    own.headerDigest = "No";
+    own.authentication = "One-way CHAP";
+    EXPECT_EQ(EffectiveLogin(own, initiator).Options().headerDigest, "CRC32C");
+    EXPECT_EQ(EffectiveLogin(own, {}).Options().headerDigest, "No");
+}
+
 TEST(EffectiveLogin, IsTheOwnOneWhereThatHasAnAuthentication) {
     LoginOptions own;
     own.authentication = "One-way CHAP";
