@@ -107,6 +107,21 @@ bool IpAddress::IsZero() const {
     return std::ranges::all_of(octets, [](std::uint8_t octet) { return octet == 0; });
 }
 
+bool IpAddress::IsForHost() const {
+    const std::uint8_t first = octets[0];
+    if (family == Family::IPv4) {
+        constexpr std::uint8_t Loopback = 127;
+        constexpr std::uint8_t FirstMulticast = 224;  // reserved ones follow
+        return first != 0 && first != Loopback && first < FirstMulticast;
+    }
+    constexpr std::uint8_t Multicast = 0xFF;
+    constexpr std::uint8_t LinkLocal = 0xFE;
+    const bool isLinkLocal = first == LinkLocal && (octets[1] & 0xC0U) == 0x80U;
+    IpAddress loopback{Family::IPv6, {}};
+    loopback.octets.back() = 1;
+    return first != Multicast && !isLinkLocal && !IsZero() && *this != loopback;
+}
+
 std::optional<IpAddress> IpAddressFrom(std::string_view text) {
     const std::string zeroEnded(text);
     for (const Family family : {Family::IPv4, Family::IPv6}) {

@@ -23,6 +23,9 @@ struct IpAddress {
 
     bool operator==(const IpAddress&) const = default;
     bool IsZero() const;
+    // Whether an interface can have it as the address of this host towards others: it is none of
+    // loopback, multicast or reserved addresses, and none that IPv6 makes up for each link.
+    bool IsForHost() const;
 };
 
 // The system's number of the family, and how an address is put into a message and read from one.

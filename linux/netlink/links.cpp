@@ -62,6 +62,9 @@ void TakeAttribute(int type, const nlattr& attribute, Link& link) {
         case IFLA_PERM_ADDRESS:
             link.permanentAddress = AddressFrom(attribute);
             break;
+        case IFLA_MASTER:
+            link.master = static_cast<std::int32_t>(NumberOf(attribute));
+            break;
         case IFLA_MTU:
             link.mtu = static_cast<std::uint32_t>(NumberOf(attribute));
             break;

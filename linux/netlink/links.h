@@ -41,7 +41,8 @@ struct LinkCounters {
 struct Link {
     std::int32_t index = 0;
     std::string name;
-    std::string kind;  // "veth", "bridge"; empty for a device with a driver of its own
+    std::string kind;         // "veth", "bridge"; empty for a device with a driver of its own
+    std::int32_t master = 0;  // the index of the bridge, bond, VRF, ... that it is part of; else 0
     std::uint16_t hardwareType = 0;  // ARPHRD_ETHER, ...
     std::optional<EthernetAddress> address;
     std::optional<EthernetAddress> permanentAddress;

@@ -44,6 +44,34 @@ int Finish(nl_msg* /*message*/, void* data) {
     return NL_STOP;
 }
 
+std::string ReasonAmong(std::span<const std::uint8_t> attributes) {
+    std::string reason;
+    ForEachAttribute(attributes, [&reason](int type, const nlattr& attribute) {
+        if (type == NLMSGERR_ATTR_MSG) {
+            reason = TextOf(attribute);
+        }
+    });
+    return reason;
+}
+
+// The end of a listing, which says whether it failed.
+int FinishListing(nl_msg* message, void* data) {
+    Exchange& exchange = *static_cast<Exchange*>(data);
+    const nlmsghdr& header = *nlmsg_hdr(message);
+    const int error = HeaderOf<int>(header);
+    if (error < 0) {
+        exchange.error = -error;
+        try {
+            if ((header.nlmsg_flags & NLM_F_ACK_TLVS) != 0) {
+                exchange.reason = ReasonAmong(AttributesOf(header, sizeof error));
+            }
+        } catch (...) {
+            exchange.thrown = std::current_exception();
+        }
+    }
+    return Finish(message, data);
+}
+
 int NoteDisturbance(nl_msg* /*message*/, void* data) {
     static_cast<Exchange*>(data)->isDisturbed = true;
     return NL_OK;
@@ -59,13 +87,7 @@ std::string ReasonBehind(const nlmsgerr& error) {
     if ((header->nlmsg_flags & NLM_F_CAPPED) == 0) {
         behind += NLMSG_ALIGN(error.msg.nlmsg_len) - sizeof(nlmsghdr);
     }
-    std::string reason;
-    ForEachAttribute(AttributesOf(*header, behind), [&reason](int type, const nlattr& attribute) {
-        if (type == NLMSGERR_ATTR_MSG) {
-            reason = TextOf(attribute);
-        }
-    });
-    return reason;
+    return ReasonAmong(AttributesOf(*header, behind));
 }
 
 int TakeError(sockaddr_nl* /*address*/, nlmsgerr* error, void* data) {
@@ -188,7 +210,7 @@ void Socket::Request(const Message& message, const std::string& action,
     for (int attempt = 1;; ++attempt) {
         Exchange exchange{&onAnswer, {}, 0, {}, false, false};
         nl_cb_set(callbacks.get(), NL_CB_VALID, NL_CB_CUSTOM, &TakeAnswer, &exchange);
-        nl_cb_set(callbacks.get(), NL_CB_FINISH, NL_CB_CUSTOM, &Finish, &exchange);
+        nl_cb_set(callbacks.get(), NL_CB_FINISH, NL_CB_CUSTOM, &FinishListing, &exchange);
         nl_cb_set(callbacks.get(), NL_CB_ACK, NL_CB_CUSTOM, &Finish, &exchange);
         nl_cb_set(callbacks.get(), NL_CB_DUMP_INTR, NL_CB_CUSTOM, &NoteDisturbance, &exchange);
         nl_cb_err(callbacks.get(), NL_CB_CUSTOM, &TakeError, &exchange);
@@ -206,8 +228,11 @@ void Socket::Request(const Message& message, const std::string& action,
         if (result < 0 && !exchange.isDone) {
             throw SystemFailure(SystemErrorOf(result), action);
         }
-        if (!exchange.isDisturbed || attempt == Attempts) {
+        if (!exchange.isDisturbed) {
             return;
+        }
+        if (attempt == Attempts) {
+            throw SystemFailure(EAGAIN, action);
         }
         if (restart) {
             restart();

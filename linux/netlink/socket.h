@@ -53,7 +53,8 @@ class Socket {
 
     // Sends the request and hands `onAnswer` each message of the answer, until the kernel is done.
     // A listing that was disturbed is asked for anew: `onAnswer` then gets messages again, behind
-    // one call of `restart`. Throws SystemFailure with `action` and the kernel's own reason.
+    // one call of `restart`. Throws SystemFailure with `action` and the kernel's own reason; EAGAIN
+    // for a listing that was disturbed time and again.
     void Request(const Message& message, const std::string& action,
                  const std::function<void(const nlmsghdr&)>& onAnswer = {},
                  const std::function<void()>& restart = {});

@@ -8,8 +8,10 @@
 #include "linux/inventory/ip_settings.h"
 #include "linux/serve/operation.h"
 #include "linux/system/attribute.h"
+#include "linux/system/blocked_signals.h"
 #include "linux/tcpip/network_manager.h"
 #include "linux/tcpip/static_settings.h"
+#include "linux/tcpip/turn.h"
 #include "tavroapi/tcpip_records.h"
 
 namespace tavrolinux {
@@ -43,6 +45,45 @@ std::optional<std::uint32_t> PrefixLengthFrom(const std::string& text) {
                : std::nullopt;
 }
 
+// The refusal of an interface that is part of another one.
+std::optional<Outcome> RefusePart(Socket& route, const Link& link) {
+    if (link.master == 0) {
+        return std::nullopt;
+    }
+    const Link master = ReadLink(route, link.master);
+    const std::wstring details = WideFromUtf8(link.name + ": " + master.name);
+    // The address of what is part of a VRF is its own, but its routes belong to that.
+    return master.kind == "vrf"
+               ? Refused(Status::ManagedElsewhere, L"The interface is part of another one.",
+                         L"Set it up with the host's network manager.", details)
+               : Refused(Status::ManagedElsewhere, L"The interface is part of another one.",
+                         L"Give the address to the interface that stands in the details.", details);
+}
+
+Outcome Change(const Place& at, const StaticSettings& wanted) {
+    try {
+        const auto turn = TakeTurn(at.machine.SystemRoots());
+        Socket route(NETLINK_ROUTE);
+        const Link link = ReadLink(route, at.interface.index);
+        if (auto refusal = RefusePart(route, link)) {
+            return *refusal;
+        }
+        const BlockedSignals blocked;
+        return ApplyStaticSettings(route, link, wanted);
+    } catch (const tavrolib::platform::FileError& error) {
+        return Refused(Status::SystemRefused, L"The system did not do that.",
+                       L"See the details for the system's reason.", error.Text());
+    }
+}
+
+Outcome RefusePrefix(bool isIPv4, const std::string& text) {
+    return isIPv4 ? Refused(Status::AddressInvalid, L"The text is no subnet mask or prefix length.",
+                            L"Give a mask of leading one bits, such as 255.255.255.0.",
+                            tavrolib::Quoted(text))
+                  : Refused(Status::AddressInvalid, L"The text is no subnet mask or prefix length.",
+                            L"Give a prefix length from 1 to 128.", tavrolib::Quoted(text));
+}
+
 // What the record wants of the family that it names, or the refusal of what it says.
 struct Wanted {
     StaticSettings settings;
@@ -65,13 +106,17 @@ Wanted WantedOf(const TcpIpSettings& record) {
     const auto mask = isIPv4 ? AddressOf(family, prefixText) : std::nullopt;
     const auto prefix =
         isIPv4 ? (mask ? PrefixLengthOf(*mask) : std::nullopt) : PrefixLengthFrom(prefixText);
-    if (!prefix && !address->IsZero()) {
+    if (!address->IsZero() && !address->IsForHost()) {
         return {{},
-                Refused(Status::AddressInvalid, L"The text is no subnet mask or prefix length.",
-                        L"Give a mask of leading one bits, such as 255.255.255.0.",
-                        tavrolib::Quoted(prefixText))};
+                Refused(Status::AddressInvalid, L"An interface cannot have this address.",
+                        L"Give the address of a single host that others can reach.",
+                        tavrolib::Quoted(addressText))};
     }
-    return {{*address, prefix.value_or(0), *gateway}, std::nullopt};
+    const std::uint32_t length = prefix ? *prefix : 0;
+    if (!address->IsZero() && length == 0) {
+        return {{}, RefusePrefix(isIPv4, prefixText)};
+    }
+    return {{*address, length, *gateway}, std::nullopt};
 }
 
 Outcome SetEthernetTcpIp(const Place& at, TcpIpSettings& record) {
@@ -97,9 +142,7 @@ Outcome SetEthernetTcpIp(const Place& at, TcpIpSettings& record) {
                        L"See the details for what is missing.",
                        L"IPv6, which is switched off on " + WideFromUtf8(at.interface.name));
     }
-    Socket route(NETLINK_ROUTE);
-    Outcome outcome =
-        ApplyStaticSettings(route, ReadLink(route, at.interface.index), wanted.settings);
+    Outcome outcome = Change(at, wanted.settings);
     if (outcome.IsDone()) {
         record.result = 0;
     }

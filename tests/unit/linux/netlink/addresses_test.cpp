@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <linux/netlink.h>
+
+#include "linux/system/failure.h"
 
 namespace tavrolinux {
 namespace {
@@ -17,6 +20,30 @@ TEST(IpAddress, IsReadAndWrittenAsUsual) {
     EXPECT_TRUE(IpAddressFrom("0.0.0.0")->IsZero());
     EXPECT_TRUE(IpAddressFrom("0000:0000:0000:0000:0000:0000:0000:0000")->IsZero());
     EXPECT_FALSE(IpAddressFrom("0.0.0.1")->IsZero());
+}
+
+TEST(IpAddress, IsForAHostWhereOthersCanReachIt) {
+    for (const char* const usable : {"1.0.0.0", "192.0.2.1", "169.254.1.1", "223.255.255.255",
+                                     "2001:db8::1", "fd00::1", "fec0::1", "::2"}) {
+        EXPECT_TRUE(IpAddressFrom(usable).value().IsForHost()) << usable;
+    }
+    for (const char* const other :
+         {"0.0.0.0", "0.0.0.1", "127.0.0.1", "224.0.0.1", "240.0.0.1", "255.255.255.255",
+          "::", "::1", "fe80::1", "febf::1", "ff02::1"}) {
+        EXPECT_FALSE(IpAddressFrom(other).value().IsForHost()) << other;
+    }
+}
+
+TEST(Addresses, OfAnInterfaceThatIsGoneAreAFailure) {
+    Socket route(NETLINK_ROUTE);
+    Link link;
+    link.index = 0x7FFFFFF0;
+    try {
+        ReadAddresses(route, link, Family::IPv4);
+        FAIL() << "an empty list";
+    } catch (const SystemFailure& failure) {
+        EXPECT_TRUE(failure.IsGone()) << failure.what();
+    }
 }
 
 TEST(Mask, IsAPrefixOfOnes) {
