@@ -107,7 +107,7 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
      L"请指定其他主机可以访问的单个主机的地址。"},
     {L"Give a prefix length from 1 to 128.",
      L"1 ～ 128 のプレフィックス長を指定してください。",
-     L"请指定 1 至 128 之间的前缀长度。"},
+     L"请指定 1 到 128 的前缀长度。"},
     {L"Routes would go with the former address.",
      L"以前のアドレスとともに、ルートがなくなります。",
      L"路由会随原地址一起消失。"},
