@@ -8,6 +8,7 @@
 
 #include "linux/iscsi/initiator_name.h"
 #include "linux/iscsi/login.h"
+#include "linux/iscsi/target_name.h"
 #include "linux/netlink/addresses.h"
 
 namespace tavrolinux {
@@ -55,14 +56,6 @@ std::vector<PortalAnswer> AskAll(const Place& at, const State& state) {
     return answers;
 }
 
-bool IsShown(const std::string& name) {
-    return !name.empty() && name.size() <= LongestIscsiName &&
-           std::ranges::all_of(name, [](char character) {
-               const auto byte = static_cast<unsigned char>(character);
-               return byte > 0x20 && byte != 0x7F;
-           });
-}
-
 // Through which of its portals a target is reached: the one that was asked, else the first one with
 // an address, else the one that was asked all the same.
 AnnouncedPortal ReachedAt(const DiscoveredTarget& target, const Portal& asked) {
@@ -85,6 +78,12 @@ Portal PortalOf(const std::string& address, const std::string& port) {
     if (!IpAddressFrom(address)) {
         throw IscsiFailure(tavrolib::NotAnAddress(Status::TargetUnreachable, address));
     }
+    if (IsNoPlace(address)) {
+        throw IscsiFailure(
+            Refused(Status::TargetUnreachable, L"No portal has this address.",
+                    L"Check the address, the port number, the cabling and the TCP/IP settings.",
+                    L"address " + tavrolib::Quoted(address)));
+    }
     const auto number = PortFrom(port);
     if (!number) {
         throw IscsiFailure(Refused(Status::TargetUnreachable, L"The port number is not usable.",
@@ -102,6 +101,13 @@ SessionPlan PlanFor(const Place& at, const Portal& portal, const std::string& ta
                                    L"The host's initiator has no name.",
                                    L"Set the name with \"-iscsi -setinitiator\".",
                                    InitiatorNameFile(at.machine.SystemRoots()).wstring()));
+    }
+    if (!IsInitiatorName(plan.initiator)) {
+        throw IscsiFailure(Refused(Status::InvalidInitiatorName,
+                                   L"The initiator name is not usable.",
+                                   L"Set the name with \"-iscsi -setinitiator\".",
+                                   InitiatorNameFile(at.machine.SystemRoots()).wstring() +
+                                       L": name " + tavrolib::Quoted(plan.initiator)));
     }
     return plan;
 }
@@ -139,7 +145,7 @@ std::vector<KnownTarget> FindTargets(const Place& at, const State& state) {
     for (std::size_t portal = 0; portal < answers.size(); ++portal) {
         const Portal asked{kept.portals[portal].address, kept.portals[portal].port};
         for (const DiscoveredTarget& target : answers[portal].targets) {
-            if (IsShown(target.name) && names.insert(target.name).second) {
+            if (IsTargetName(target.name) && names.insert(target.name).second) {
                 targets.push_back({target.name, ReachedAt(target, asked)});
             }
         }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 #include "linux/system/access.h"
 #include "linux/system/attribute.h"
@@ -13,6 +14,7 @@ namespace tavrolinux {
 namespace {
 
 constexpr std::string_view NameKey = "InitiatorName";
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
 bool IsControl(char character) {
     const auto byte = static_cast<unsigned char>(character);
@@ -51,16 +53,20 @@ std::optional<std::string_view> NameOfLine(std::string_view line) {
     return isName ? std::optional(name) : std::nullopt;
 }
 
-// The name that the first line with one states, as a part of the text.
-std::optional<std::string_view> NameIn(std::string_view text) {
+// Each name that a line of the text states, as a part of the text.
+std::vector<std::string_view> NamesOf(std::string_view text) {
+    std::vector<std::string_view> names;
+    if (text.starts_with(ByteOrderMark)) {
+        text.remove_prefix(ByteOrderMark.size());
+    }
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         if (const auto name = NameOfLine(line)) {
-            return name;
+            names.push_back(*name);
         }
         text.remove_prefix(std::min(text.size(), line.size() + 1));
     }
-    return std::nullopt;
+    return names;
 }
 
 }  // namespace
@@ -79,19 +85,27 @@ std::string InitiatorNameIfReadable(const Roots& roots) {
 }
 
 std::string ParseInitiatorName(std::string_view text) {
-    return std::string(NameIn(text).value_or(std::string_view()));
+    const auto names = NamesOf(text);
+    return names.empty() ? std::string() : std::string(names.front());
 }
 
 std::string WithInitiatorName(std::string_view text, std::string_view name) {
-    std::string changed(text);
-    if (const auto old = NameIn(text)) {
-        return changed.replace(static_cast<std::size_t>(old->data() - text.data()), old->size(),
-                               name);
+    const auto names = NamesOf(text);
+    std::string changed;
+    const char* rest = text.data();
+    for (const std::string_view old : names) {
+        changed.append(rest, old.data()).append(name);
+        rest = old.data() + old.size();
     }
+    changed.append(rest, text.data() + text.size());
+    if (!names.empty()) {
+        return changed;
+    }
+    const char* const lineEnd = text.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
     if (!changed.empty() && changed.back() != '\n') {
-        changed += '\n';
+        changed += lineEnd;
     }
-    return changed.append(NameKey).append("=").append(name).append("\n");
+    return changed.append(NameKey).append("=").append(name).append(lineEnd);
 }
 
 bool IsInitiatorName(std::string_view name) {

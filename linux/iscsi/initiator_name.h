@@ -24,10 +24,12 @@ std::string InitiatorNameIfReadable(const Roots& roots);
 
 // The name that the first line "InitiatorName=..." of the text states; blanks around it do not
 // count, nor do lines that start with '#'. A line with no name, one longer than LongestIscsiName or
-// with control characters states none. Empty when no line does. Never throws for whatever bytes.
+// with control characters states none. A mark of the encoding in front of the text does not count.
+// Empty when no line states a name. Never throws for whatever bytes.
 std::string ParseInitiatorName(std::string_view text);
 
-// The text with `name` in that line, or in a new last one; everything else stays as it is.
+// The text with `name` in each such line, or in a new last one that ends as the others do;
+// everything else stays as it is.
 std::string WithInitiatorName(std::string_view text, std::string_view name);
 
 // Whether initiators may be called so: 1 to 223 bytes, "iqn." and letters, figures or "-.:_", or

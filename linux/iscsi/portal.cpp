@@ -1,17 +1,48 @@
 #include "linux/iscsi/portal.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <system_error>
 
 #include "linux/netlink/addresses.h"
 
 namespace tavrolinux {
+namespace {
+
+// An address of IPv4, in whichever of the two families it is written.
+std::optional<IpAddress> PlainAddressFrom(std::string_view text) {
+    constexpr std::array<std::uint8_t, 12> Mapped{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF};
+    auto address = IpAddressFrom(text);
+    if (address && address->family == Family::IPv6 &&
+        std::equal(Mapped.begin(), Mapped.end(), address->octets.begin())) {
+        IpAddress plain{Family::IPv4, {}};
+        std::copy(address->octets.begin() + Mapped.size(), address->octets.end(),
+                  plain.octets.begin());
+        return plain;
+    }
+    return address;
+}
+
+// The number of a group as targets tell it; empty where it is none.
+std::string GroupFrom(std::string_view text) {
+    std::uint16_t group = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, group);
+    return error == std::errc() && stop == end ? std::to_string(group) : std::string();
+}
+
+}  // namespace
+
+bool IsNoPlace(std::string_view address) {
+    const auto plain = PlainAddressFrom(address);
+    return plain && plain->IsZero();
+}
 
 bool AreSame(const Portal& one, const Portal& other) {
-    const auto address = IpAddressFrom(one.address);
-    return one.port == other.port &&
-           (one.address == other.address || (address && address == IpAddressFrom(other.address)));
+    const auto address = PlainAddressFrom(one.address);
+    return one.port == other.port && (one.address == other.address ||
+                                      (address && address == PlainAddressFrom(other.address)));
 }
 
 std::optional<std::uint16_t> PortFrom(std::string_view text) {
@@ -35,7 +66,7 @@ std::optional<AnnouncedPortal> ParseAnnouncedPortal(std::string_view text) {
     }
     AnnouncedPortal announced;
     if (const auto comma = text.rfind(','); comma != std::string_view::npos) {
-        announced.group = text.substr(comma + 1);
+        announced.group = GroupFrom(text.substr(comma + 1));
         text = text.substr(0, comma);
     }
     if (text.starts_with('[')) {

@@ -15,6 +15,9 @@ struct Portal {
     std::uint16_t port = UsualPort;
 };
 
+// Whether the address is one that stands for none: "0.0.0.0", "::".
+bool IsNoPlace(std::string_view address);
+
 // Whether both are one portal, in whatever way their addresses are written.
 bool AreSame(const Portal& one, const Portal& other);
 
@@ -27,7 +30,7 @@ std::string TextOf(const Portal& portal);
 // A portal of a target, as the target told it.
 struct AnnouncedPortal {
     Portal portal;
-    std::string group;
+    std::string group;  // 0 to 65535; empty where the target told none
 };
 
 // Reads "192.0.2.1:3260,1" and "[2001:db8::1]:3260,1"; port and group may be missing. Nothing for

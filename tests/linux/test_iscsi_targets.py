@@ -343,6 +343,25 @@ def test_no_secret_is_seen_anywhere_but_in_the_state(machine, port, target, tmp_
     assert stat.S_IMODE(STATE.parent.stat().st_mode) == 0o700
 
 
+def test_an_unusable_name_in_the_file_is_refused_before_it_goes_on_the_wire(machine, port, target):
+    file = pathlib.Path("/etc/iscsi/initiatorname.iscsi")
+    with Tap() as tap:
+        for name in (f'"{INITIATOR}"', f"{INITIATOR} # mine", "host"):
+            file.write_text(f"InitiatorName={name}\n", encoding="ascii")
+            screen = add_portal(machine, port, number=tap.port)
+            assert "The initiator name is not usable." in screen and str(file) in screen, name
+        assert not tap.taken
+
+
+def test_a_portal_is_the_same_in_both_families_and_none_without_an_address(machine, port, target):
+    add_portal(machine, port)
+    assert "The target portal was added." in add_portal(machine, port, "::ffff:127.0.0.1")
+    assert machine.cli("-iscsi", port, "-portal", "-listall").count(" : \t") == 1
+    assert "The target portal was removed." in machine.cli("-iscsi", port, "-portal", "-remove", "::ffff:7f00:1", PORT)
+    for address in ("0.0.0.0", "::", "::ffff:0.0.0.0"):
+        assert "No portal has this address." in add_portal(machine, port, address), address
+
+
 def test_sessions_are_refused(machine, port):
     for command in ("-sessioninfo", "-logout"):
         screen = machine.cli("-iscsi", port, "-target", command, NAME + "open", "1")

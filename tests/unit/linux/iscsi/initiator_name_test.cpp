@@ -24,6 +24,10 @@ TEST(InitiatorNameFile, HasItsFirstNameCount) {
               "iqn.example:b");
 }
 
+TEST(InitiatorNameFile, MayBeginWithAMarkOfItsEncoding) {
+    EXPECT_EQ(ParseInitiatorName("\xEF\xBB\xBFInitiatorName=iqn.example:a\n"), "iqn.example:a");
+}
+
 TEST(InitiatorNameFile, StatesNoneInOtherLines) {
     EXPECT_EQ(ParseInitiatorName(""), "");
     EXPECT_EQ(ParseInitiatorName("\n\n"), "");
@@ -54,7 +58,14 @@ TEST(InitiatorNameFile, KeepsEverythingButTheNameThatChanges) {
               "# first\n InitiatorName = eui.b \r\n# last");
     EXPECT_EQ(WithInitiatorName("InitiatorName=iqn.example:a\nInitiatorName=iqn.example:b\n",
                                 "iqn.example:c"),
-              "InitiatorName=iqn.example:c\nInitiatorName=iqn.example:b\n");
+              "InitiatorName=iqn.example:c\nInitiatorName=iqn.example:c\n");
+    EXPECT_EQ(WithInitiatorName("\xEF\xBB\xBFInitiatorName=iqn.example:a\n", "iqn.example:b"),
+              "\xEF\xBB\xBFInitiatorName=iqn.example:b\n");
+    // Quotes and what stands behind the name are no part of a name, so they go with the old one.
+    EXPECT_EQ(WithInitiatorName("InitiatorName=\"iqn.example:a\"\n", "iqn.example:b"),
+              "InitiatorName=iqn.example:b\n");
+    EXPECT_EQ(WithInitiatorName("InitiatorName=iqn.example:a # remark\n", "iqn.example:b"),
+              "InitiatorName=iqn.example:b\n");
 }
 
 TEST(InitiatorNameFile, GetsALineWhereItHasNone) {
@@ -63,6 +74,10 @@ TEST(InitiatorNameFile, GetsALineWhereItHasNone) {
               "# no name\nInitiatorName=iqn.example:a\n");
     EXPECT_EQ(WithInitiatorName("# no name\n", "iqn.example:a"),
               "# no name\nInitiatorName=iqn.example:a\n");
+    EXPECT_EQ(WithInitiatorName("# no name\r\n", "iqn.example:a"),
+              "# no name\r\nInitiatorName=iqn.example:a\r\n");
+    EXPECT_EQ(WithInitiatorName("# no\r\n# name", "iqn.example:a"),
+              "# no\r\n# name\r\nInitiatorName=iqn.example:a\r\n");
 }
 
 TEST(InitiatorName, HasOneOfThreeForms) {

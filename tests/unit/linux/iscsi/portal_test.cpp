@@ -16,6 +16,21 @@ TEST(Portal, IsTheSameInWhateverWayItsAddressIsWritten) {
     EXPECT_FALSE(AreSame({"one.example", 3260}, {"two.example", 3260}));
 }
 
+TEST(Portal, IsTheSameInBothFamilies) {
+    EXPECT_TRUE(AreSame({"127.0.0.1", 3260}, {"::ffff:127.0.0.1", 3260}));
+    EXPECT_FALSE(AreSame({"127.0.0.1", 3260}, {"::ffff:127.0.0.2", 3260}));
+    EXPECT_FALSE(AreSame({"127.0.0.1", 3260}, {"::127.0.0.1", 3260}));
+}
+
+TEST(Portal, IsAtNoPlaceWithAnAddressThatStandsForNone) {
+    for (const char* const text : {"0.0.0.0", "::", "0:0::0", "::ffff:0.0.0.0"}) {
+        EXPECT_TRUE(IsNoPlace(text)) << text;
+    }
+    for (const char* const text : {"127.0.0.1", "::1", "::ffff:127.0.0.1", "", "x"}) {
+        EXPECT_FALSE(IsNoPlace(text)) << text;
+    }
+}
+
 TEST(Portal, HasAPortNumberOf16BitsAbove0) {
     EXPECT_THAT(PortFrom("1"), Optional(std::uint16_t{1}));
     EXPECT_THAT(PortFrom("65535"), Optional(std::uint16_t{65535}));
@@ -48,6 +63,13 @@ TEST(AnnouncedPortal, NeedsNeitherPortNorGroup) {
     EXPECT_EQ(bare->portal.port, 3260);
     EXPECT_EQ(bare->group, "");
     EXPECT_EQ(ParseAnnouncedPortal("storage.example,2")->portal.address, "storage.example");
+}
+
+TEST(AnnouncedPortal, HasANumberAsItsGroup) {
+    EXPECT_EQ(ParseAnnouncedPortal("192.0.2.1:3260,65535")->group, "65535");
+    for (const char* const group : {"1;rm", "65536", "-1", "", "x"}) {
+        EXPECT_EQ(ParseAnnouncedPortal(std::string("192.0.2.1:3260,") + group)->group, "") << group;
+    }
 }
 
 TEST(AnnouncedPortal, IsNothingElse) {
