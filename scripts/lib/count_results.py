@@ -19,6 +19,10 @@ NEEDS = (
     "not run here: needs node and tree-sitter-powershell from npm",
     "not run here: needs a network and mount namespace of its own",
     "not run here: needs tgtd to start",
+    "not run here: needs /dev/net/tun",
+    "not run here: needs a kernel with interfaces of the kind bridge",
+    "not run here: needs a kernel with interfaces of the kind bond",
+    "not run here: needs a kernel with interfaces of the kind vrf",
     "not run here: needs to mount and to change the root, as root or in a user namespace",
 )
 
