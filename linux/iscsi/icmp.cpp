@@ -3,6 +3,8 @@
 #include <netinet/icmp6.h>
 #include <netinet/ip_icmp.h>
 
+#include <algorithm>
+
 namespace tavrolinux {
 namespace {
 
@@ -54,6 +56,11 @@ std::optional<EchoMark> EchoReplyTo(Family family, std::span<const std::uint8_t>
         return std::nullopt;
     }
     return EchoMark{NumberFrom(packet, IdentifierAt), NumberFrom(packet, SequenceAt)};
+}
+
+bool BringsBack(std::span<const std::uint8_t> packet, std::span<const std::uint8_t> request) {
+    return packet.size() >= EchoHeaderSize && request.size() >= EchoHeaderSize &&
+           std::ranges::equal(packet.subspan(EchoHeaderSize), request.subspan(EchoHeaderSize));
 }
 
 std::span<const std::uint8_t> WithoutIPv4Header(std::span<const std::uint8_t> packet) {

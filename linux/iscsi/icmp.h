@@ -25,6 +25,9 @@ std::vector<std::uint8_t> EchoRequest(Family family, EchoMark mark, std::size_t 
 // What the bytes are a reply to; nothing for every other packet.
 std::optional<EchoMark> EchoReplyTo(Family family, std::span<const std::uint8_t> packet);
 
+// Whether the packet brings back what a request has behind its header.
+bool BringsBack(std::span<const std::uint8_t> packet, std::span<const std::uint8_t> request);
+
 // The packet within one of IPv4; empty where there is none.
 std::span<const std::uint8_t> WithoutIPv4Header(std::span<const std::uint8_t> packet);
 

@@ -12,6 +12,7 @@
 #include <optional>
 #include <system_error>
 
+#include "linux/iscsi/failure.h"
 #include "linux/iscsi/icmp.h"
 #include "linux/iscsi/local_address.h"
 #include "linux/iscsi/rows.h"
@@ -80,8 +81,9 @@ bool IsFrom(const sockaddr_storage& sender, const PingPlan& plan) {
     return std::memcmp(&from.sin6_addr, plan.address.octets.data(), sizeof from.sin6_addr) == 0;
 }
 
-// Waits for the reply with that mark.
-bool HasReply(const PingSocket& ping, const PingPlan& plan, EchoMark mark) {
+// Waits for the reply to the request with that mark.
+bool HasReply(const PingSocket& ping, const PingPlan& plan, EchoMark mark,
+              std::span<const std::uint8_t> request) {
     const auto deadline = WaitClock::now() + plan.timeout;
     std::vector<std::uint8_t> bytes(LongestPacket);
     while (const int left = MillisecondsUntil(deadline)) {
@@ -98,21 +100,62 @@ bool HasReply(const PingSocket& ping, const PingPlan& plan, EchoMark mark) {
         }
         std::span<const std::uint8_t> packet(bytes.data(), static_cast<std::size_t>(got));
         const bool hasHeader = ping.isRaw && plan.address.family == Family::IPv4;
-        const auto reply =
-            EchoReplyTo(plan.address.family, hasHeader ? WithoutIPv4Header(packet) : packet);
+        if (hasHeader) {
+            packet = WithoutIPv4Header(packet);
+        }
+        const auto reply = EchoReplyTo(plan.address.family, packet);
         // The kernel gives packets of a socket that is not raw an identifier of its own.
         if (reply && reply->sequence == mark.sequence &&
-            (!ping.isRaw || reply->identifier == mark.identifier)) {
+            (!ping.isRaw || reply->identifier == mark.identifier) && BringsBack(packet, request)) {
             return true;
         }
     }
     return false;
 }
 
-std::uint32_t NumberFrom(const std::string& text, std::uint32_t most) {
+// The number of an option, at most the highest that counts. Throws IscsiFailure where it is none.
+std::uint32_t OptionFrom(const char* option, const std::string& text, std::uint32_t least,
+                         std::uint32_t most) {
     std::uint32_t number = 0;
-    std::from_chars(text.data(), text.data() + text.size(), number);
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (stop != end || error != std::errc() || number < least) {
+        throw IscsiFailure(Refused(Status::InvalidPingOption,
+                                   L"The value of a ping option is not usable.",
+                                   L"Use a whole number within the range.",
+                                   WideFromUtf8(option) + L' ' + tavrolib::Quoted(text)));
+    }
     return std::min(number, most);
+}
+
+PingPlan PlanOf(const Place& at, const tavroapi::IscsiPingRequest& ping) {
+    constexpr std::uint32_t MostPackets = 1000;
+    constexpr std::uint32_t LargestPing = 65507;
+    constexpr std::uint32_t LongestWait = 60000;
+    const auto address = IpAddressFrom(ping.address);
+    if (!address) {
+        throw IscsiFailure(tavrolib::NotAnAddress(Status::InvalidPingAddress, ping.address));
+    }
+    return {at.interface.name, *address, OptionFrom("count", ping.count, 1, MostPackets),
+            OptionFrom("packet size", ping.packetSize, 0, LargestPing),
+            std::chrono::milliseconds(OptionFrom("timeout", ping.timeout, 1, LongestWait))};
+}
+
+// Tells how many of the packets got a reply.
+Outcome Count(const PingPlan& plan, const std::string& address, tavroapi::IscsiPingResult& result) {
+    const PingOutcome outcome = Ping(plan);
+    result.libraryText = std::to_string(plan.count);
+    result.received = std::to_string(outcome.replies);
+    if (outcome.replies == plan.count) {
+        return Done();
+    }
+    std::wstring details = WideFromUtf8(address) + L": " + std::to_wstring(outcome.replies) +
+                           L" of " + std::to_wstring(plan.count) + L" replies";
+    if (!outcome.reason.empty()) {
+        details += L", " + WideFromUtf8(outcome.reason);
+    }
+    return Refused(tavroapi::IscsiPingRepliesMissing, L"Some packets got no reply.",
+                   L"Check the address, the cabling and the port's TCP/IP settings.", details);
 }
 
 }  // namespace
@@ -129,7 +172,7 @@ PingOutcome Ping(const PingPlan& plan) {
         if (sendto(ping.descriptor.Get(), packet.data(), packet.size(), 0, address.Get(),
                    address.size) < 0) {
             outcome.reason = std::generic_category().message(errno);
-        } else if (HasReply(ping, plan, mark)) {
+        } else if (HasReply(ping, plan, mark, packet)) {
             ++outcome.replies;
         }
     }
@@ -138,30 +181,7 @@ PingOutcome Ping(const PingPlan& plan) {
 
 Outcome PingFromIscsiPort(const Place& at, const tavroapi::IscsiPingRequest& ping,
                           tavroapi::IscsiPingResult& result) {
-    constexpr std::uint32_t MostPackets = 1000;
-    constexpr std::uint32_t LargestPing = 65507;
-    constexpr std::uint32_t LongestWait = 60000;
-    const auto address = IpAddressFrom(ping.address);
-    if (!address) {
-        return tavrolib::NotAnAddress(Status::InvalidPingAddress, ping.address);
-    }
-    PingPlan plan{at.interface.name, *address, NumberFrom(ping.count, MostPackets),
-                  NumberFrom(ping.packetSize, LargestPing),
-                  std::chrono::milliseconds(NumberFrom(ping.timeout, LongestWait))};
-    const PingOutcome outcome = Ping(plan);
-    result.libraryText = std::to_string(plan.count);
-    result.received = std::to_string(outcome.replies);
-    if (outcome.replies < plan.count) {
-        std::wstring details = WideFromUtf8(ping.address) + L": " +
-                               std::to_wstring(outcome.replies) + L" of " +
-                               std::to_wstring(plan.count) + L" replies";
-        if (!outcome.reason.empty()) {
-            details += L", " + WideFromUtf8(outcome.reason);
-        }
-        return Refused(tavroapi::IscsiPingRepliesMissing, L"Some packets got no reply.",
-                       L"Check the address, the cabling and the port's TCP/IP settings.", details);
-    }
-    return Done();
+    return WithRefusals([&] { return Count(PlanOf(at, ping), ping.address, result); });
 }
 
 }  // namespace tavrolinux

@@ -37,6 +37,15 @@ TEST(EchoReply, IsNoOtherPacket) {
     EXPECT_EQ(EchoReplyTo(Family::IPv4, Bytes{0, 0, 9, 9, 0x12, 0x34, 1}), std::nullopt);
 }
 
+TEST(EchoReply, BringsBackWhatWasSent) {
+    const Bytes request = EchoRequest(Family::IPv4, {1, 2}, 3);
+    EXPECT_TRUE(BringsBack(Bytes{0, 0, 9, 9, 0, 1, 0, 2, 8, 9, 10}, request));
+    EXPECT_FALSE(BringsBack(Bytes{0, 0, 9, 9, 0, 1, 0, 2, 8, 9, 11}, request));
+    EXPECT_FALSE(BringsBack(Bytes{0, 0, 9, 9, 0, 1, 0, 2, 8, 9}, request));
+    EXPECT_FALSE(BringsBack(Bytes{0, 0, 9, 9, 0, 1, 0, 2, 8, 9, 10, 11}, request));
+    EXPECT_FALSE(BringsBack(Bytes{0, 0, 9, 9}, request));
+}
+
 TEST(IPv4Header, IsAsLongAsItSays) {
     Bytes packet(28);
     packet[0] = 0x45;
