@@ -78,6 +78,8 @@ enum class Status : std::uint32_t {
     NoSessionKept = 38152,     // the target accepted the login, but this host keeps no sessions
     ServerSilent = 38153,      // nothing answered in time
     AnswerInvalid = 38154,     // what answered does not speak the protocol
+    ChapNotAsked = 38155,      // the target lets the initiator in without CHAP
+    TargetRefused = 38156,     // the target does not do what it was asked to
 };
 
 }  // namespace tavrolib

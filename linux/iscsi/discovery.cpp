@@ -57,7 +57,8 @@ std::vector<PortalAnswer> AskAll(const Place& at, const State& state) {
 }
 
 // Through which of its portals a target is reached: the one that was asked, else the first one with
-// an address, else the one that was asked all the same.
+// an address, else the one that was asked all the same. A name is no address: looking it up takes
+// as long as the servers of names please, and asks them what a target has made up.
 AnnouncedPortal ReachedAt(const DiscoveredTarget& target, const Portal& asked) {
     const AnnouncedPortal* usable = nullptr;
     for (const AnnouncedPortal& portal : target.portals) {
@@ -65,7 +66,7 @@ AnnouncedPortal ReachedAt(const DiscoveredTarget& target, const Portal& asked) {
         if (AreSame(portal.portal, asked)) {
             return {asked, portal.group};
         }
-        if (usable == nullptr && !(address && address->IsZero())) {
+        if (usable == nullptr && address && !address->IsZero()) {
             usable = &portal;
         }
     }

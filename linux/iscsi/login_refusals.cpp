@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <string_view>
 
 #include "library/text/text.h"
 #include "linux/messages/error_texts.h"
@@ -100,6 +101,52 @@ Outcome TargetNotProven(const Portal& portal, const std::string& target) {
                    L"The target does not prove who it is with the initiator CHAP name and secret.",
                    L"Log in with the names and secrets that are set up at the target.",
                    DetailsOfTarget(portal, target));
+}
+
+Outcome NotChallenged(const Portal& portal, const std::string& target) {
+    return Refused(Status::ChapNotAsked, L"The target lets the initiator in without CHAP.",
+                   L"Set up CHAP at the target, or log in without it.",
+                   DetailsOfTarget(portal, target));
+}
+
+Outcome UnknownAlgorithm(const Portal& portal, const std::string& target) {
+    return Refused(Status::LoginRefused, L"The target wants CHAP with another algorithm than MD5.",
+                   L"Set up CHAP with MD5 at the target.", DetailsOfTarget(portal, target));
+}
+
+Outcome HeaderDigestRefused(const Portal& portal, const std::string& target) {
+    return Refused(Status::LoginRefused, L"The target does not use header digests.",
+                   L"Log in without \"-hd\", or set up header digests at the target.",
+                   DetailsOfTarget(portal, target));
+}
+
+Outcome InterfaceUnusable(const std::string& interface) {
+    return Refused(Status::NotOffered,
+                   L"An interface with a comma in its name cannot carry iSCSI connections.",
+                   L"Give the interface another name.",
+                   L"interface " + tavrolib::Quoted(interface));
+}
+
+std::string ByteText(std::uint8_t byte) {
+    constexpr std::string_view Digits = "0123456789abcdef";
+    return {'0', 'x', Digits[byte >> 4U], Digits[byte & 0xFU]};
+}
+
+std::string ScsiReason(std::uint8_t status, std::uint8_t senseKey) {
+    const std::string reason = "SCSI status " + ByteText(status);
+    return senseKey == 0 ? reason : reason + ", sense key " + ByteText(senseKey);
+}
+
+Outcome RequestRefused(const Portal& portal, const std::string& step, const std::string& reason) {
+    return Refused(Status::TargetRefused, L"The target refuses the request.",
+                   L"Try again later, or see what the target's own log says.",
+                   DetailsOf(portal, step + ", " + reason));
+}
+
+Outcome TellsTooMuch(const Portal& portal, const std::string& limit) {
+    return Refused(Status::TargetRefused, L"The target has more to tell than this host reads.",
+                   L"Let the initiator see less at the target.",
+                   DetailsOf(portal, "at most " + limit));
 }
 
 }  // namespace tavrolinux

@@ -23,6 +23,25 @@ tavrolib::Outcome ConnectionEnded(const Portal& portal, const std::string& step)
 tavrolib::Outcome LoginRefusal(const Portal& portal, const std::string& target,
                                std::uint16_t status);
 
+// The target lets the initiator in without asking for its CHAP name and secret, wants another
+// algorithm of CHAP, or does not agree to the header digest.
+tavrolib::Outcome NotChallenged(const Portal& portal, const std::string& target);
+tavrolib::Outcome UnknownAlgorithm(const Portal& portal, const std::string& target);
+tavrolib::Outcome HeaderDigestRefused(const Portal& portal, const std::string& target);
+
+// No connection can be held to an interface of that name.
+tavrolib::Outcome InterfaceUnusable(const std::string& interface);
+
+// The target refuses what a step asks of it; `reason` is its own, by number: what ScsiReason makes
+// of the status of a command and the key of its sense (0 for none), or a byte as "0x05".
+std::string ScsiReason(std::uint8_t status, std::uint8_t senseKey);
+std::string ByteText(std::uint8_t byte);
+tavrolib::Outcome RequestRefused(const Portal& portal, const std::string& step,
+                                 const std::string& reason);
+
+// The target tells more than the library reads; `limit` says how much that is.
+tavrolib::Outcome TellsTooMuch(const Portal& portal, const std::string& limit);
+
 // The target did not prove who it is, as mutual CHAP wants it.
 tavrolib::Outcome TargetNotProven(const Portal& portal, const std::string& target);
 

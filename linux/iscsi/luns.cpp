@@ -1,6 +1,10 @@
 // The logical units behind a target.
+#include <chrono>
 #include <functional>
 #include <optional>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include "linux/iscsi/discovery.h"
 #include "linux/iscsi/login.h"
@@ -15,15 +19,45 @@ namespace {
 namespace iscsi_lun = tavroapi::iscsi_lun;
 using tavroapi::LunRecord;
 
+// A target with many units that each take their time is not waited for without end.
+constexpr std::chrono::seconds LunListLimit{30};
+
 // A unit that has something to tell about itself (that it was restarted, say) refuses the first
-// commands.
+// commands, and one that is busy takes them a little later. Every other refusal is its last word.
 CommandAnswer Patiently(const std::function<CommandAnswer()>& ask) {
     constexpr int Attempts = 3;
+    constexpr std::chrono::milliseconds Pause{200};
+    constexpr std::uint8_t Busy = 0x08;
+    constexpr std::uint8_t TaskSetFull = 0x28;
+    constexpr std::uint8_t UnitAttention = 0x06;
     CommandAnswer answer = ask();
     for (int attempt = 1; attempt < Attempts && !answer.isGood; ++attempt) {
+        const bool isBusy = answer.status == Busy || answer.status == TaskSetFull;
+        if (!isBusy && answer.senseKey != UnitAttention) {
+            break;
+        }
+        if (isBusy) {
+            std::this_thread::sleep_for(Pause);
+        }
         answer = ask();
     }
     return answer;
+}
+
+// The units that the target lists. Throws IscsiFailure.
+std::vector<std::uint16_t> ReadLunList(Session& session, const Portal& portal) {
+    const CommandAnswer listed = Patiently([&] { return session.ReportLuns(); });
+    if (!listed.isGood) {
+        throw IscsiFailure(RequestRefused(portal, "asking for the LUNs",
+                                          ScsiReason(listed.status, listed.senseKey)));
+    }
+    if (!IsLunList(listed.bytes)) {
+        throw IscsiFailure(Invalid(portal, "asking for the LUNs"));
+    }
+    if (ReportedLunCount(listed.bytes) > MostLuns) {
+        throw IscsiFailure(TellsTooMuch(portal, std::to_string(MostLuns) + " LUNs"));
+    }
+    return ParseReportedLuns(listed.bytes);
 }
 
 std::optional<Capacity> CapacityOf(Session& session, std::uint16_t lun) {
@@ -52,7 +86,8 @@ std::optional<LunRecord> ReadLun(Session& session, std::uint16_t lun) {
             record.texts[iscsi_lun::BlockSize] = std::to_string(capacity->blockSize);
         }
     }
-    record.texts[iscsi_lun::SerialNumber] = ParseSerialNumber(session.ReadSerialNumber(lun).bytes);
+    record.texts[iscsi_lun::SerialNumber] =
+        ParseSerialNumber(Patiently([&] { return session.ReadSerialNumber(lun); }).bytes);
     record.texts[iscsi_lun::ConnectionState] = "Not connected";
     return record;
 }
@@ -70,12 +105,10 @@ Outcome ListLuns(const Place& at, const std::string& name, std::list<LunRecord>&
                                               : FindTarget(at, state, name).at.portal;
         const EffectiveLogin login(kept != nullptr ? kept->login : WipedLogin(),
                                    state.initiatorLogin);
-        Session session(PlanFor(at, portal, name), login.Options());
-        const CommandAnswer listed = Patiently([&] { return session.ReportLuns(); });
-        if (!listed.isGood) {
-            return Invalid(portal, "asking for the LUNs");
-        }
-        for (const std::uint16_t lun : ParseReportedLuns(listed.bytes)) {
+        SessionPlan plan = PlanFor(at, portal, name);
+        plan.end = std::chrono::steady_clock::now() + LunListLimit;
+        Session session(plan, login.Options());
+        for (const std::uint16_t lun : ReadLunList(session, portal)) {
             if (auto record = ReadLun(session, lun)) {
                 luns.push_back(std::move(*record));
             }

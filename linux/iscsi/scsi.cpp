@@ -3,18 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <set>
 
 namespace tavrolinux {
 namespace {
 
-// The number of `size` bytes at `position`, the highest byte first.
-std::uint64_t NumberAt(ScsiBytes bytes, std::size_t position, std::size_t size) {
-    std::uint64_t number = 0;
-    for (const std::uint8_t byte : bytes.subspan(position, size)) {
-        number = number << 8U | byte;
-    }
-    return number;
-}
+constexpr std::size_t EntrySize = 8;  // of the list of units
 
 // The text of a field without the blanks and zeros that fill it; what is no printable character
 // stands as a blank.
@@ -31,28 +25,68 @@ std::string FieldText(ScsiBytes bytes, std::size_t position, std::size_t size) {
 
 }  // namespace
 
+bool IsLunList(ScsiBytes answer) {
+    return answer.size() >= EntrySize;
+}
+
 std::vector<std::uint16_t> ParseReportedLuns(ScsiBytes answer) {
-    constexpr std::size_t EntrySize = 8;
     constexpr unsigned MethodBits = 14;
     constexpr unsigned LastFlatMethod = 1;  // 0: peripheral device, 1: flat space
     std::vector<std::uint16_t> luns;
-    if (answer.size() < EntrySize) {
+    std::set<std::uint16_t> known;
+    if (!IsLunList(answer)) {
         return luns;
     }
-    const auto listed = static_cast<std::size_t>(NumberAt(answer, 0, 4));
+    const auto listed = static_cast<std::size_t>(BigEndianAt(answer, 0, 4));
     const std::size_t end = EntrySize + std::min(listed, answer.size() - EntrySize);
     for (std::size_t at = EntrySize; at + EntrySize <= end; at += EntrySize) {
-        const auto address = static_cast<std::uint16_t>(NumberAt(answer, at, 2));
-        const bool isDeeper = NumberAt(answer, at + 2, EntrySize - 2) != 0;
-        if (address >> MethodBits <= LastFlatMethod && !isDeeper) {
+        const auto address = static_cast<std::uint16_t>(BigEndianAt(answer, at, 2));
+        const bool isDeeper = BigEndianAt(answer, at + 2, EntrySize - 2) != 0;
+        if (address >> MethodBits <= LastFlatMethod && !isDeeper && known.insert(address).second) {
             luns.push_back(address);
         }
     }
     return luns;
 }
 
+std::size_t ReportedLunCount(ScsiBytes answer) {
+    return !IsLunList(answer) ? 0 : static_cast<std::size_t>(BigEndianAt(answer, 0, 4)) / EntrySize;
+}
+
 std::uint16_t LunNumber(std::uint16_t address) {
     return address & 0x3FFFU;
+}
+
+std::optional<std::uint8_t> ParseSenseKey(ScsiBytes data) {
+    constexpr std::size_t SizeField = 2;
+    constexpr std::size_t FixedSize = 18;
+    constexpr std::size_t HeaderSize = 8;  // of the other format, before its descriptors
+    constexpr std::uint8_t KeyMask = 0x0F;
+    if (data.size() < SizeField) {
+        return std::nullopt;
+    }
+    const auto size = static_cast<std::size_t>(BigEndianAt(data, 0, SizeField));
+    data = data.subspan(SizeField);
+    if (size > data.size() || size < HeaderSize) {
+        return std::nullopt;
+    }
+    const std::uint8_t format = data[0] & 0x7FU;
+    if (format == 0x70 || format == 0x71) {
+        return data.size() >= FixedSize ? std::optional<std::uint8_t>(data[2] & KeyMask)
+                                        : std::nullopt;
+    }
+    if ((format != 0x72 && format != 0x73) || HeaderSize + data[7] > size) {
+        return std::nullopt;
+    }
+    // Each descriptor has its type and its size in front; the one for a field of the command has 8.
+    for (WireBytes left = data.subspan(HeaderSize, data[7]); !left.empty();) {
+        if (left.size() < 2 || left.size() < std::size_t{2} + left[1] ||
+            (left[0] == 0x02 && left[1] < 6)) {
+            return std::nullopt;
+        }
+        left = left.subspan(std::size_t{2} + left[1]);
+    }
+    return std::optional<std::uint8_t>(data[1] & KeyMask);
 }
 
 Inquiry ParseInquiry(ScsiBytes answer) {
@@ -73,7 +107,8 @@ std::string ParseSerialNumber(ScsiBytes answer) {
     constexpr std::size_t PageHeaderSize = 4;
     constexpr std::uint8_t Page = 0x80;
     return answer.size() >= PageHeaderSize && answer[1] == Page
-               ? FieldText(answer, PageHeaderSize, static_cast<std::size_t>(NumberAt(answer, 2, 2)))
+               ? FieldText(answer, PageHeaderSize,
+                           static_cast<std::size_t>(BigEndianAt(answer, 2, 2)))
                : std::string();
 }
 
@@ -81,18 +116,19 @@ std::optional<Capacity> ParseCapacity10(ScsiBytes answer) {
     if (answer.size() < 8) {
         return std::nullopt;
     }
-    const std::uint64_t last = NumberAt(answer, 0, 4);
+    const std::uint64_t last = BigEndianAt(answer, 0, 4);
     return last == std::numeric_limits<std::uint32_t>::max()
                ? std::nullopt
                : std::optional(
-                     Capacity{last + 1, static_cast<std::uint32_t>(NumberAt(answer, 4, 4))});
+                     Capacity{last + 1, static_cast<std::uint32_t>(BigEndianAt(answer, 4, 4))});
 }
 
 std::optional<Capacity> ParseCapacity16(ScsiBytes answer) {
     if (answer.size() < 12) {
         return std::nullopt;
     }
-    return Capacity{NumberAt(answer, 0, 8) + 1, static_cast<std::uint32_t>(NumberAt(answer, 8, 4))};
+    return Capacity{BigEndianAt(answer, 0, 8) + 1,
+                    static_cast<std::uint32_t>(BigEndianAt(answer, 8, 4))};
 }
 
 }  // namespace tavrolinux

@@ -3,22 +3,33 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
+
+#include "linux/iscsi/big_endian.h"
 
 // Reading what logical units answer to SCSI commands. Whatever the bytes are, nothing throws: what
 // a short answer lacks is empty.
 namespace tavrolinux {
 
-using ScsiBytes = std::span<const std::uint8_t>;
+using ScsiBytes = WireBytes;
 
-// The units that REPORT LUNS lists, as two bytes that address them on the wire. Well-known units
-// and those of deeper levels are left out.
+// Whether the answer is long enough for a list of units, be it an empty one.
+bool IsLunList(ScsiBytes answer);
+
+// The units that REPORT LUNS lists, each once, as two bytes that address them on the wire.
+// Well-known units and those of deeper levels are left out.
 std::vector<std::uint16_t> ParseReportedLuns(ScsiBytes answer);
+
+// How many units the target says that there are, whether or not the answer has room for them.
+std::size_t ReportedLunCount(ScsiBytes answer);
 
 // The number of a unit as people write it.
 std::uint16_t LunNumber(std::uint16_t address);
+
+// Why a unit refuses a command, from the data of the refusal: the sense and, before it, its size.
+// Nothing where the data is not what its own sizes say.
+std::optional<std::uint8_t> ParseSenseKey(ScsiBytes data);
 
 // What the standard INQUIRY tells.
 struct Inquiry {

@@ -1,10 +1,13 @@
-// Feeds arbitrary bytes to the readers of what targets answer to logins and to SCSI commands.
+// Feeds arbitrary bytes to the readers of what targets answer to logins, to the question for
+// targets and to SCSI commands, and of the answers to a ping.
 #include <algorithm>
 #include <string>
 
 #include "fuzz/require.h"
-#include "linux/iscsi/login_answer.h"
+#include "linux/iscsi/icmp.h"
+#include "linux/iscsi/login_exchange.h"
 #include "linux/iscsi/scsi.h"
+#include "linux/iscsi/send_targets.h"
 
 namespace {
 
@@ -16,12 +19,35 @@ void CheckText(const std::string& text) {
     Require(text.empty() || (text.front() != ' ' && text.back() != ' '));
 }
 
+// Without the secret no answer ends a login, in whatever step it comes.
 void CheckLogin(WireBytes bytes) {
-    constexpr std::size_t HeaderSize = 48;
-    const auto size = LoginAnswerSize(bytes);
-    Require(!size || *size == 0 || *size >= HeaderSize);
-    const LoginAnswer answer = ParseLoginAnswer(bytes);
-    Require(bytes.size() >= HeaderSize || (answer.status == 0 && !answer.provesTarget));
+    constexpr std::uint8_t LeavesSecurity = 0x81;
+    std::vector<std::uint8_t> request(PduHeaderSize);
+    request[0] = static_cast<std::uint8_t>(Opcode::LoginRequest);
+    request[1] = LeavesSecurity;
+    LoginExchange exchange({true, true, true, "prover", "a secret that nobody knows"});
+    for (int step = 0; step < 4; ++step) {
+        exchange.TakeRequest(request);
+        exchange.TakeAnswer(bytes);
+    }
+    Require(exchange.FaultAtEnd() != LoginFault::None);
+    LoginExchange open({});
+    open.TakeRequest(bytes.size() < PduHeaderSize ? WireBytes(request) : bytes);
+    const LoginFault fault = open.TakeAnswer(bytes);
+    Require((fault == LoginFault::ByStatus) == (open.Status() != 0));
+}
+
+void CheckTargets(WireBytes bytes) {
+    const auto targets = ParseSendTargets(bytes);
+    Require(!targets || targets->size() <= MostTargets + 1);
+    const auto value = ParseBinaryValue(BytesOf(bytes.data(), bytes.size()));
+    Require(!value || value->size() < bytes.size());
+}
+
+void CheckReply(WireBytes bytes) {
+    Require(WithoutIPv4Header(bytes).size() <= bytes.size());
+    Require(!EchoReplyTo(Family::IPv4, bytes) || bytes.size() >= 8);
+    Require(!EchoReplyTo(Family::IPv6, bytes) || bytes.size() >= 8);
 }
 
 }  // namespace
@@ -29,6 +55,9 @@ void CheckLogin(WireBytes bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::span<const std::uint8_t> bytes(data, size);
     CheckLogin(bytes);
+    CheckTargets(bytes);
+    CheckReply(bytes);
+    Require(ParseSenseKey(bytes).value_or(0) <= 0x0F);
     for (const std::uint16_t lun : ParseReportedLuns(bytes)) {
         Require(LunNumber(lun) < 1U << 14U);
     }

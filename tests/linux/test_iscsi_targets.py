@@ -190,8 +190,11 @@ def test_the_initiators_own_login_counts_where_none_is_given(machine, port, targ
 def test_a_wish_for_digests_is_told_to_the_target(machine, port, target):
     with Tap() as tap:
         login = ["-iscsi", port, "-target", "-login", NAME + "open", "127.0.0.1", tap.port]
-        assert ACCEPTED in machine.cli(*login, "-hd", typed="y\n")
+        assert "The target does not use header digests." in machine.cli(*login, "-hd", typed="y\n")
         assert tap.keys()["HeaderDigest"] == "CRC32C"
+        target.do("--op", "update", "--mode", "target", "--tid", 1, "--name", "HeaderDigest", "--value", "CRC32C")
+        assert ACCEPTED in machine.cli(*login, "-hd", typed="y\n")
+        assert set(luns_of(machine, port, "open")) == {"0", "1", "2", "3"}
     machine.cli("-iscsi", "-setinitiator", INITIATOR, "-hd")
     with Tap() as tap:
         assert ACCEPTED in log_in(machine, port, "open", number=tap.port)

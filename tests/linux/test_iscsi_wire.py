@@ -104,5 +104,7 @@ def test_connections_and_pings_leave_through_the_ports_own_interface(machine, po
             assert (told["Packets Sent"], told["Packets Received"], told["Packets Lost"]) == ("5", "0", "100%")
     finally:
         machine.stop_all()
+        # The interfaces of a network go some time after it, and would be in the way of their removal here.
+        machine.do("ip", "-n", "peer", "link", "delete", "vb")
         machine.do("ip", "netns", "delete", "peer")
         machine.do("umount", "/run/netns")

@@ -11,6 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Optional;
 using Bytes = std::vector<std::uint8_t>;
 
 // An answer of zeros with a text in it.
@@ -36,6 +37,49 @@ TEST(ReportedLuns, AreReadInTheirOrder) {
     EXPECT_THAT(ParseReportedLuns(LunList({0, 1, 0x4100})), ElementsAre(0, 1, 0x4100));
     EXPECT_EQ(LunNumber(1), 1);
     EXPECT_EQ(LunNumber(0x4100), 256);
+}
+
+TEST(ReportedLuns, AreEachThereOnce) {
+    EXPECT_THAT(ParseReportedLuns(LunList({1, 0, 1, 1})), ElementsAre(1, 0));
+}
+
+TEST(ReportedLuns, AreCountedByWhatTheTargetSays) {
+    Bytes list = LunList({1, 2});
+    EXPECT_EQ(ReportedLunCount(list), 2U);
+    list[1] = 1;
+    EXPECT_EQ(ReportedLunCount(list), (0x10000U + 16) / 8);
+    list.resize(7);
+    EXPECT_EQ(ReportedLunCount(list), 0U);
+}
+
+// The size of the sense, and the sense in one of its two formats.
+TEST(ScsiSense, TellsItsKey) {
+    Bytes fixed(20);
+    fixed[1] = 18;
+    fixed[2] = 0x70;
+    fixed[4] = 0x65;
+    EXPECT_THAT(ParseSenseKey(fixed), Optional(5));
+    const Bytes other{0, 8, 0x72, 0x06, 0x29, 0, 0, 0, 0, 0};
+    EXPECT_THAT(ParseSenseKey(other), Optional(6));
+    const Bytes described{0, 16, 0x72, 5, 0x24, 0, 0, 0, 0, 8, 2, 6, 0, 0, 0, 0, 0, 0};
+    EXPECT_THAT(ParseSenseKey(described), Optional(5));
+}
+
+TEST(ScsiSense, IsNoneThatDoesNotKeepToItsSizes) {
+    const std::initializer_list<Bytes> unusable{
+        {},
+        {0},
+        {0, 0},
+        {0, 18, 0x70, 0, 5, 0, 0, 0, 0, 0},
+        {0, 8, 0x70, 0, 5, 0, 0, 0, 0, 0},
+        {0, 8, 0x72, 5, 0, 0, 0, 0, 0, 1},
+        {0, 16, 0x72, 5, 0, 0, 0, 0, 0, 8, 0, 200, 0, 0, 0, 0, 0, 0},
+        {0, 16, 0x72, 5, 0, 0, 0, 0, 0, 8, 2, 2, 0, 0, 2, 2, 0, 0},
+        {0, 8, 0x41, 5, 0, 0, 0, 0, 0, 0},
+    };
+    for (const Bytes& data : unusable) {
+        EXPECT_EQ(ParseSenseKey(data), std::nullopt) << data.size();
+    }
 }
 
 TEST(ReportedLuns, AreThoseOfTheFirstLevelAlone) {

@@ -1,0 +1,74 @@
+#include "linux/iscsi/pdu.h"
+
+#include <algorithm>
+
+namespace tavrolinux {
+namespace {
+
+constexpr std::size_t WordSize = 4;
+constexpr std::size_t DigestSize = 4;
+constexpr std::uint8_t OpcodeMask = 0x3F;
+
+// Where a header has what.
+constexpr std::size_t ExtraWordsAt = 4;
+constexpr std::size_t DataSizeAt = 5;
+constexpr std::size_t TaskTagAt = 16;
+
+std::size_t DataStart(bool hasDigest) {
+    return PduHeaderSize + (hasDigest ? DigestSize : 0);
+}
+
+}  // namespace
+
+Opcode OpcodeOf(WireBytes header) {
+    return static_cast<Opcode>(header[0] & OpcodeMask);
+}
+
+std::uint32_t TaskTagOf(WireBytes header) {
+    return static_cast<std::uint32_t>(BigEndianAt(header, TaskTagAt, 4));
+}
+
+std::size_t DataSizeOf(WireBytes header) {
+    return static_cast<std::size_t>(BigEndianAt(header, DataSizeAt, 3));
+}
+
+bool HasExtraHeader(WireBytes header) {
+    return header[ExtraWordsAt] != 0;
+}
+
+std::uint8_t FlagsOf(WireBytes header) {
+    return header[1];
+}
+
+std::size_t PduSize(WireBytes header, bool hasDigest) {
+    return DataStart(hasDigest) + (DataSizeOf(header) + WordSize - 1) / WordSize * WordSize;
+}
+
+WireBytes DataOf(WireBytes pdu, bool hasDigest) {
+    return pdu.size() < PduHeaderSize || pdu.size() < PduSize(pdu, hasDigest)
+               ? WireBytes()
+               : pdu.subspan(DataStart(hasDigest), DataSizeOf(pdu));
+}
+
+std::optional<std::vector<TextKey>> ParseTextKeys(WireBytes data) {
+    std::vector<TextKey> keys;
+    std::string_view text(reinterpret_cast<const char*>(data.data()), data.size());
+    // Zeros behind the last text fill the data up.
+    while (!text.empty() && text.front() != '\0') {
+        const auto end = text.find('\0');
+        if (end == std::string_view::npos) {
+            return std::nullopt;
+        }
+        const std::string_view pair = text.substr(0, end);
+        const auto sign = pair.find('=');
+        if (sign == 0 || sign == std::string_view::npos) {
+            return std::nullopt;
+        }
+        keys.push_back({pair.substr(0, sign), pair.substr(sign + 1)});
+        text.remove_prefix(end + 1);
+    }
+    return text.find_first_not_of('\0') == std::string_view::npos ? std::optional(keys)
+                                                                  : std::nullopt;
+}
+
+}  // namespace tavrolinux
