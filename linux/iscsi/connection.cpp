@@ -93,8 +93,6 @@ void Session::Connection::Configure(const SessionPlan& plan, const LoginOptions&
     } else {
         iscsi_set_session_type(context, ISCSI_SESSION_NORMAL);
         iscsi_set_targetname(context, target_.c_str());
-        iscsi_set_immediate_data(
-            context, plan.wantsImmediateData ? ISCSI_IMMEDIATE_DATA_YES : ISCSI_IMMEDIATE_DATA_NO);
     }
     if (login.authentication == OneWayChap || login.authentication == MutualChap) {
         iscsi_set_initiator_username_pwd(context, login.targetChapName.c_str(),

@@ -133,9 +133,20 @@ const KeptLogin* FindKeptLogin(const State& state, const Place& at, std::string_
     return found == logins.end() ? nullptr : &*found;
 }
 
-std::vector<KnownTarget> FindTargets(const Place& at, const State& state) {
+KnownTarget AcceptedBy(const KeptLogin& login, const std::vector<AnnouncedPortal>& told) {
+    KnownTarget target{login.target, {{login.address, login.port}, {}}, &login.login};
+    const auto portal = std::ranges::find_if(told, [&](const AnnouncedPortal& announced) {
+        return AreSame(announced.portal, target.at.portal);
+    });
+    if (portal != told.end()) {
+        target.at.group = portal->group;
+    }
+    return target;
+}
+
+FoundTargets FindTargets(const Place& at, const State& state) {
     const InterfaceState& kept = StateOf(state, at);
-    std::vector<KnownTarget> targets;
+    FoundTargets found;
     std::set<std::string> names;
     const std::vector<PortalAnswer> answers = AskAll(at, state);
     if (!answers.empty() && std::ranges::all_of(answers, [](const PortalAnswer& answer) {
@@ -146,30 +157,42 @@ std::vector<KnownTarget> FindTargets(const Place& at, const State& state) {
     for (std::size_t portal = 0; portal < answers.size(); ++portal) {
         const Portal asked{kept.portals[portal].address, kept.portals[portal].port};
         for (const DiscoveredTarget& target : answers[portal].targets) {
-            if (IsTargetName(target.name) && names.insert(target.name).second) {
-                targets.push_back({target.name, ReachedAt(target, asked)});
+            if (!IsTargetName(target.name)) {
+                ++found.unusable;
+            } else if (names.insert(target.name).second) {
+                const KeptLogin* const accepted = FindKeptLogin(state, at, target.name);
+                found.targets.push_back(accepted != nullptr
+                                            ? AcceptedBy(*accepted, target.portals)
+                                            : KnownTarget{target.name, ReachedAt(target, asked),
+                                                          &kept.portals[portal].login});
             }
         }
     }
     for (const KeptLogin& login : kept.logins) {
         if (names.insert(login.target).second) {
-            targets.push_back({login.target, {{login.address, login.port}, {}}, false});
+            found.targets.push_back(AcceptedBy(login));
+            found.targets.back().wasDiscovered = false;
         }
     }
-    return targets;
+    return found;
 }
 
 KnownTarget FindTarget(const Place& at, const State& state, const std::string& name) {
-    for (KnownTarget& target : FindTargets(at, state)) {
+    FoundTargets found = FindTargets(at, state);
+    for (KnownTarget& target : found.targets) {
         if (target.name == name) {
             return std::move(target);
         }
+    }
+    std::wstring details = L"target " + tavrolib::Quoted(name);
+    if (found.unusable != 0) {
+        details += L", targets with unusable names: " + std::to_wstring(found.unusable);
     }
     throw IscsiFailure(Refused(Status::UnknownIscsiTarget,
                                L"The initiator does not know this target.",
                                L"Run the command with \"-target -listall\" to see the targets, or "
                                L"add the portal of this target.",
-                               L"target " + tavrolib::Quoted(name)));
+                               details));
 }
 
 }  // namespace tavrolinux

@@ -11,6 +11,7 @@
 #include "linux/iscsi/login_refusals.h"
 #include "linux/iscsi/rows.h"
 #include "linux/iscsi/scsi.h"
+#include "linux/iscsi/target_name.h"
 #include "linux/system/size_text.h"
 
 namespace tavrolinux {
@@ -92,28 +93,44 @@ std::optional<LunRecord> ReadLun(Session& session, std::uint16_t lun) {
     return record;
 }
 
+void ReadLuns(const Place& at, const State& state, const KnownTarget& target,
+              std::list<LunRecord>& luns) {
+    const EffectiveLogin login(*target.login, state.initiatorLogin);
+    SessionPlan plan = PlanFor(at, target.at.portal, target.name);
+    plan.end = std::chrono::steady_clock::now() + LunListLimit;
+    Session session(plan, login.Options());
+    for (const std::uint16_t lun : ReadLunList(session, target.at.portal)) {
+        if (auto record = ReadLun(session, lun)) {
+            luns.push_back(std::move(*record));
+        }
+    }
+    End(session);
+}
+
 }  // namespace
 
 // A target that has accepted a login is asked with it. Any other one is looked for at the portals,
-// and asked without credentials but those of the initiator itself.
-Outcome ListLuns(const Place& at, const std::string& name, std::list<LunRecord>& luns) {
+// and asked with the login of the portal that tells it.
+Outcome ListLuns(const Place& at, const std::string& text, std::list<LunRecord>& luns) {
     luns.clear();
     return WithRefusals([&] {
+        const std::string name = TargetNameOf(text);
         const State state = at.state.Read();
         const KeptLogin* const kept = FindKeptLogin(state, at, name);
-        const Portal portal = kept != nullptr ? Portal{kept->address, kept->port}
-                                              : FindTarget(at, state, name).at.portal;
-        const EffectiveLogin login(kept != nullptr ? kept->login : WipedLogin(),
-                                   state.initiatorLogin);
-        SessionPlan plan = PlanFor(at, portal, name);
-        plan.end = std::chrono::steady_clock::now() + LunListLimit;
-        Session session(plan, login.Options());
-        for (const std::uint16_t lun : ReadLunList(session, portal)) {
-            if (auto record = ReadLun(session, lun)) {
-                luns.push_back(std::move(*record));
+        try {
+            ReadLuns(at, state, kept != nullptr ? AcceptedBy(*kept) : FindTarget(at, state, name),
+                     luns);
+        } catch (const IscsiFailure& failure) {
+            const Outcome& refusal = failure.Refusal();
+            if (kept == nullptr || !refusal.error ||
+                refusal.status != static_cast<std::uint32_t>(Status::LoginRefused)) {
+                throw;
             }
+            throw IscsiFailure(Refused(
+                Status::LoginRefused, L"The target does not accept the login that is kept of it.",
+                L"Log in again with \"-target -login\", or remove the target.",
+                refusal.error->details));
         }
-        End(session);
         return Done();
     });
 }

@@ -5,6 +5,8 @@
 #include <limits>
 #include <set>
 
+#include "linux/system/trimmed.h"
+
 namespace tavrolinux {
 namespace {
 
@@ -18,9 +20,7 @@ std::string FieldText(ScsiBytes bytes, std::size_t position, std::size_t size) {
     for (const std::uint8_t byte : bytes.subspan(start, std::min(size, bytes.size() - start))) {
         text += byte > 0x20 && byte < 0x7F ? static_cast<char>(byte) : ' ';
     }
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? std::string()
-                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
+    return std::string(Trimmed(text));
 }
 
 }  // namespace

@@ -27,7 +27,8 @@ TargetRecord RecordOf(const KnownTarget& target) {
 Outcome ListTargets(const Place& at, std::list<TargetRecord>& targets) {
     targets.clear();
     return WithRefusals([&] {
-        for (const KnownTarget& target : FindTargets(at, at.state.Read())) {
+        const State state = at.state.Read();
+        for (const KnownTarget& target : FindTargets(at, state).targets) {
             targets.push_back(RecordOf(target));
         }
         return Done();
@@ -41,7 +42,8 @@ Outcome ListActiveTargets(const Place& /*at*/, std::list<TargetRecord>& targets)
 
 Outcome ReadTarget(const Place& at, const std::string& name, TargetRecord& record) {
     return WithRefusals([&] {
-        record = RecordOf(FindTarget(at, at.state.Read(), TargetNameOf(name)));
+        const State state = at.state.Read();
+        record = RecordOf(FindTarget(at, state, TargetNameOf(name)));
         return Done();
     });
 }

@@ -29,7 +29,6 @@ struct SessionPlan {
     std::string interface;  // the connection leaves through it, unless it stays within this host
     Portal portal;
     std::string target;  // its name; empty for a session that only discovers targets
-    bool wantsImmediateData = true;
     // When the session has to be over, whatever its steps may take.
     std::chrono::steady_clock::time_point end = std::chrono::steady_clock::time_point::max();
 };

@@ -234,7 +234,7 @@ def test_a_name_that_no_target_can_have_is_refused_before_it_is_looked_for(machi
             screen = machine.cli("-iscsi", port, "-target", "-login", name, "127.0.0.1", tap.port, typed="y\n")
             assert "The target name is not usable." in screen, name
         assert not tap.taken
-    for command in ("-getinfo", "-remove"):
+    for command in ("-getinfo", "-remove", "-lunlist"):
         for name in names:
             assert "The target name is not usable." in machine.cli("-iscsi", port, "-target", command, name), name
     assert kept_logins() == {}
@@ -245,6 +245,7 @@ def test_blanks_around_a_name_do_not_count(machine, port, target):
     padded = f" {NAME}open "
     assert ACCEPTED in machine.cli("-iscsi", port, "-target", "-login", padded, "127.0.0.1", PORT)
     assert machine.rows("-iscsi", port, "-target", "-getinfo", padded)["Target Name"] == NAME + "open"
+    assert "VIRTUAL-DISK" in machine.cli("-iscsi", port, "-target", "-lunlist", padded)
     assert "The target was removed." in machine.cli("-iscsi", port, "-target", "-remove", padded)
 
 
@@ -363,6 +364,41 @@ def test_a_portal_is_the_same_in_both_families_and_none_without_an_address(machi
     assert "The target portal was removed." in machine.cli("-iscsi", port, "-portal", "-remove", "::ffff:7f00:1", PORT)
     for address in ("0.0.0.0", "::", "::ffff:0.0.0.0"):
         assert "No portal has this address." in add_portal(machine, port, address), address
+
+
+def test_the_login_of_a_portal_counts_for_its_targets(machine, port, target):
+    typed = "".join(f"{text}\n" for text in ONE_WAY)
+    machine.cli("-iscsi", port, "-portal", "-add", "127.0.0.1", PORT, "-onewaychap", typed=typed)
+    assert "1" in luns_of(machine, port, "chap") and kept_logins() == {}
+
+
+def test_a_target_is_shown_and_asked_where_it_accepted_the_login(machine, port, target):
+    """The portal that told it stops answering, so that it shows which one is asked."""
+    other = PORT + 1
+    target.do("--op", "new", "--mode", "portal", "--param", f"portal=127.0.0.1:{other}")
+    add_portal(machine, port)
+    getinfo = ["-iscsi", port, "-target", "-getinfo", NAME + "chap"]
+    assert machine.rows(*getinfo)["Portal Port Number"] == str(PORT)
+    with Tap(other) as tap:
+        assert ACCEPTED in log_in(machine, port, "chap", *ONE_WAY, number=tap.port)
+        assert machine.rows(*getinfo)["Portal Port Number"] == str(tap.port)
+        assert machine.rows(*getinfo)["Discovery"] == "SendTargets"
+        before = len(tap.taken)
+        assert "1" in luns_of(machine, port, "chap")
+        assert len(tap.taken) == before + 1
+    machine.cli("-iscsi", port, "-target", "-remove", NAME + "chap")
+    assert machine.rows(*getinfo)["Portal Port Number"] == str(PORT)
+
+
+def test_a_kept_login_that_is_not_accepted_any_more_is_named(machine, port, target):
+    assert ACCEPTED in log_in(machine, port, "chap", *ONE_WAY, known=False)
+    target.do("--op", "delete", "--mode", "account", "--user", "incoming")
+    target.add_user("incoming", "other-secret-1")
+    target.do("--op", "bind", "--mode", "account", "--tid", 2, "--user", "incoming")
+    screen = machine.cli("-iscsi", port, "-target", "-lunlist", NAME + "chap")
+    assert "The target does not accept the login that is kept of it." in screen and "-target -login" in screen
+    assert ACCEPTED in log_in(machine, port, "chap", "incoming", "other-secret-1")
+    assert "1" in luns_of(machine, port, "chap")
 
 
 def test_sessions_are_refused(machine, port):
