@@ -100,6 +100,8 @@ class Server:
         return self
 
     def __exit__(self, *_):
+        # Who waits in another thread for a connection would keep the port otherwise, and take the next one.
+        self.listening.shutdown(socket.SHUT_RDWR)
         self.listening.close()
         for taken in self.taken:
             taken.close()
