@@ -166,7 +166,7 @@ void ReadSecret(std::string_view written, const Place& place, std::string& secre
 // Members of an object by their names, each read where it is there.
 class Reader {
   public:
-    Reader(const Json& json, Place place) : json_(json), place_(std::move(place)) {
+    Reader(const Json& json, Place place) : json_(json), place_(place) {
         tavrolib::WantObject(json_, place_);
     }
 

@@ -38,18 +38,13 @@ TEST(WipedText, HoldsNothingBeyondItsSizeEither) {
     }
 }
 
-TEST(WipedLogin, LeavesNothingWhereItWasMovedFrom) {
+TEST(WipedLogin, LeavesNothingWhereSomethingElseIsAssigned) {
     for (const char* const secret : {Short, Long}) {
-        WipedLogin from = LoginWith(secret);
-        WipedLogin to = std::move(from);
-        EXPECT_EQ(to.targetSecret, secret);
-        EXPECT_TRUE(HoldsNothing(from.targetSecret)) << secret;
-        WipedLogin assigned = LoginWith("another secret, which is the longest of all of them");
-        assigned = std::move(to);
-        EXPECT_EQ(assigned.initiatorSecret, secret);
-        EXPECT_TRUE(HoldsNothing(to.initiatorSecret)) << secret;
-        assigned = LoginWith("");
-        EXPECT_TRUE(HoldsNothing(assigned.initiatorSecret)) << secret;
+        WipedLogin login = LoginWith(secret);
+        const WipedLogin nothing = LoginWith("");
+        login = nothing;
+        EXPECT_TRUE(HoldsNothing(login.targetSecret)) << secret;
+        EXPECT_TRUE(HoldsNothing(login.initiatorSecret)) << secret;
     }
 }
 
