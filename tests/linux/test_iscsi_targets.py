@@ -373,7 +373,7 @@ def test_the_login_of_a_portal_counts_for_its_targets(machine, port, target):
 
 
 def test_a_target_is_shown_and_asked_where_it_accepted_the_login(machine, port, target):
-    """The portal that told it stops answering, so that it shows which one is asked."""
+    """Another portal told it; what is in between counts who connects."""
     other = PORT + 1
     target.do("--op", "new", "--mode", "portal", "--param", f"portal=127.0.0.1:{other}")
     add_portal(machine, port)
