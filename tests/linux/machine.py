@@ -92,6 +92,10 @@ class Machine:
         subprocess.run(["ip", "-batch", "-"], input=lines, check=True, text=True)
         if names:
             self.do("ip", "link", "delete", "group", "7")
+        # Routes that lead nowhere go with no interface.
+        for family in ("-4", "-6"):
+            subprocess.run(["ip", family, "route", "flush", "table", "all", "proto", "boot"], check=False,
+                           capture_output=True)
 
     def link(self, name):
         return self.ip("link", "show", "dev", name)[0]

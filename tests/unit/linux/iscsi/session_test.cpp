@@ -66,6 +66,8 @@ TEST(IscsiSession, LooksUpNoNames) {
     EXPECT_EQ(refusal.status, static_cast<std::uint32_t>(tavrolib::Status::TargetUnreachable));
 }
 
+// With sanitizers the heap is theirs, and keeps what is freed for a while.
+#if !TAVRO_SANITIZED
 // A secret of which there is no other copy: each character comes of its place.
 constexpr std::size_t SecretSize = 48;
 char SecretCharacter(std::size_t place, int which) {
@@ -122,11 +124,7 @@ TEST(IscsiSession, LeavesNoSecretBehindWhenALoginFails) {
     login.initiatorChapName = "out";
     login.targetSecret = MadeSecret(1);
     login.initiatorSecret = MadeSecret(2);
-    if (CopiesOnTheHeap(1) == 0) {
-        Wipe(login.targetSecret);
-        Wipe(login.initiatorSecret);
-        GTEST_SKIP() << "the heap is not found in the memory of this process";
-    }
+    ASSERT_NE(CopiesOnTheHeap(1), 0U) << "the search finds what is there";
     const auto refusal = RefusalOf(PlanOfEndingSession(portal.Where()), login);
     EXPECT_EQ(refusal.status, static_cast<std::uint32_t>(tavrolib::Status::ServerSilent));
     Wipe(login.targetSecret);
@@ -134,6 +132,7 @@ TEST(IscsiSession, LeavesNoSecretBehindWhenALoginFails) {
     EXPECT_EQ(CopiesOnTheHeap(1), 0U);
     EXPECT_EQ(CopiesOnTheHeap(2), 0U);
 }
+#endif
 
 }  // namespace
 }  // namespace tavrolinux
