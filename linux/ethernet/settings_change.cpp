@@ -12,6 +12,7 @@
 #include "library/text/text.h"
 #include "linux/ethernet/settings_table.h"
 #include "linux/messages/error_texts.h"
+#include "linux/system/blocked_signals.h"
 #include "linux/system/failure.h"
 
 namespace tavrolinux {
@@ -356,6 +357,7 @@ Outcome ChangeSettings(EthernetDoor& door, const tavroapi::AdapterSettings& want
     if (Outcome outcome = PlanChanges(changes, plan); !outcome.IsDone()) {
         return outcome;
     }
+    const BlockedSignals blocked;
     Undertaking work{door, changes, before, plan.target};
     const SettingChange* notTaken = nullptr;
     try {

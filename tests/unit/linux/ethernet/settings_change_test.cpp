@@ -12,6 +12,7 @@
 #include "library/calls/status.h"
 #include "linux/system/failure.h"
 #include "unit/linux/ethernet/sample_device.h"
+#include "unit/linux/system/counted_signals.h"
 
 namespace tavrolinux {
 namespace {
@@ -232,6 +233,17 @@ TEST_F(SettingsChange, ThatTheSystemRefusesIsTakenBackInReverseOrder) {
                                         "features rx-checksum on tx-checksum-ip-generic on"));
     EXPECT_EQ(Value(4), "Rx & Tx Enabled");
     EXPECT_EQ(Value(10), "512");
+}
+
+TEST_F(SettingsChange, AreNotCutShortBySignals) {
+    const CountedSignals signals(SIGTERM);
+    Want(4, "Disabled");
+    Want(9, "9014");
+    door_.before = [](const std::string&) { raise(SIGTERM); };
+    door_.afterwards = [](EthernetDevice&) { EXPECT_EQ(CountedSignals::Seen(), 0); };
+    EXPECT_EQ(Change(), Status::Done);
+    EXPECT_EQ(door_.done.size(), 2U);
+    EXPECT_GT(CountedSignals::Seen(), 0);
 }
 
 TEST_F(SettingsChange, WithoutTheRightDoNothing) {

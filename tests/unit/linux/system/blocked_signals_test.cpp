@@ -2,29 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include "unit/linux/system/counted_signals.h"
+
 namespace tavrolinux {
 namespace {
 
-volatile sig_atomic_t signalsSeen = 0;
-
-void CountSignal(int /*signal*/) {
-    signalsSeen = signalsSeen + 1;
-}
-
 TEST(BlockedSignals, ActWhenTheBlockIsGone) {
-    struct sigaction counting {};
-    struct sigaction former {};
-    counting.sa_handler = &CountSignal;
-    ASSERT_EQ(sigaction(SIGHUP, &counting, &former), 0);
+    const CountedSignals signals(SIGHUP);
     {
         const BlockedSignals blocked;
         raise(SIGHUP);
-        EXPECT_EQ(signalsSeen, 0);
+        EXPECT_EQ(CountedSignals::Seen(), 0);
     }
-    EXPECT_EQ(signalsSeen, 1);
+    EXPECT_EQ(CountedSignals::Seen(), 1);
     raise(SIGHUP);
-    EXPECT_EQ(signalsSeen, 2) << "the mask is what it was";
-    sigaction(SIGHUP, &former, nullptr);
+    EXPECT_EQ(CountedSignals::Seen(), 2) << "the mask is what it was";
 }
 
 }  // namespace
