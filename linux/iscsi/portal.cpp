@@ -5,12 +5,19 @@
 #include <charconv>
 #include <system_error>
 
-#include "linux/netlink/addresses.h"
-
 namespace tavrolinux {
 namespace {
 
-// An address of IPv4, in whichever of the two families it is written.
+// The number of a group as targets tell it; empty where it is none.
+std::string GroupFrom(std::string_view text) {
+    std::uint16_t group = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, group);
+    return error == std::errc() && stop == end ? std::to_string(group) : std::string();
+}
+
+}  // namespace
+
 std::optional<IpAddress> PlainAddressFrom(std::string_view text) {
     constexpr std::array<std::uint8_t, 12> Mapped{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF};
     auto address = IpAddressFrom(text);
@@ -23,16 +30,6 @@ std::optional<IpAddress> PlainAddressFrom(std::string_view text) {
     }
     return address;
 }
-
-// The number of a group as targets tell it; empty where it is none.
-std::string GroupFrom(std::string_view text) {
-    std::uint16_t group = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, group);
-    return error == std::errc() && stop == end ? std::to_string(group) : std::string();
-}
-
-}  // namespace
 
 bool IsNoPlace(std::string_view address) {
     const auto plain = PlainAddressFrom(address);

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "linux/netlink/addresses.h"
+
 namespace tavrolinux {
 
 inline constexpr std::uint16_t UsualPort = 3260;
@@ -14,6 +16,10 @@ struct Portal {
     std::string address;
     std::uint16_t port = UsualPort;
 };
+
+// The address that the text writes; one of IPv4 in whichever of the two families it is written.
+// Nothing for every other text.
+std::optional<IpAddress> PlainAddressFrom(std::string_view text);
 
 // Whether the address is one that stands for none: "0.0.0.0", "::".
 bool IsNoPlace(std::string_view address);

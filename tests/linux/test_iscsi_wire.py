@@ -1,5 +1,7 @@
 """What the initiator makes of servers that are no targets, and through which interface it goes."""
 
+import contextlib
+import pathlib
 import time
 
 import pytest
@@ -78,6 +80,18 @@ def test_a_port_number_that_is_none_is_refused(machine, port, number):
     assert "The port number is not usable." in add_portal(machine, port, number)
 
 
+@contextlib.contextmanager
+def any_address_is_bound():
+    switches = [pathlib.Path(f"/proc/sys/net/{family}/ip_nonlocal_bind") for family in ("ipv4", "ipv6")]
+    for switch in switches:
+        switch.write_text("1", encoding="ascii")
+    try:
+        yield
+    finally:
+        for switch in switches:
+            switch.write_text("0", encoding="ascii")
+
+
 def test_connections_and_pings_leave_through_the_ports_own_interface(machine, port, tmp_path):
     """The target stands in a network of its own behind one of two interfaces, and the other one has no link."""
     machine.do("ip", "netns", "add", "peer")
@@ -102,6 +116,14 @@ def test_connections_and_pings_leave_through_the_ports_own_interface(machine, po
             assert (told["Packets Sent"], told["Packets Received"], told["Packets Lost"]) == ("5", "5", "0%")
             told = machine.rows("-iscsi", other, "-ping", address)
             assert (told["Packets Sent"], told["Packets Received"], told["Packets Lost"]) == ("5", "0", "100%")
+
+        # Every socket may have every address then, which makes none of them the host's own.
+        with any_address_is_bound():
+            assert "No service takes connections at this portal." in add_portal(machine, other, PORT, "192.0.2.2")
+            for address in ("192.0.2.2", "2001:db8::2"):
+                assert machine.rows("-iscsi", other, "-ping", address)["Packets Received"] == "0"
+            for address in ("127.0.0.2", "192.0.2.1", "2001:db8::1"):
+                assert machine.rows("-iscsi", other, "-ping", address)["Packets Received"] == "5", "of the host itself"
     finally:
         machine.stop_all()
         # The interfaces of a network go some time after it, and would be in the way of their removal here.
