@@ -13,6 +13,7 @@
 #include "linux/iscsi/login.h"
 #include "linux/iscsi/rows.h"
 #include "linux/system/access.h"
+#include "linux/system/blocked_signals.h"
 #include "linux/system/failure.h"
 
 namespace tavrolinux {
@@ -31,52 +32,55 @@ Outcome ReadInitiator(const Site& site, InitiatorRecord& initiator) {
     return Done();
 }
 
-// The file of the initiator's name while it changes: it is put back as it was, unless the change is
-// kept.
+// The file of the initiator's name while it changes: it can be put back as it was. From its first
+// change until this goes, no signal cuts short what belongs to it.
 class NameFileChange {
   public:
-    explicit NameFileChange(std::filesystem::path file) : file_(std::move(file)) {}
+    explicit NameFileChange(std::filesystem::path file) : named_(std::move(file)) {}
 
     // Puts the name into the file, which is made where it is missing. Throws SystemFailure where
     // this process may not, and FileError.
     void Write(const std::string& name) {
-        const std::filesystem::path folder = file_.parent_path();
+        blocked_.emplace();
+        const std::filesystem::path folder = named_.parent_path();
         std::error_code error;
-        std::filesystem::create_directories(folder, error);
+        if (std::filesystem::create_directories(folder, error)) {
+            madeFolder_ = folder;
+        }
         if (error) {
             throw SystemFailure(error.value(), "making " + folder.string(), FileRight);
         }
         WantAccess(folder, W_OK | X_OK, "writing into");
-        WantAccess(file_, R_OK | W_OK, "changing");
-        old_ = platform::ReadWholeFile(file_);
-        Replace(WithInitiatorName(old_.value_or(std::string()), name));
-        isWritten_ = true;
+        WantAccess(named_, R_OK | W_OK, "changing");
+        old_ = platform::ReadWholeFile(named_);
+        const std::filesystem::path file = platform::WithoutLinks(named_);
+        platform::ReplaceContent(file, WithInitiatorName(old_.value_or(std::string()), name));
+        written_ = file;
     }
 
     // Throws FileError.
     void TakeBack() {
-        if (!isWritten_) {
-            return;
-        }
-        if (old_) {
-            Replace(*old_);
+        if (old_ && !written_.empty()) {
+            platform::ReplaceContent(written_, *old_);
         } else {
-            std::error_code error;
-            std::filesystem::remove(file_, error);
-            if (error) {
-                throw platform::FileError(WideFromUtf8(file_.string() + ": " + error.message()));
-            }
+            Remove(written_);
         }
+        Remove(madeFolder_);
     }
 
   private:
-    void Replace(const std::string& content) const {
-        platform::ReplaceContent(platform::WithoutLinks(file_), content);
+    static void Remove(const std::filesystem::path& path) {
+        std::error_code error;
+        if (!path.empty() && !std::filesystem::remove(path, error) && error) {
+            throw platform::FileError(WideFromUtf8(path.string() + ": " + error.message()));
+        }
     }
 
-    std::filesystem::path file_;
+    std::optional<BlockedSignals> blocked_;
+    std::filesystem::path named_;       // a link to the file, or the file itself
+    std::filesystem::path written_;     // the file; empty before it has changed
+    std::filesystem::path madeFolder_;  // empty where it was there
     std::optional<std::string> old_;
-    bool isWritten_ = false;
 };
 
 void WriteName(NameFileChange& file, const std::string& name) {

@@ -1,9 +1,12 @@
 """The initiator's name, what an iSCSI port tells of itself, and its ping."""
 
+import json
 import pathlib
+import signal
 import stat
+import subprocess
 
-from machine import NOBODY
+from machine import NOBODY, TIME_LIMIT
 
 FILE = pathlib.Path("/etc/iscsi/initiatorname.iscsi")
 NAME = "iqn.2020-01.com.example:host"
@@ -39,6 +42,20 @@ def test_without_the_right_the_capability_is_named_and_nothing_done(machine):
     for command in (["-setinitiator", NAME + "2"], ["-getinitiator"]):
         assert "CAP_DAC_OVERRIDE" in machine.cli("-iscsi", *command, user=NOBODY), command
     assert FILE.read_bytes() == before
+
+
+def test_a_signal_leaves_no_half_of_a_change(machine):
+    """It comes when the file of the name has changed and the options have not."""
+    machine.cli("-iscsi", "-setinitiator", NAME)
+    command = ["strace", "-f", "-o", "/dev/null", "-e", "trace=rename,renameat,renameat2",
+               "-e", "inject=rename,renameat,renameat2:signal=SIGTERM:when=1",
+               machine.programs / "tavrocli", "-iscsi", "-setinitiator", NAME + "2", "-onewaychap"]
+    result = subprocess.run(command, cwd=machine.folder, env=machine.environment | {"ASAN_OPTIONS": "detect_leaks=0"},
+                            input=b"incoming\nfirst-secret-1\n", capture_output=True, timeout=TIME_LIMIT, check=False)
+    assert result.returncode == -signal.SIGTERM
+    assert name_told(machine) == NAME + "2"
+    kept = json.loads(pathlib.Path("/var/lib/tavrocli/state.json").read_text())["initiatorLogin"]
+    assert (kept["authentication"], kept["targetChapName"]) == ("One-way CHAP", "incoming")
 
 
 def test_the_port_tells_what_ip_tells(machine):

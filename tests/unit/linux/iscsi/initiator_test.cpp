@@ -144,6 +144,24 @@ TEST_F(InitiatorOnFiles, KeepsItsNameWhenItsOptionsCannotBeStored) {
     EXPECT_EQ(Content(NameFile), "missing");
 }
 
+TEST_F(InitiatorOnFiles, LeavesNothingBehindOfAFileThatWasNotThere) {
+    {
+        const ShortFiles full(64);
+        EXPECT_THROW(Set({"iqn.example:a", {}}), StateFailure);
+    }
+    EXPECT_FALSE(std::filesystem::exists(tree_.Placed("etc/iscsi")));
+    // What the link led to was made, not the link.
+    tree_.Link(NameFile, "../name");
+    {
+        const ShortFiles full(64);
+        EXPECT_THROW(Set({"iqn.example:a", {}}), StateFailure);
+    }
+    EXPECT_TRUE(std::filesystem::is_symlink(tree_.Placed(NameFile)));
+    EXPECT_EQ(Content("etc/name"), "missing");
+    EXPECT_TRUE(Set({"iqn.example:a", {}}).IsDone());
+    EXPECT_EQ(Content("etc/name"), "InitiatorName=iqn.example:a\n");
+}
+
 TEST_F(InitiatorOnFiles, HasNothingStoredWhenItsFileCannotBeWritten) {
     tree_.Directory(NameFile);
     EXPECT_EQ(Set({"iqn.example:a", {}}).status, static_cast<std::uint32_t>(Status::SystemRefused));
