@@ -18,6 +18,7 @@ namespace tavrolinux {
 namespace {
 
 namespace iscsi_lun = tavroapi::iscsi_lun;
+using tavroapi::LoginOptions;
 using tavroapi::LunRecord;
 
 // A target with many units that each take their time is not waited for without end.
@@ -93,12 +94,11 @@ std::optional<LunRecord> ReadLun(Session& session, std::uint16_t lun) {
     return record;
 }
 
-void ReadLuns(const Place& at, const State& state, const KnownTarget& target,
+void ReadLuns(const Place& at, const KnownTarget& target, const LoginOptions& login,
               std::list<LunRecord>& luns) {
-    const EffectiveLogin login(*target.login, state.initiatorLogin);
     SessionPlan plan = PlanFor(at, target.at.portal, target.name);
     plan.end = std::chrono::steady_clock::now() + LunListLimit;
-    Session session(plan, login.Options());
+    Session session(plan, login);
     for (const std::uint16_t lun : ReadLunList(session, target.at.portal)) {
         if (auto record = ReadLun(session, lun)) {
             luns.push_back(std::move(*record));
@@ -109,20 +109,25 @@ void ReadLuns(const Place& at, const State& state, const KnownTarget& target,
 
 }  // namespace
 
-// A target that has accepted a login is asked with it. Any other one is looked for at the portals,
-// and asked with the login of the portal that tells it.
+// A target that has accepted a login is asked with it, as it was. Any other one is looked for at
+// the portals, and asked with the login of the portal that tells it.
 Outcome ListLuns(const Place& at, const std::string& text, std::list<LunRecord>& luns) {
     luns.clear();
     return WithRefusals([&] {
         const std::string name = TargetNameOf(text);
         const State state = at.state.Read();
         const KeptLogin* const kept = FindKeptLogin(state, at, name);
-        try {
-            ReadLuns(at, state, kept != nullptr ? AcceptedBy(*kept) : FindTarget(at, state, name),
+        if (kept == nullptr) {
+            const KnownTarget target = FindTarget(at, state, name);
+            ReadLuns(at, target, EffectiveLogin(*target.login, state.initiatorLogin).Options(),
                      luns);
+            return Done();
+        }
+        try {
+            ReadLuns(at, AcceptedBy(*kept), kept->login, luns);
         } catch (const IscsiFailure& failure) {
             const Outcome& refusal = failure.Refusal();
-            if (kept == nullptr || !refusal.error ||
+            if (!refusal.error ||
                 refusal.status != static_cast<std::uint32_t>(Status::LoginRefused)) {
                 throw;
             }

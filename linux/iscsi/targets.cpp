@@ -55,9 +55,8 @@ Outcome LogInToTarget(const Place& at, const tavroapi::TargetLoginRecord& record
         const Portal portal = PortalOf(record.portalAddress, record.portalPort);
         WantUsable(record.login);
         at.state.WantRightToChange();
+        const EffectiveLogin login(record.login, at.state.Read().initiatorLogin);
         {
-            const State state = at.state.Read();
-            const EffectiveLogin login(record.login, state.initiatorLogin);
             Session session(PlanFor(at, portal, name), login.Options());
             End(session);
         }
@@ -69,8 +68,7 @@ Outcome LogInToTarget(const Place& at, const tavroapi::TargetLoginRecord& record
             }
             kept->address = portal.address;
             kept->port = portal.port;
-            kept->login = record.login;
-            Complete(kept->login);
+            kept->login = login.Options();
         });
         return Refused(
             Status::NoSessionKept,

@@ -187,6 +187,16 @@ def test_the_initiators_own_login_counts_where_none_is_given(machine, port, targ
     assert "1" in luns_of(machine, port, "chap")
 
 
+def test_an_accepted_login_stays_as_it_was_when_the_initiators_own_changes(machine, port, target):
+    assert ACCEPTED in log_in(machine, port, "open", known=False)
+    typed = "".join(f"{text}\n" for text in ONE_WAY)
+    machine.cli("-iscsi", "-setinitiator", INITIATOR, "-onewaychap", typed=typed)
+    assert ACCEPTED in log_in(machine, port, "chap", known=False)
+    assert "1" in luns_of(machine, port, "open"), "it lets nobody in with CHAP"
+    machine.cli("-iscsi", "-setinitiator", INITIATOR)
+    assert "1" in luns_of(machine, port, "chap"), "it lets nobody in without"
+
+
 def test_a_wish_for_digests_is_told_to_the_target(machine, port, target):
     with Tap() as tap:
         login = ["-iscsi", port, "-target", "-login", NAME + "open", "127.0.0.1", tap.port]
