@@ -9,6 +9,7 @@
 #include "linux/ethernet/baselines.h"
 #include "linux/serve/operation.h"
 #include "linux/system/failure.h"
+#include "linux/system/network.h"
 
 namespace tavrolinux {
 namespace {
@@ -150,9 +151,9 @@ CountedPort ReadCounters(Socket& route, const Place& at) {
 
 // Once the counters have passed it again, nobody could tell that it is not theirs. But the counters
 // are known, whether it can be dropped or not.
-void TryToDropBaseline(const StateStore& store, std::int32_t interfaceIndex) {
+void TryToDropBaseline(const StateStore& store, const InterfaceNumber& number) {
     try {
-        store.Change([interfaceIndex](State& state) { DropBaseline(state, interfaceIndex); });
+        store.Change([&number](State& state) { DropBaseline(state, number); });
     } catch (const SystemFailure&) {
         return;
     } catch (const StateFailure&) {
@@ -160,10 +161,18 @@ void TryToDropBaseline(const StateStore& store, std::int32_t interfaceIndex) {
     }
 }
 
+InterfaceNumber NumberOfPresent(const Place& at) {
+    return {at.interface.index, NetworkOfThisProcess(at.machine.SystemRoots())};
+}
+
 // Nothing where there is no such interface.
-std::optional<std::string> NameOfPresent(Socket& route, std::int32_t interfaceIndex) {
+std::optional<std::string> NameOfPresent(Socket& route, const Baseline& baseline,
+                                         std::uint32_t network) {
+    if (baseline.number.network != network) {
+        return std::nullopt;
+    }
     try {
-        return ReadLink(route, interfaceIndex).name;
+        return ReadLink(route, baseline.number.index).name;
     } catch (const SystemFailure& failure) {
         if (!failure.IsGone()) {
             throw;
@@ -177,11 +186,16 @@ Outcome ReadStatistics(const Place& at, tavroapi::StatisticsFlag /*flag*/,
     const State state = at.state.Read();
     Socket route(NETLINK_ROUTE);
     const CountedPort port = ReadCounters(route, at);
-    const Baseline* const baseline = FindBaseline(state, port.link.index);
-    const auto since =
-        baseline != nullptr ? CountedSince(baseline->counters, port.counters) : port.counters;
+    const InterfaceNumber number = NumberOfPresent(at);
+    const Baseline* const baseline = FindBaseline(state, number);
+    std::optional<NamedCounters> since = port.counters;
+    if (baseline != nullptr) {
+        since = baseline->address == at.interface.key
+                    ? CountedSince(baseline->counters, port.counters)
+                    : std::nullopt;
+    }
     if (!since) {
-        TryToDropBaseline(at.state, port.link.index);
+        TryToDropBaseline(at.state, number);
     }
     TellCounters(since.value_or(port.counters), record);
     return Done();
@@ -194,8 +208,11 @@ Outcome ResetStatistics(const Place& at, tavroapi::StatisticsFlag /*flag*/,
     at.state.Change([&](State& state) {
         const CountedPort port = ReadCounters(route, at);
         counters = port.counters;
-        KeepBaseline(state, port.link.name, {port.link.index, counters},
-                     [&route](std::int32_t index) { return NameOfPresent(route, index); });
+        const InterfaceNumber number = NumberOfPresent(at);
+        KeepBaseline(state, port.link.name, {number, at.interface.key, counters},
+                     [&](const Baseline& baseline) {
+                         return NameOfPresent(route, baseline, number.network);
+                     });
     });
     for (auto& [name, count] : counters) {
         count = 0;

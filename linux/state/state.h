@@ -24,9 +24,18 @@ class StateFailure {
     std::wstring text_;
 };
 
+// The number of an interface, and the kernel's number of the network (namespace) that it has it in.
+struct InterfaceNumber {
+    std::int32_t index = 0;
+    std::uint32_t network = 0;
+
+    bool operator==(const InterfaceNumber&) const = default;
+};
+
 // Where the counters of an interface stood when they were reset.
 struct Baseline {
-    std::int32_t interfaceIndex = 0;
+    InterfaceNumber number;
+    std::string address;  // that the interface is called by: another can get the number after it
     std::map<std::string, std::uint64_t> counters;  // by their names
 };
 
@@ -37,7 +46,7 @@ struct KeptPortal {
     WipedLogin login;
 };
 
-// A login that a target accepted.
+// A login that a target accepted, with all that it took: nothing of the initiator's own is added.
 struct KeptLogin {
     std::string target;
     std::string address;

@@ -62,7 +62,9 @@ Json JsonOfPlace(const Kept& kept, SecretsOfState& secrets) {
 Json JsonOf(const InterfaceState& state, SecretsOfState& secrets) {
     Json json = Json::object();
     for (const auto& [family, baseline] : state.baselines) {
-        json["baselines"][family] = {{"interfaceIndex", baseline.interfaceIndex},
+        json["baselines"][family] = {{"interfaceIndex", baseline.number.index},
+                                     {"network", baseline.number.network},
+                                     {"address", baseline.address},
                                      {"counters", baseline.counters}};
     }
     for (const KeptPortal& portal : state.portals) {
@@ -277,7 +279,9 @@ Kept PlaceFrom(const Reader& reader, WrittenSecrets secrets) {
 InterfaceState InterfaceFrom(const Reader& reader, WrittenSecrets secrets) {
     InterfaceState state;
     reader.EachMember("baselines", [&state](const std::string& family, const Reader& baseline) {
-        state.baselines[family] = {baseline.NumberOf<std::int32_t>("interfaceIndex"),
+        state.baselines[family] = {{baseline.NumberOf<std::int32_t>("interfaceIndex"),
+                                    baseline.NumberOf<std::uint32_t>("network")},
+                                   baseline.Text("address"),
                                    baseline.Inner("counters").Counters()};
     });
     reader.EachElement("portals", [&](const Reader& portal) {

@@ -1,10 +1,13 @@
 """Ethernet ports, their counters and settings: told as the kernel's tools tell them, and changed so that these see it."""
 
+import fcntl
 import json
 import os
 import pathlib
 import re
 import subprocess
+import sys
+import threading
 import time
 
 import pytest
@@ -12,7 +15,7 @@ import pytest
 from ethernet import (
     channels, change, driver, features, folder_of, opened_tap, send_frames, settings, silence,
 )
-from machine import NOBODY, rows_of
+from machine import NOBODY, TIME_LIMIT, rows_of
 
 STATE = pathlib.Path("/var/lib/tavrocli/state.json")
 TAP = "not run here: needs /dev/net/tun"
@@ -138,24 +141,63 @@ def test_a_reset_counts_from_there(machine):
     assert STATE.parent.stat().st_mode & 0o777 == 0o700
 
 
+def keeps_baseline(name):
+    kept = json.loads(STATE.read_text()).get("interfaces", {}).get(name, {})
+    return "ethernet" in kept.get("baselines", {})
+
+
 def test_a_baseline_ends_with_its_interface(machine):
     mac = quiet_pair(machine, "index", "4711")
     send_frames("va", 9, 200)
     machine.cli("-ethernet", mac, "-resetstat")
     machine.do("ip", "link", "delete", "va")
     # Another interface of that name.
-    mac = quiet_pair(machine, "index", "4712")
+    other = quiet_pair(machine, "index", "4712")
     send_frames("va", 2, 100)
-    assert counters(machine, mac)["Frames"] == ("2", "0")
+    assert counters(machine, other)["Frames"] == ("2", "0")
     machine.do("ip", "link", "delete", "va")
-    # One that even has the number: its counters stand below.
-    mac = quiet_pair(machine, "index", "4711")
+    # One that even has number and address: its counters stand below.
+    mac = quiet_pair(machine, "index", "4711", "address", mac.replace("-", ":"))
     send_frames("va", 4, 100)
     assert counters(machine, mac)["Frames"] == ("4", "0")
     send_frames("va", 20, 100)
     assert counters(machine, mac)["Frames"] == ("24", "0")
-    kept = json.loads(STATE.read_text()).get("interfaces", {}).get("va", {})
-    assert "ethernet" not in kept.get("baselines", {})
+    assert not keeps_baseline("va")
+
+
+def test_a_baseline_is_none_of_another_interface_that_counts_more(machine):
+    mac = quiet_pair(machine, "index", "4711")
+    send_frames("va", 9, 200)
+    machine.cli("-ethernet", mac, "-resetstat")
+    machine.do("ip", "link", "delete", "va")
+    mac = quiet_pair(machine, "index", "4711")
+    send_frames("va", 30, 100)
+    assert counters(machine, mac)["Frames"] == ("30", "0")
+    assert not keeps_baseline("va")
+
+
+def test_a_baseline_is_none_of_another_network(machine):
+    """Its interface has name, number and address of the one here."""
+    mac = quiet_pair(machine, "index", "4711")
+    send_frames("va", 9, 200)
+    machine.cli("-ethernet", mac, "-resetstat")
+    steps = """
+        mount -t sysfs sysfs /sys
+        ip link add va index 4711 address "$1" type veth peer name vb
+        for name in va vb; do
+            echo 1 >"/proc/sys/net/ipv6/conf/$name/disable_ipv6"
+            ip link set "$name" up
+        done
+        "$2" -c 'from ethernet import send_frames; send_frames("va", 30, 100)'
+        exec "$3" -ethernet "$1" -portstat
+    """
+    told = subprocess.run(
+        ["unshare", "--net", "--mount", "bash", "-euc", steps, "steps", mac.replace("-", ":"), sys.executable,
+         machine.programs / "tavrocli"],
+        cwd=machine.folder, env=machine.environment | {"PYTHONPATH": str(pathlib.Path(__file__).parent)}, capture_output=True,
+        text=True, timeout=TIME_LIMIT, check=True).stdout
+    assert dict(rows_of(told))["Frames"].split() == ["30", "0"]
+    assert counters(machine, mac)["Frames"] == ("0", "0")
 
 
 def test_a_baseline_stays_with_its_interface_when_that_is_renamed(machine):
@@ -179,7 +221,7 @@ def test_a_baseline_that_cannot_be_dropped_is_passed_over(machine):
     send_frames("va", 9, 200)
     machine.cli("-ethernet", mac, "-resetstat")
     machine.do("ip", "link", "delete", "va")
-    mac = quiet_pair(machine, "index", "4711")
+    mac = quiet_pair(machine, "index", "4711", "address", mac.replace("-", ":"))
     send_frames("va", 4, 100)
     machine.do("mount", "-o", "remount,ro", "/var/lib")
     try:

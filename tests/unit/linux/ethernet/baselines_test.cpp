@@ -8,21 +8,25 @@
 namespace tavrolinux {
 namespace {
 
+constexpr std::uint32_t Network = 7;
+
 // The present names of interfaces by their numbers.
 NameOfInterface NamesOf(const std::map<std::int32_t, std::string>& names) {
-    return [names](std::int32_t index) {
-        const auto found = names.find(index);
+    return [names](const Baseline& baseline) {
+        const auto found = names.find(baseline.number.index);
         return found == names.end() ? std::nullopt : std::optional(found->second);
     };
 }
 
 void Keep(State& state, const std::map<std::int32_t, std::string>& names, std::int32_t index,
           std::uint64_t count) {
-    KeepBaseline(state, names.at(index), {index, {{"counter", count}}}, NamesOf(names));
+    KeepBaseline(state, names.at(index), {{index, Network}, "", {{"counter", count}}},
+                 NamesOf(names));
 }
 
-std::optional<std::uint64_t> CountOf(const State& state, std::int32_t index) {
-    const Baseline* const baseline = FindBaseline(state, index);
+std::optional<std::uint64_t> CountOf(const State& state, std::int32_t index,
+                                     std::uint32_t network = Network) {
+    const Baseline* const baseline = FindBaseline(state, {index, network});
     return baseline != nullptr ? std::optional(baseline->counters.at("counter")) : std::nullopt;
 }
 
@@ -39,7 +43,7 @@ TEST(Baseline, IsDroppedUnderTheNameOfThen) {
     State state;
     Keep(state, {{2, "eth0"}}, 2, 20);
     Keep(state, {{3, "eth1"}}, 3, 30);
-    DropBaseline(state, 2);
+    DropBaseline(state, {2, Network});
     EXPECT_EQ(CountOf(state, 2), std::nullopt);
     EXPECT_EQ(CountOf(state, 3), 30U);
 }
@@ -63,6 +67,14 @@ TEST(Baseline, MovesThroughAllInterfacesThatHaveSwappedTheirNames) {
     EXPECT_EQ(CountOf(state, 2), 21U);
     EXPECT_EQ(CountOf(state, 3), 30U);
     EXPECT_EQ(CountOf(state, 4), 40U);
+}
+
+TEST(Baseline, BelongsToTheInterfaceOfItsNetworkAlone) {
+    State state;
+    Keep(state, {{2, "eth0"}}, 2, 20);
+    EXPECT_EQ(CountOf(state, 2, Network + 1), std::nullopt);
+    DropBaseline(state, {2, Network + 1});
+    EXPECT_EQ(CountOf(state, 2), 20U);
 }
 
 TEST(Baseline, GoesWithItsInterfaceWhenAnotherHasItsName) {

@@ -23,7 +23,8 @@ constexpr const char* Secret = "a secret of sixteen";
 void Fill(State& state) {
     state.initiatorLogin.initiatorSecret = Secret;
     InterfaceState& port = state.interfaces["eth0"];
-    port.baselines["ethernet"] = {2, {{"rx_packets", 7}, {"tx_packets", 9}}};
+    port.baselines["ethernet"] = {
+        {2, 4026531840}, "02-00-5E-00-00-01", {{"rx_packets", 7}, {"tx_packets", 9}}};
     port.portals.push_back({"192.0.2.1", 3260, {}});
     port.portals.back().login.targetSecret = Secret;
     port.logins.push_back({"iqn.2004-10.com.example:\xe9", "2001:db8::1", 65535, {}});
@@ -75,7 +76,8 @@ TEST_F(KeptState, IsReadAsItWasStored) {
     const State state = StateStore(tree.Roots()).Read();
     ExpectFilled(state);
     const Baseline& baseline = state.interfaces.at("eth0").baselines.at("ethernet");
-    EXPECT_EQ(baseline.interfaceIndex, 2);
+    EXPECT_EQ(baseline.number, (InterfaceNumber{2, 4026531840}));
+    EXPECT_EQ(baseline.address, "02-00-5E-00-00-01");
     EXPECT_EQ(baseline.counters,
               (std::map<std::string, std::uint64_t>{{"rx_packets", 7}, {"tx_packets", 9}}));
 }
@@ -168,7 +170,8 @@ TEST_F(KeptState, IsRefusedWhenItIsDamagedAndNothingOfItIsTold) {
 
 TEST_F(KeptState, KeepsCountersAndNamesOfEveryKind) {
     store.Change([](State& state) {
-        state.interfaces["odd\xff"].baselines["ethernet"] = {1, {{"rx", 0xffffffffffffffff}}};
+        state.interfaces["odd\xff"].baselines["ethernet"] = {
+            {1, 1}, "", {{"rx", 0xffffffffffffffff}}};
     });
     const State state = store.Read();
     ASSERT_TRUE(state.interfaces.contains("odd\xff"));
