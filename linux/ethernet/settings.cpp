@@ -4,6 +4,7 @@
 
 #include "linux/ethernet/settings_change.h"
 #include "linux/serve/operation.h"
+#include "linux/system/turn.h"
 
 namespace tavrolinux {
 namespace {
@@ -52,6 +53,7 @@ Outcome ReadSettings(const Place& at, AdapterSettings& settings) {
 }
 
 Outcome WriteSettings(const Place& at, const AdapterSettings& wanted) {
+    const auto turn = TakeTurn(at.machine.SystemRoots());
     KernelDoor door(at);
     return ChangeSettings(door, wanted);
 }

@@ -28,8 +28,8 @@
 //     };
 // clang-format on
 //
-// A function may throw SystemFailure; the provider makes a refusal of it. A row whose function does
-// not fit the operation's records does not compile.
+// A function may throw SystemFailure and FileError; the provider makes a refusal of it. A row whose
+// function does not fit the operation's records does not compile.
 namespace tavrolinux {
 
 using tavrolib::Done;

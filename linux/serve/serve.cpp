@@ -3,9 +3,9 @@
 #include <string>
 #include <system_error>
 
-#include "linux/system/rights.h"
-
+#include "library/platform/file.h"
 #include "linux/serve/inventory.h"
+#include "linux/system/rights.h"
 
 namespace tavrolinux {
 namespace {
@@ -63,6 +63,9 @@ Outcome ServeCall(const Site& site, const Call& call) {
             Status::StateUnusable, L"The library's own state cannot be used.",
             L"See that the file can be read and written by root, or move it away to start anew.",
             failure.Text());
+    } catch (const tavrolib::platform::FileError& failure) {
+        return Refused(Status::SystemRefused, L"The system did not do that.",
+                       L"See the details for the system's reason.", failure.Text());
     }
 }
 

@@ -9,9 +9,9 @@
 #include "linux/serve/operation.h"
 #include "linux/system/attribute.h"
 #include "linux/system/blocked_signals.h"
+#include "linux/system/turn.h"
 #include "linux/tcpip/network_manager.h"
 #include "linux/tcpip/static_settings.h"
-#include "linux/tcpip/turn.h"
 #include "tavroapi/tcpip_records.h"
 
 namespace tavrolinux {
@@ -61,19 +61,14 @@ std::optional<Outcome> RefusePart(Socket& route, const Link& link) {
 }
 
 Outcome Change(const Place& at, const StaticSettings& wanted) {
-    try {
-        const auto turn = TakeTurn(at.machine.SystemRoots());
-        Socket route(NETLINK_ROUTE);
-        const Link link = ReadLink(route, at.interface.index);
-        if (auto refusal = RefusePart(route, link)) {
-            return *refusal;
-        }
-        const BlockedSignals blocked;
-        return ApplyStaticSettings(route, link, wanted);
-    } catch (const tavrolib::platform::FileError& error) {
-        return Refused(Status::SystemRefused, L"The system did not do that.",
-                       L"See the details for the system's reason.", error.Text());
+    const auto turn = TakeTurn(at.machine.SystemRoots());
+    Socket route(NETLINK_ROUTE);
+    const Link link = ReadLink(route, at.interface.index);
+    if (auto refusal = RefusePart(route, link)) {
+        return *refusal;
     }
+    const BlockedSignals blocked;
+    return ApplyStaticSettings(route, link, wanted);
 }
 
 Outcome RefusePrefix(bool isIPv4, const std::string& text) {

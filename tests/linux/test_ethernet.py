@@ -355,6 +355,21 @@ def test_who_may_not_change_settings_changes_nothing(machine):
     assert (features(machine, "va"), machine.link("va")["mtu"]) == before
 
 
+def test_a_change_of_settings_waits_for_its_turn(machine):
+    """So that two at once are one after the other."""
+    mac = machine.add_pair()
+    lock = pathlib.Path("/run/tavrocli/change.lock")
+    lock.parent.mkdir(mode=0o700)
+    with lock.open("w") as held:
+        fcntl.flock(held, fcntl.LOCK_EX)
+        waiting = threading.Thread(target=change, args=(machine, mac), kwargs={"jumbo": "9014"})
+        waiting.start()
+        time.sleep(1)
+        assert waiting.is_alive() and machine.link("va")["mtu"] == 1500
+    waiting.join(TIME_LIMIT)
+    assert machine.link("va")["mtu"] == 9000
+
+
 def test_an_interface_that_goes_during_the_dialogue_is_told_to_be_gone(machine):
     mac = machine.add_pair()
     dialogue = machine.start(

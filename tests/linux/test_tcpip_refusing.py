@@ -136,7 +136,7 @@ def test_a_signal_acts_when_the_change_is_done_or_taken_back(machine):
 def test_two_changes_take_turns(machine):
     mac = machine.add_pair()
     set_ipv4(machine, mac, "192.0.2.10", "255.255.255.0", "0.0.0.0")
-    lock = pathlib.Path("/run/tavrocli/tcpip.lock")
+    lock = pathlib.Path("/run/tavrocli/change.lock")
     assert lock.stat().st_mode & 0o777 == 0o600 and lock.parent.stat().st_mode & 0o777 == 0o700
     with lock.open("r+") as held:
         fcntl.flock(held, fcntl.LOCK_EX)
@@ -146,4 +146,4 @@ def test_two_changes_take_turns(machine):
         assert machine.global_addresses("va", "-4") == [("192.0.2.10", 24)]
     second.join(TIME_LIMIT)
     assert machine.global_addresses("va", "-4") == [("192.0.2.20", 24)]
-    assert os.listdir("/run/tavrocli") == ["tcpip.lock"]
+    assert os.listdir("/run/tavrocli") == ["change.lock"]

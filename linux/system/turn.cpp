@@ -1,4 +1,4 @@
-#include "linux/tcpip/turn.h"
+#include "linux/system/turn.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -19,7 +19,7 @@ std::unique_ptr<platform::FileLock> TakeTurn(const Roots& roots) {
         return nullptr;
     }
     platform::MakeFolder(folder);
-    return std::make_unique<platform::FileLock>(folder / "tcpip.lock", Patience);
+    return std::make_unique<platform::FileLock>(folder / "change.lock", Patience);
 }
 
 }  // namespace tavrolinux
