@@ -204,6 +204,8 @@ void Session::Connection::Throw(LoginFault fault, const std::string& step) const
             throw IscsiFailure(TargetNotProven(portal_, target_));
         case LoginFault::OtherAlgorithm:
             throw IscsiFailure(UnknownAlgorithm(portal_, target_));
+        case LoginFault::InPieces:
+            throw IscsiFailure(LoginInPieces(portal_, target_));
         case LoginFault::NoHeaderDigest:
             throw IscsiFailure(HeaderDigestRefused(portal_, target_));
         case LoginFault::None:
@@ -320,8 +322,7 @@ bool Session::Connection::Take(const std::string& step) {
             TakeLoginAnswer(step);
             return true;
         case Opcode::TextResponse:
-            TakeText(step);
-            return true;
+            return TakeText(step);
         case Opcode::DataIn:
             TakeData(step);
             return true;
@@ -347,16 +348,26 @@ void Session::Connection::TakeLoginAnswer(const std::string& step) {
     }
 }
 
-// libiscsi reads the text when the last piece of it comes.
-void Session::Connection::TakeText(const std::string& step) {
+// libiscsi knows no text in pieces: it gets the last one, without its data.
+bool Session::Connection::TakeText(const std::string& step) {
     constexpr std::uint8_t FinalBit = 0x80;
     const WireBytes unit = gate_->Unit();
     const WireBytes data = DataOf(unit, hasDigest_);
     progress_.text.insert(progress_.text.end(), data.begin(), data.end());
     progress_.dataLeft -= data.size();
-    if ((FlagsOf(unit) & FinalBit) != 0 && !ParseSendTargets(progress_.text)) {
+    if ((FlagsOf(unit) & FinalBit) == 0) {
+        const auto request = RequestForRestOfText(unit);
+        if (!request) {
+            throw IscsiFailure(Invalid(portal_, step));
+        }
+        gate_->Say(*request);
+        return false;
+    }
+    if (!ParseSendTargets(progress_.text)) {
         throw IscsiFailure(Invalid(portal_, step));
     }
+    gate_->DropData();
+    return true;
 }
 
 // Data can bring the status with it, but not the reason of a refusal.

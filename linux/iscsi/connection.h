@@ -75,7 +75,7 @@ class Session::Connection {
     bool Take(const std::string& step);
     void TakeLoginAnswer(const std::string& step);
     void TakeData(const std::string& step);
-    void TakeText(const std::string& step);
+    bool TakeText(const std::string& step);
     void TakeStatus(const std::string& step);
     [[noreturn]] void Throw(LoginFault fault, const std::string& step) const;
 

@@ -123,6 +123,15 @@ void Gate::Drop() {
     isHeaderTold_ = false;
 }
 
+void Gate::DropData() {
+    unit_.resize(PduHeaderSize);
+    SetNoData(unit_);
+}
+
+void Gate::Say(WireBytes request) {
+    toSend_.insert(toSend_.end(), request.begin(), request.end());
+}
+
 std::vector<std::vector<std::uint8_t>> Gate::TakeRequests() {
     std::vector<std::vector<std::uint8_t>> requests;
     while (said_.size() >= PduHeaderSize && said_.size() >= PduSize(said_, false)) {

@@ -35,8 +35,12 @@ class Gate {
 
     // Puts the unit, or what is left of it, where libiscsi reads; true when that was all of it.
     bool HandOn();
-    // Leaves the unit out.
+    // Leaves the unit out, or only its data, of one without a digest.
     void Drop();
+    void DropData();
+
+    // Has a request sent that libiscsi knows nothing of, with what it says next.
+    void Say(WireBytes request);
 
     // The requests that libiscsi has made since they were last taken, one unit each.
     std::vector<std::vector<std::uint8_t>> TakeRequests();

@@ -131,6 +131,9 @@ LoginFault LoginExchange::TakeAnswer(WireBytes pdu) {
                          (!isLeaving || ((request_->flags & TransitBit) != 0 &&
                                          (flags & StageMask) == (request_->flags & StageMask)));
     const auto keys = ParseTextKeys(DataOf(pdu, false));
+    if (isAsked && !isLeaving && (flags & ContinueBit) != 0) {
+        return LoginFault::InPieces;
+    }
     if ((flags & ContinueBit) != 0 || !isAsked || !keys) {
         return LoginFault::Invalid;
     }

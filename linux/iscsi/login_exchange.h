@@ -26,6 +26,7 @@ enum class LoginFault {
     None,
     ByStatus,        // the target refuses the login, with Status()
     Invalid,         // no answer that can come here
+    InPieces,        // a piece of one, which libiscsi cannot put together
     NotChallenged,   // it lets the initiator in without CHAP
     NotProven,       // it does not prove who it is
     OtherAlgorithm,  // it wants another algorithm than MD5

@@ -120,6 +120,12 @@ Outcome HeaderDigestRefused(const Portal& portal, const std::string& target) {
                    DetailsOfTarget(portal, target));
 }
 
+Outcome LoginInPieces(const Portal& portal, const std::string& target) {
+    return Refused(Status::NotOffered, L"The target replies to the login in several pieces.",
+                   L"Set up the target so that it replies in one piece.",
+                   DetailsOfTarget(portal, target));
+}
+
 Outcome InterfaceUnusable(const std::string& interface) {
     return Refused(Status::NotOffered,
                    L"An interface with a comma in its name cannot carry iSCSI connections.",

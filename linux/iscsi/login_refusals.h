@@ -29,6 +29,9 @@ tavrolib::Outcome NotChallenged(const Portal& portal, const std::string& target)
 tavrolib::Outcome UnknownAlgorithm(const Portal& portal, const std::string& target);
 tavrolib::Outcome HeaderDigestRefused(const Portal& portal, const std::string& target);
 
+// The target replies to the login in several pieces.
+tavrolib::Outcome LoginInPieces(const Portal& portal, const std::string& target);
+
 // No connection can be held to an interface of that name.
 tavrolib::Outcome InterfaceUnusable(const std::string& interface);
 

@@ -32,6 +32,10 @@ std::size_t DataSizeOf(WireBytes header) {
     return static_cast<std::size_t>(BigEndianAt(header, DataSizeAt, 3));
 }
 
+void SetNoData(std::span<std::uint8_t> header) {
+    std::fill_n(header.begin() + DataSizeAt, 3, std::uint8_t{0});
+}
+
 bool HasExtraHeader(WireBytes header) {
     return header[ExtraWordsAt] != 0;
 }
@@ -48,6 +52,32 @@ WireBytes DataOf(WireBytes pdu, bool hasDigest) {
     return pdu.size() < PduHeaderSize || pdu.size() < PduSize(pdu, hasDigest)
                ? WireBytes()
                : pdu.subspan(DataStart(hasDigest), DataSizeOf(pdu));
+}
+
+// It takes no number of its own among the commands, so that who made the first request need not
+// know of it.
+std::optional<std::vector<std::uint8_t>> RequestForRestOfText(WireBytes response) {
+    constexpr std::uint8_t Immediate = 0x40;
+    constexpr std::uint8_t Final = 0x80;
+    constexpr std::size_t UnitAt = 8;  // number of the logical unit, task tag and transfer tag
+    constexpr std::size_t TransferTagAt = 20;
+    constexpr std::size_t StatusNumberAt = 24;
+    constexpr std::size_t ExpectedCommandAt = 28;
+    constexpr std::size_t CommandNumberAt = 24;
+    constexpr std::size_t ExpectedStatusAt = 28;
+    if (BigEndianAt(response, TransferTagAt, 4) == NoTask) {
+        return std::nullopt;
+    }
+    std::vector<std::uint8_t> request(PduHeaderSize);
+    request[0] = static_cast<std::uint8_t>(Opcode::TextRequest) | Immediate;
+    request[1] = Final;
+    std::copy_n(response.begin() + UnitAt, TransferTagAt + 4 - UnitAt, request.begin() + UnitAt);
+    std::copy_n(response.begin() + ExpectedCommandAt, 4, request.begin() + CommandNumberAt);
+    const auto next = static_cast<std::uint32_t>(BigEndianAt(response, StatusNumberAt, 4) + 1);
+    for (std::size_t byte = 0; byte < 4; ++byte) {
+        request[ExpectedStatusAt + byte] = static_cast<std::uint8_t>(next >> (24U - 8U * byte));
+    }
+    return request;
 }
 
 std::optional<std::vector<TextKey>> ParseTextKeys(WireBytes data) {

@@ -16,7 +16,8 @@ class Request:
     def __init__(self, header, data):
         self.opcode, self.flags = header[0] & 0x3F, header[1]
         self.tag, self.lun, self.cdb = header[16:20], header[8:16], header[32:48]
-        self.number = int.from_bytes(header[24:28], "big")
+        self.transfer = header[20:24]
+        self.number, self.confirmed = (int.from_bytes(header[at:at + 4], "big") for at in (24, 28))
         self.data = data
         self.keys = dict(pair.split(b"=", 1) for pair in data.split(b"\0") if b"=" in pair)
 

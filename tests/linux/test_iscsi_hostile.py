@@ -216,6 +216,43 @@ def test_a_text_that_tells_no_targets_is_invalid(machine, port, text):
         assert INVALID in add_portal(machine, port, server)
 
 
+def test_a_list_of_targets_may_come_in_pieces(machine, port):
+    """Names are cut anywhere, and one piece has nothing."""
+    names = [f"{NAME}{number}" for number in range(40)]
+    text = b"".join(b"TargetName=%s\0TargetAddress=127.0.0.1:3260,1\0" % name.encode() for name in names)
+    pieces = [text[:100], b"", text[100:777], text[777:]]
+    asked = []
+
+    def piece(request, number):
+        place = int.from_bytes(request.transfer, "big") if asked else 0
+        asked.append(request)
+        last = place == len(pieces) - 1
+        made = bytearray(unit(TEXT_RESPONSE, request, pieces[place], flags=0x80 if last else 0x40, number=number))
+        made[20:24] = b"\xff" * 4 if last else (place + 1).to_bytes(4, "big")
+        return bytes(made)
+    with FakeTarget(answers={TEXT: piece}) as server:
+        assert "The target portal was added." in add_portal(machine, port, server)
+        assert len(asked) == len(pieces)
+        assert [request.data for request in asked[1:]] == [b""] * 3 and all(request.flags == 0x80 for request in asked)
+        assert len({request.tag for request in asked}) == 1
+        # What has come is confirmed, by the number of the answer.
+        assert [request.confirmed for request in asked[1:]] == [11, 12, 13]
+        asked.clear()
+        screen = machine.cli("-iscsi", port, "-target", "-listall")
+        assert all(f"{name}\n" in screen for name in names)
+        assert [request.opcode for request in server.requests].count(LOGOUT) == 2
+
+
+def test_a_piece_that_nothing_can_follow_is_invalid(machine, port):
+    with FakeTarget(answers={TEXT: lambda request, number: unit(TEXT_RESPONSE, request, b"TargetName=iqn.a\0", flags=0)}) as server:
+        assert INVALID in add_portal(machine, port, server)
+
+
+def test_a_login_in_pieces_is_told_as_such(machine, port):
+    with FakeTarget(by_answers((0x44, b"InitialR2T=No\0Immediate"), (ENTER, b"Data=Yes\0"))) as server:
+        assert "The target replies to the login in several pieces." in log_in(machine, port, server)
+
+
 def test_a_portal_by_name_is_passed_over_and_asks_no_server_of_names(machine, port):
     with open("/etc/resolv.conf", "w", encoding="ascii") as file:
         file.write("nameserver 127.0.0.1\n")

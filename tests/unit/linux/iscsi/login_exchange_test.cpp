@@ -207,6 +207,7 @@ TEST_F(LoginExchangeTest, LeavesAStageOnlyWhereTheRequestDoes) {
     EXPECT_EQ(AskForMethod(0x87, ""), LoginFault::Invalid);
     EXPECT_EQ(AskForMethod(0x04, ""), LoginFault::Invalid);
     EXPECT_EQ(AskForMethod(0xC1, ""), LoginFault::Invalid) << "a text that goes on";
+    EXPECT_EQ(AskForMethod(0x40, ""), LoginFault::InPieces);
     EXPECT_EQ(AskForChallenge(LeavesSecurity, ""), LoginFault::Invalid);
     EXPECT_EQ(AskForMethod(LeavesSecurity, ""), LoginFault::None);
     EXPECT_EQ(exchange.TakeAnswer(LoginAnswer(EntersFullFeature, "")), LoginFault::Invalid)
