@@ -4,7 +4,7 @@
 
 #include "linux/ethernet/settings_change.h"
 #include "linux/serve/operation.h"
-#include "linux/system/turn.h"
+#include "linux/serve/turn.h"
 
 namespace tavrolinux {
 namespace {

@@ -7,9 +7,9 @@
 
 #include "linux/inventory/ip_settings.h"
 #include "linux/serve/operation.h"
+#include "linux/serve/turn.h"
 #include "linux/system/attribute.h"
 #include "linux/system/blocked_signals.h"
-#include "linux/system/turn.h"
 #include "linux/tcpip/network_manager.h"
 #include "linux/tcpip/static_settings.h"
 #include "tavroapi/tcpip_records.h"

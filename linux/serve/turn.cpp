@@ -1,4 +1,4 @@
-#include "linux/system/turn.h"
+#include "linux/serve/turn.h"
 
 #include <fcntl.h>
 #include <unistd.h>
