@@ -1,7 +1,8 @@
 # Some builds compile the sources of a folder as one, which saves reading the same headers again and again: a folder is
 # about one thing, so its sources can do without equal names. What a forgotten include breaks is still found: the
 # preset "native" compiles each source of the program, the libraries and the simulator by itself, and
-# scripts/lib/check_includes.py has the others read each by itself. What the platform's headers define as macros stays with those who include them.
+# scripts/lib/check_includes.py has those that no build compiles so read each by itself, but tests. What the platform's
+# headers define as macros stays with those who include them.
 option(TAVRO_BUILD_BY_FOLDER "Compile the sources of a folder as one" OFF)
 
 # As the option says.
