@@ -4,7 +4,9 @@
 #include <netlink/attr.h>
 #include <netlink/netlink.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <new>
@@ -126,11 +128,14 @@ void Check(int result, const char* action) {
     }
 }
 
-nl_msg* NewMessage(int type, int flags) {
-    nl_msg* const message = nlmsg_alloc_simple(type, flags);
+nl_msg* NewMessage(int type, int flags, std::size_t room) {
+    const auto page = static_cast<std::size_t>(getpagesize());
+    nl_msg* const message = nlmsg_alloc_size(std::max(page, NLMSG_HDRLEN + room));
     if (message == nullptr) {
         throw std::bad_alloc();
     }
+    nlmsg_hdr(message)->nlmsg_type = static_cast<std::uint16_t>(type);
+    nlmsg_hdr(message)->nlmsg_flags = static_cast<std::uint16_t>(flags);
     return message;
 }
 
@@ -156,7 +161,8 @@ void SwitchOn(const nl_sock* socket, int option) {
 
 }  // namespace
 
-Message::Message(int type, int flags) : message_(NewMessage(type, flags), &nlmsg_free) {}
+Message::Message(int type, int flags, std::size_t room)
+    : message_(NewMessage(type, flags, room), &nlmsg_free) {}
 
 void Message::Append(const void* header, std::size_t size) {
     // The library copies out of it.
@@ -192,12 +198,16 @@ void Message::Nest(int attribute, const std::function<void()>& put) {
     nla_nest_end(Get(), start);
 }
 
-Socket::Socket(int protocol) : socket_(NewSocket(), &nl_socket_free) {
-    Check(nl_connect(Get(), protocol), "asking the kernel");
-    SwitchOn(Get(), NETLINK_EXT_ACK);
-    SwitchOn(Get(), NETLINK_CAP_ACK);
-    SwitchOn(Get(), NETLINK_GET_STRICT_CHK);
+Socket::Handle Socket::Connected(int protocol) {
+    Handle socket(NewSocket(), &nl_socket_free);
+    Check(nl_connect(socket.get(), protocol), "asking the kernel");
+    SwitchOn(socket.get(), NETLINK_EXT_ACK);
+    SwitchOn(socket.get(), NETLINK_CAP_ACK);
+    SwitchOn(socket.get(), NETLINK_GET_STRICT_CHK);
+    return socket;
 }
+
+Socket::Socket(int protocol) : protocol_(protocol), socket_(Connected(protocol)) {}
 
 void Socket::Request(const Message& message, const std::string& action,
                      const std::function<void(const nlmsghdr&)>& onAnswer,
@@ -208,6 +218,12 @@ void Socket::Request(const Message& message, const std::string& action,
         throw std::bad_alloc();
     }
     for (int attempt = 1;; ++attempt) {
+        // What is sent but not answered, or the other way round, would be taken for that of the
+        // next request.
+        if (!isInStep_) {
+            socket_ = Connected(protocol_);
+            isInStep_ = true;
+        }
         Exchange exchange{&onAnswer, {}, 0, {}, false, false};
         nl_cb_set(callbacks.get(), NL_CB_VALID, NL_CB_CUSTOM, &TakeAnswer, &exchange);
         nl_cb_set(callbacks.get(), NL_CB_FINISH, NL_CB_CUSTOM, &FinishListing, &exchange);
@@ -219,6 +235,7 @@ void Socket::Request(const Message& message, const std::string& action,
         while (result >= 0 && !exchange.isDone) {
             result = nl_recvmsgs(Get(), callbacks.get());
         }
+        isInStep_ = result >= 0;
         if (exchange.thrown) {
             std::rethrow_exception(exchange.thrown);
         }

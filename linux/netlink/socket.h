@@ -20,8 +20,9 @@ namespace tavrolinux {
 // A request that is put together, and its attributes.
 class Message {
   public:
-    // `type` and `flags` are those of the message's header.
-    Message(int type, int flags);
+    // `type` and `flags` are those of the message's header. The whole has room in a page; a longer
+    // one needs to be told how many bytes come behind the message's header.
+    Message(int type, int flags, std::size_t room = 0);
 
     // The protocol's own header behind the message's header; attributes follow it.
     void Append(const void* header, std::size_t size);
@@ -54,7 +55,8 @@ class Socket {
     // Sends the request and hands `onAnswer` each message of the answer, until the kernel is done.
     // A listing that was disturbed is asked for anew: `onAnswer` then gets messages again, behind
     // one call of `restart`. Throws SystemFailure with `action` and the kernel's own reason; EAGAIN
-    // for a listing that was disturbed time and again.
+    // for a listing that was disturbed time and again. One request that was not carried through
+    // leaves the connection usable for the next.
     void Request(const Message& message, const std::string& action,
                  const std::function<void(const nlmsghdr&)>& onAnswer = {},
                  const std::function<void()>& restart = {});
@@ -62,7 +64,12 @@ class Socket {
     nl_sock* Get() const { return socket_.get(); }
 
   private:
-    std::unique_ptr<nl_sock, decltype(&nl_socket_free)> socket_;
+    using Handle = std::unique_ptr<nl_sock, decltype(&nl_socket_free)>;
+    static Handle Connected(int protocol);
+
+    int protocol_;
+    Handle socket_;
+    bool isInStep_ = true;  // with what the kernel answers next
 };
 
 // The bytes, the text (up to its zero) and the number of an attribute. A number that has another
