@@ -4,6 +4,8 @@
 #include <linux/genetlink.h>
 #include <linux/netlink.h>
 
+#include <cerrno>
+
 #include "linux/system/failure.h"
 
 namespace tavrolinux {
@@ -45,6 +47,24 @@ std::string ActionOn(const char* verb, const EthtoolSubject& subject, const Link
 
 }  // namespace
 
+bool IsLacking(int error, const Link& link) {
+    switch (error) {
+        case EOPNOTSUPP:
+        case ENOSYS:
+        case EINVAL:
+        // Of a port that has no transceiver, or none before the interface is up.
+        case ENODEV:
+            return true;
+        // Of a device that tells nothing before the interface is up.
+        case EBUSY:
+        case EAGAIN:
+        case ENETDOWN:
+            return !link.isUp;
+        default:
+            return false;
+    }
+}
+
 Ethtool::Ethtool() : socket_(NETLINK_GENERIC), family_(FamilyNumber(socket_)) {}
 
 Message Ethtool::NewRequest(std::uint8_t command, int header, const Link& link,
@@ -75,7 +95,7 @@ bool Ethtool::Read(const EthtoolSubject& subject, const Link& link,
                             ForEachAttribute(AttributesOf(answer, GENL_HDRLEN), take);
                         });
     } catch (const SystemFailure& failure) {
-        if (failure.IsMissingRight()) {
+        if (!IsLacking(failure.Error(), link)) {
             throw;
         }
         return false;

@@ -20,6 +20,10 @@ struct EthtoolSubject {
     const char* name = "";   // for people: "the link modes"
 };
 
+// Whether a driver that fails with the error has no such thing, or none as long as the interface is
+// as it is; every other failure tells nothing of the device.
+bool IsLacking(int error, const Link& link);
+
 class Ethtool {
   public:
     // Connects to the kernel. Throws SystemFailure. A kernel without the family is taken for one
@@ -28,7 +32,7 @@ class Ethtool {
 
     // Hands `take` every attribute of what the driver tells; false where the device has no such
     // thing, or does not tell it as it is now. `flags` are those of the header, `put` adds to the
-    // request. Throws SystemFailure where a right is missing.
+    // request. Throws SystemFailure where a right is missing, or it could not be asked.
     bool Read(const EthtoolSubject& subject, const Link& link,
               const std::function<void(int, const nlattr&)>& take, std::uint32_t flags = 0,
               const std::function<void(Message&)>& put = {});

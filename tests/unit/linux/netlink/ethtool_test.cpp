@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <linux/ethtool_netlink.h>
 
+#include <cerrno>
 #include <functional>
 
 #include "linux/netlink/ethtool_link.h"
@@ -49,6 +50,21 @@ TEST(NamedBits, WithoutAMaskAreSet) {
         });
     };
     EXPECT_EQ(BitsIn(put), (NamedBits{{"rx-lro", true}}));
+}
+
+TEST(Ethtool, TellsWhatADeviceLacksFromWhatCouldNotBeAsked) {
+    Link up;
+    up.isUp = true;
+    const Link down;
+    for (const int lacking : {EOPNOTSUPP, ENOSYS, EINVAL, ENODEV}) {
+        EXPECT_TRUE(IsLacking(lacking, up) && IsLacking(lacking, down)) << lacking;
+    }
+    for (const int untilUp : {EBUSY, EAGAIN, ENETDOWN}) {
+        EXPECT_TRUE(!IsLacking(untilUp, up) && IsLacking(untilUp, down)) << untilUp;
+    }
+    for (const int failed : {ENOMEM, ENOBUFS, EIO, EPERM, EACCES}) {
+        EXPECT_FALSE(IsLacking(failed, up) || IsLacking(failed, down)) << failed;
+    }
 }
 
 TEST(LinkMode, TellsItsSpeedByItsName) {
