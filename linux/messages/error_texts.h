@@ -120,6 +120,18 @@ inline constexpr tavrolib::ErrorTextRow ErrorTexts[] = {
     {L"Give the same gateway, or change the route with the host's own tools.",
      L"同じゲートウェイを指定するか、ホスト自身のツールでルートを変更してください。",
      L"请指定相同的网关，或使用主机自身的工具更改该路由。"},
+    {L"There is another default route of the same metric.",
+     L"同じメトリックのデフォルトルートがほかにあります。",
+     L"已存在另一条跃点数相同的默认路由。"},
+    {L"First change or remove the default route of the interface in the details.",
+     L"先に、詳細に示されたインターフェイスのデフォルトルートを変更または削除してください。",
+     L"请先更改或移除详细信息中所列接口的默认路由。"},
+    {L"Another host has this address.",
+     L"このアドレスは別のホストが使用しています。",
+     L"另一台主机正在使用此地址。"},
+    {L"Give an address that is still free.",
+     L"空いているアドレスを指定してください。",
+     L"请指定空闲的地址。"},
 
     // iSCSI.
     {L"The initiator name is not usable.",

@@ -119,7 +119,33 @@ bool IpAddress::IsForHost() const {
     const bool isLinkLocal = first == LinkLocal && (octets[1] & 0xC0U) == 0x80U;
     IpAddress loopback{Family::IPv6, {}};
     loopback.octets.back() = 1;
-    return first != Multicast && !isLinkLocal && !IsZero() && *this != loopback;
+    const IpAddress ofIPv4{Family::IPv6, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF}};
+    constexpr std::uint32_t BitsBeforeIPv4 = 96;
+    return first != Multicast && !isLinkLocal && !IsZero() && *this != loopback &&
+           !AreInOneNetwork(*this, ofIPv4, BitsBeforeIPv4);
+}
+
+bool IpAddress::IsForAll(std::uint32_t prefixLength) const {
+    constexpr std::uint32_t LongestOfNetwork = 30;  // longer ones have only hosts
+    if (family != Family::IPv4 || prefixLength > LongestOfNetwork) {
+        return false;
+    }
+    std::uint32_t ones = 0;
+    for (std::uint32_t bit = prefixLength; bit < BitsOfIPv4; ++bit) {
+        ones += (octets.at(bit / 8) & (0x80U >> (bit % 8))) != 0 ? 1U : 0U;
+    }
+    return ones == 0 || ones == BitsOfIPv4 - prefixLength;
+}
+
+bool AreInOneNetwork(const IpAddress& a, const IpAddress& b, std::uint32_t prefixLength) {
+    for (std::uint32_t bit = 0; bit < prefixLength; ++bit) {
+        const unsigned difference =
+            static_cast<unsigned>(a.octets.at(bit / 8) ^ b.octets.at(bit / 8));
+        if ((difference & (0x80U >> (bit % 8))) != 0) {
+            return false;
+        }
+    }
+    return true;
 }
 
 std::optional<IpAddress> IpAddressFrom(std::string_view text) {
@@ -181,11 +207,15 @@ std::vector<AssignedAddress> ReadAddresses(Socket& route, const Link& link, Fami
                                  assigned.address = AddressFrom(family, attribute);
                              } else if (type == IFA_FLAGS) {
                                  flags = static_cast<std::uint32_t>(NumberOf(attribute));
+                             } else if (type == IFA_RT_PRIORITY) {
+                                 assigned.metric = static_cast<std::uint32_t>(NumberOf(attribute));
                              }
                          });
         assigned.peer = assigned.address;
         assigned.address = own.value_or(assigned.address);
         assigned.isTentative = (flags & IFA_F_TENTATIVE) != 0;
+        assigned.isTaken = (flags & IFA_F_DADFAILED) != 0;
+        assigned.makesRoute = (flags & IFA_F_NOPREFIXROUTE) == 0;
         const auto told = BytesIn(message);
         assigned.told.assign(told.begin(), told.end());
         assigned.isPermanent = (flags & IFA_F_PERMANENT) != 0;
@@ -201,7 +231,8 @@ std::vector<AssignedAddress> ReadAddresses(Socket& route, const Link& link, Fami
     return addresses;
 }
 
-AssignedAddress NewAddress(const Link& link, const IpAddress& address, std::uint32_t prefixLength) {
+AssignedAddress NewAddress(const Link& link, const IpAddress& address, std::uint32_t prefixLength,
+                           const std::optional<AssignedAddress>& replaced) {
     Message message = AddressRequest(RTM_NEWADDR, 0, link, address.family, prefixLength);
     message.Put(IFA_LOCAL, OctetsOf(address));
     message.Put(IFA_ADDRESS, OctetsOf(address));
@@ -209,6 +240,15 @@ AssignedAddress NewAddress(const Link& link, const IpAddress& address, std::uint
     made.address = address;
     made.peer = address;
     made.prefixLength = prefixLength;
+    if (replaced && replaced->metric != 0) {
+        made.metric = replaced->metric;
+        message.PutNumber32(IFA_RT_PRIORITY, made.metric);
+    }
+    if (replaced && !replaced->makesRoute && replaced->prefixLength == prefixLength &&
+        AreInOneNetwork(replaced->peer, address, prefixLength)) {
+        made.makesRoute = false;
+        message.PutNumber32(IFA_FLAGS, IFA_F_NOPREFIXROUTE);
+    }
     const auto told = BytesIn(*nlmsg_hdr(message.Get()));
     made.told.assign(told.begin(), told.end());
     return made;

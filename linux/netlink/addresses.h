@@ -26,7 +26,12 @@ struct IpAddress {
     // Whether an interface can have it as the address of this host towards others: it is none of
     // loopback, multicast or reserved addresses, and none that IPv6 makes up for each link.
     bool IsForHost() const;
+    // Whether it names the network itself, or all of its hosts, where its mask is that long.
+    bool IsForAll(std::uint32_t prefixLength) const;
 };
+
+// Whether the first bits of both are the same.
+bool AreInOneNetwork(const IpAddress& a, const IpAddress& b, std::uint32_t prefixLength);
 
 // The system's number of the family, and how an address is put into a message and read from one.
 std::uint8_t SystemFamily(Family family);
@@ -54,6 +59,9 @@ struct AssignedAddress {
     bool isSecondary = false;        // of IPv4: another of the same network came first
     bool isTemporary = false;        // of IPv6: made up for privacy
     bool isTentative = false;        // of IPv6: it cannot be used yet
+    bool isTaken = false;            // of IPv6: another host has it
+    bool makesRoute = true;          // to its network
+    std::uint32_t metric = 0;        // of that route; 0 for the usual one
     std::vector<std::uint8_t> told;  // as the kernel tells it, to make it anew
 
     // Whether the kernel holds both for one.
@@ -62,8 +70,10 @@ struct AssignedAddress {
     }
 };
 
-// The permanent global address, as it is added to an interface that does not have it.
-AssignedAddress NewAddress(const Link& link, const IpAddress& address, std::uint32_t prefixLength);
+// The permanent global address, as it is added to an interface that does not have it. It has the
+// metric of the one that it replaces, and in that one's network makes a route where that did.
+AssignedAddress NewAddress(const Link& link, const IpAddress& address, std::uint32_t prefixLength,
+                           const std::optional<AssignedAddress>& replaced = std::nullopt);
 
 // The addresses of one interface and family in the kernel's order. Throws SystemFailure.
 std::vector<AssignedAddress> ReadAddresses(Socket& route, const Link& link, Family family);

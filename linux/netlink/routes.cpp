@@ -74,7 +74,7 @@ std::vector<std::uint8_t> WithoutState(const nlmsghdr& told) {
     ForEachAttribute(attributes, [&isByNumber](int type, const nlattr&) {
         isByNumber = isByNumber || type == RTA_NH_ID;
     });
-    Message message(RTM_NEWROUTE, 0);
+    Message message(RTM_NEWROUTE, 0, static_cast<std::size_t>(nlmsg_datalen(&told)));
     message.Append(header);
     ForEachAttribute(attributes, [&](int type, const nlattr& attribute) {
         // A route to a numbered next hop also tells what that is.
@@ -124,8 +124,7 @@ std::uint32_t SecondsLeft(const nlattr& attribute) {
 
 std::optional<Route> RouteFrom(const nlmsghdr& message, const Link& link, Family family) {
     const auto header = HeaderOf<rtmsg>(message);
-    if (header.rtm_family != SystemFamily(family) || header.rtm_protocol == RTPROT_KERNEL ||
-        (header.rtm_flags & RTM_F_CLONED) != 0) {
+    if (header.rtm_family != SystemFamily(family) || (header.rtm_flags & RTM_F_CLONED) != 0) {
         return std::nullopt;
     }
     const auto wanted = static_cast<std::uint32_t>(link.index);
@@ -134,6 +133,7 @@ std::optional<Route> RouteFrom(const nlmsghdr& message, const Link& link, Family
     route.prefixLength = header.rtm_dst_len;
     route.table = header.rtm_table;
     route.type = header.rtm_type;
+    route.protocol = header.rtm_protocol;
     ForEachAttribute(AttributesOf(message, sizeof header), [&](int type, const nlattr& attribute) {
         switch (type) {
             case RTA_TABLE:
@@ -164,11 +164,27 @@ std::optional<Route> RouteFrom(const nlmsghdr& message, const Link& link, Family
                 break;
         }
     });
-    if (route.table == RT_TABLE_LOCAL) {
-        return std::nullopt;
-    }
-    route.told = WithoutState(message);
     return route;
+}
+
+// The interface of the route's first next hop; 0 where it leads nowhere.
+std::int32_t FirstInterface(const nlmsghdr& message) {
+    std::int32_t interface = 0;
+    ForEachAttribute(AttributesOf(message, sizeof(rtmsg)), [&](int type, const nlattr& attribute) {
+        if (type == RTA_OIF) {
+            interface = static_cast<std::int32_t>(NumberOf(attribute));
+        } else if (type == RTA_MULTIPATH) {
+            ForEachNextHop(BytesOf(attribute), [&](const rtnexthop& hop, auto) {
+                interface = interface == 0 ? hop.rtnh_ifindex : interface;
+            });
+        }
+    });
+    return interface;
+}
+
+// What is said of a route, and a lifetime.
+std::size_t RoomFor(const Route& route) {
+    return route.told.size() + sizeof(nlattr) + sizeof(std::uint32_t);
 }
 
 rtmsg HeaderOfRoute(Family family) {
@@ -177,10 +193,54 @@ rtmsg HeaderOfRoute(Family family) {
     return header;
 }
 
+// The routes that differ only in where they lead, which the kernel tells one behind the other.
+class RowOfEquals {
+  public:
+    // Notes where the route stands; `wanted` are those that were wanted before it.
+    void Take(Route& route, std::uint8_t serviceType, bool isWanted, std::vector<Route>& wanted) {
+        const Key key{route.table, route.destination, route.prefixLength, serviceType,
+                      route.metric};
+        if (key != key_) {
+            key_ = key;
+            start_ = wanted.size();
+            hasOther_ = false;
+        }
+        if (isWanted) {
+            route.isBehindOther = hasOther_;
+            return;
+        }
+        hasOther_ = true;
+        for (Route& before : std::span(wanted).subspan(start_)) {
+            before.isBeforeOther = true;
+        }
+    }
+
+  private:
+    struct Key {
+        std::uint32_t table = 0;
+        IpAddress destination;
+        std::uint8_t prefixLength = 0;
+        std::uint8_t serviceType = 0;
+        std::uint32_t metric = 0;
+
+        bool operator==(const Key&) const = default;
+    };
+
+    std::optional<Key> key_;
+    std::size_t start_ = 0;  // of those that are wanted
+    bool hasOther_ = false;
+};
+
+// The kernel gives a route of IPv6 without a metric this one.
+std::uint32_t MetricOf(Family family, std::uint32_t metric) {
+    constexpr std::uint32_t UsualIPv6 = 1024;
+    return family == Family::IPv6 && metric == 0 ? UsualIPv6 : metric;
+}
+
 }  // namespace
 
 Route Route::WithSource(const std::optional<IpAddress>& other) const {
-    Message message(RTM_NEWROUTE, 0);
+    Message message(RTM_NEWROUTE, 0, told.size());
     message.Append(HeaderIn(told));
     ForEachAttribute(AttributesIn(told), [&](int attributeType, const nlattr& attribute) {
         if (attributeType != RTA_PREFSRC) {
@@ -211,20 +271,32 @@ std::string Route::Text() const {
 std::vector<Route> ReadRoutes(Socket& route, const Link& link, Family family,
                               std::span<const IpAddress> sources) {
     std::vector<Route> routes;
+    RowOfEquals equals;
     Message request(RTM_GETROUTE, NLM_F_DUMP);
     request.Append(HeaderOfRoute(family));
     if (sources.empty()) {
         request.PutNumber32(RTA_OIF, static_cast<std::uint32_t>(link.index));
     }
     const auto take = [&](const nlmsghdr& message) {
-        std::optional<Route> told = RouteFrom(message, link, family);
-        if (told &&
-            (told->isThroughLink ||
-             (told->source && std::ranges::find(sources, *told->source) != sources.end()))) {
-            routes.push_back(std::move(*told));
+        std::optional<Route> one = RouteFrom(message, link, family);
+        if (!one) {
+            return;
+        }
+        const bool isWanted =
+            one->isThroughLink ||
+            (one->source && std::ranges::find(sources, *one->source) != sources.end());
+        if (family == Family::IPv4) {
+            equals.Take(*one, HeaderOf<rtmsg>(message).rtm_tos, isWanted, routes);
+        }
+        if (isWanted) {
+            one->told = WithoutState(message);
+            routes.push_back(std::move(*one));
         }
     };
-    route.Request(request, "reading the routes of " + link.name, take, [&] { routes.clear(); });
+    route.Request(request, "reading the routes of " + link.name, take, [&] {
+        routes.clear();
+        equals = {};
+    });
     std::ranges::stable_sort(routes, {}, &Route::metric);
     return routes;
 }
@@ -237,10 +309,31 @@ const Route* DefaultRoute(const std::vector<Route>& routes) {
     return found == routes.end() ? nullptr : &*found;
 }
 
+std::optional<std::int32_t> InterfaceWithDefaultRoute(Socket& route, Family family,
+                                                      std::uint32_t metric, const Route* other) {
+    std::optional<std::int32_t> found;
+    Message request(RTM_GETROUTE, NLM_F_DUMP);
+    request.Append(HeaderOfRoute(family));
+    const auto take = [&](const nlmsghdr& message) {
+        const std::int32_t interface = FirstInterface(message);
+        Link through;
+        through.index = interface;
+        const std::optional<Route> one = RouteFrom(message, through, family);
+        if (one && interface != 0 && one->prefixLength == 0 && one->table == RT_TABLE_MAIN &&
+            HeaderOf<rtmsg>(message).rtm_tos == 0 && one->metric == MetricOf(family, metric) &&
+            (other == nullptr || WithoutState(message) != other->told)) {
+            found = interface;
+        }
+    };
+    route.Request(request, "reading the default routes", take, [&] { found.reset(); });
+    return found;
+}
+
 void RestoreRoute(Socket& route, const Link& link, const Route& former) {
     // IPv4 may have several that differ in the next hop only, IPv6 would make one of them.
-    const int otherwise = former.destination.family == Family::IPv4 ? NLM_F_APPEND : NLM_F_EXCL;
-    Message message(RTM_NEWROUTE, NLM_F_CREATE | otherwise);
+    const int amongEquals = former.isBeforeOther ? 0 : NLM_F_APPEND;
+    const int otherwise = former.destination.family == Family::IPv4 ? amongEquals : NLM_F_EXCL;
+    Message message(RTM_NEWROUTE, NLM_F_CREATE | otherwise, RoomFor(former));
     message.Append(former.told.data(), former.told.size());
     if (former.secondsLeft != 0) {
         message.PutNumber32(RTA_EXPIRES, former.secondsLeft);
@@ -248,24 +341,34 @@ void RestoreRoute(Socket& route, const Link& link, const Route& former) {
     route.Request(message, "restoring " + former.Text() + " of " + link.name);
 }
 
-void AddDefaultRoute(Socket& route, const Link& link, const IpAddress& gateway,
-                     std::uint32_t metric) {
+Route NewDefaultRoute(const IpAddress& gateway, std::uint32_t metric) {
+    Route made;
+    made.destination.family = gateway.family;
+    made.table = RT_TABLE_MAIN;
+    made.type = RTN_UNICAST;
+    made.protocol = RTPROT_STATIC;
+    made.gateway = gateway;
+    made.metric = MetricOf(gateway.family, metric);
+    return made;
+}
+
+void AddDefaultRoute(Socket& route, const Link& link, const Route& added) {
     Message message(RTM_NEWROUTE, NLM_F_CREATE | NLM_F_EXCL);
-    rtmsg header = HeaderOfRoute(gateway.family);
+    rtmsg header = HeaderOfRoute(added.destination.family);
     header.rtm_table = RT_TABLE_MAIN;
-    header.rtm_protocol = RTPROT_STATIC;
-    header.rtm_type = RTN_UNICAST;
+    header.rtm_protocol = added.protocol;
+    header.rtm_type = added.type;
     message.Append(header);
-    message.Put(RTA_GATEWAY, OctetsOf(gateway));
+    message.Put(RTA_GATEWAY, OctetsOf(*added.gateway));
     message.PutNumber32(RTA_OIF, static_cast<std::uint32_t>(link.index));
-    if (metric != 0) {
-        message.PutNumber32(RTA_PRIORITY, metric);
+    if (added.metric != 0) {
+        message.PutNumber32(RTA_PRIORITY, added.metric);
     }
-    route.Request(message, "adding the gateway " + TextOf(gateway) + " of " + link.name);
+    route.Request(message, "adding the gateway " + TextOf(*added.gateway) + " of " + link.name);
 }
 
 void RemoveRoute(Socket& route, const Link& link, const Route& removed) {
-    Message message(RTM_DELROUTE, 0);
+    Message message(RTM_DELROUTE, 0, RoomFor(removed));
     message.Append(removed.told.data(), removed.told.size());
     route.Request(message, "taking " + removed.Text() + " from " + link.name);
 }

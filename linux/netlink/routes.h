@@ -14,19 +14,23 @@
 // The routes through interfaces.
 namespace tavrolinux {
 
-// A route that somebody made: none that follows from an address.
 struct Route {
     IpAddress destination;
     std::uint8_t prefixLength = 0;  // 0 for a default route
     std::uint32_t table = 0;        // RT_TABLE_MAIN, ...
     std::uint8_t type = 0;          // RTN_UNICAST, ...
+    std::uint8_t protocol = 0;      // who made it: RTPROT_KERNEL, ...
     // Of the first next hop through the interface; of IPv4, too, it can be an address of IPv6.
     std::optional<IpAddress> gateway;
     bool isThroughLink = false;       // some next hop is; false where only `source` was asked for
     std::size_t nextHops = 1;         // among which the kernel chooses, through all interfaces
     std::optional<IpAddress> source;  // the preferred one of what is sent
     std::uint32_t metric = 0;
-    std::uint32_t secondsLeft = 0;   // until it goes by itself; 0 for never
+    std::uint32_t secondsLeft = 0;  // until it goes by itself; 0 for never
+    // Of IPv4: among equals, of which the first counts, one that was not asked for stands before it
+    // or behind it.
+    bool isBehindOther = false;
+    bool isBeforeOther = false;
     std::vector<std::uint8_t> told;  // as the kernel tells it, without its state, to make it anew
 
     // Whether both are the same in everything but the time that is left.
@@ -49,11 +53,19 @@ std::vector<Route> ReadRoutes(Socket& route, const Link& link, Family family,
 // without one.
 const Route* DefaultRoute(const std::vector<Route>& routes);
 
-// Makes a route anew that the kernel told of, adds a default route, takes a route away. Throw
-// SystemFailure.
+// The interface of a default route of the main table with this metric (0 for the usual one), other
+// than that one where it is given. Throws SystemFailure.
+std::optional<std::int32_t> InterfaceWithDefaultRoute(Socket& route, Family family,
+                                                      std::uint32_t metric, const Route* other);
+
+// The default route of the main table by that gateway, as it is added; a metric of 0 stands for the
+// usual one.
+Route NewDefaultRoute(const IpAddress& gateway, std::uint32_t metric);
+
+// Makes a route anew that the kernel told of (before its equals, if others stood behind it), adds a
+// default route, takes a route away. Throw SystemFailure.
 void RestoreRoute(Socket& route, const Link& link, const Route& former);
-void AddDefaultRoute(Socket& route, const Link& link, const IpAddress& gateway,
-                     std::uint32_t metric);
+void AddDefaultRoute(Socket& route, const Link& link, const Route& added);
 void RemoveRoute(Socket& route, const Link& link, const Route& removed);
 
 }  // namespace tavrolinux

@@ -3,9 +3,12 @@
 #include <linux/rtnetlink.h>
 
 #include <algorithm>
+#include <chrono>
+#include <functional>
 #include <iterator>
 
 #include "linux/inventory/ip_settings.h"
+#include "linux/tcpip/address_use.h"
 
 namespace tavrolinux {
 namespace {
@@ -34,17 +37,6 @@ std::optional<AssignedAddress> Held(const Addresses& addresses, const AssignedAd
 std::optional<AssignedAddress> ReplacedBy(const AssignedAddress& wanted, const Addresses& former) {
     const auto same = std::ranges::find(former, wanted.address, &AssignedAddress::address);
     return same != former.end() ? std::optional(*same) : ShownAddress(former);
-}
-
-bool AreInOneNetwork(const IpAddress& a, const IpAddress& b, std::uint32_t prefixLength) {
-    for (std::uint32_t bit = 0; bit < prefixLength; ++bit) {
-        const unsigned difference =
-            static_cast<unsigned>(a.octets.at(bit / 8) ^ b.octets.at(bit / 8));
-        if ((difference & (0x80U >> (bit % 8))) != 0) {
-            return false;
-        }
-    }
-    return true;
 }
 
 // Whether nothing that goes would take the address with it, and nothing keeps it out.
@@ -108,7 +100,6 @@ AddressChange::AddressChange(Socket& route, const Link& link, Family family)
 
 std::optional<AssignedAddress> AddressChange::Show(const std::optional<AssignedAddress>& wanted) {
     const std::optional<AssignedAddress> shown = ShownAddress(former_);
-    std::optional<AssignedAddress> placed = wanted;
     std::optional<AssignedAddress> replaced = shown;
     if (wanted) {
         const std::optional<AssignedAddress> held = Held(former_, *wanted);
@@ -116,36 +107,59 @@ std::optional<AssignedAddress> AddressChange::Show(const std::optional<AssignedA
             if (!held->isPermanent) {
                 MakePermanent(route_, link_, *held);
             }
-            placed = Held(ReadAddresses(route_, link_, family_), *wanted);
+            placed_ = Held(ReadAddresses(route_, link_, family_), *wanted);
             replaced.reset();
         } else {
             replaced = ReplacedBy(*wanted, former_);
-            if (CanStandBeside(*wanted, former_)) {
-                AddAddress(route_, link_, *wanted);
+            placed_ = NewAddress(link_, wanted->address, wanted->prefixLength, replaced);
+            if (CanStandBeside(*placed_, former_)) {
+                AddAddress(route_, link_, *placed_);
+                CheckFree(placed_->address);
             }
         }
     }
     if (replaced && !IsOrdered(*replaced)) {
         RemoveAddress(route_, link_, *replaced);
     }
-    Arrange(With(placed, former_, shown, replaced));
+    Arrange(With(placed_, former_, shown, replaced), DoOrThrow);
+    if (placed_) {
+        CheckFree(placed_->address);
+    }
     return replaced;
 }
 
-void AddressChange::Undo() {
-    for (const AssignedAddress& address : ReadAddresses(route_, link_, family_)) {
-        const auto before = PlaceOf(former_, address);
-        if (before != former_.end() && address.isPermanent && !before->isPermanent) {
-            RestoreLifetime(route_, link_, *before);
-        }
+void AddressChange::CheckFree(const IpAddress& address) const {
+    constexpr std::chrono::seconds Patience{3};
+    if (IsOneTaken(route_, link_, {&address, 1}, Patience)) {
+        throw AddressTaken(address);
     }
-    Arrange(former_);
+}
+
+void AddressChange::Undo(Attempts& attempts) {
+    attempts([&] {
+        for (const AssignedAddress& address : ReadAddresses(route_, link_, family_)) {
+            const auto before = PlaceOf(former_, address);
+            if (before != former_.end() && address.isPermanent && !before->isPermanent) {
+                attempts([&] { RestoreLifetime(route_, link_, *before); });
+            }
+        }
+    });
+    attempts([&] { Arrange(former_, std::ref(attempts)); });
+}
+
+// Those that were there before, or came by the change.
+std::vector<AssignedAddress> AddressChange::OwnNow() const {
+    Addresses now = ReadAddresses(route_, link_, family_);
+    std::erase_if(now, [&](const AssignedAddress& address) {
+        return !IsAmong(former_, address) && !(placed_ && address.IsSame(*placed_));
+    });
+    return now;
 }
 
 // The kernel puts an address of IPv4 behind the others and one of IPv6 in front of them: what
 // stands at the other end in the wanted order stays, all else goes and comes again.
-void AddressChange::Arrange(const std::vector<AssignedAddress>& wanted) {
-    Addresses now = Ordered(ReadAddresses(route_, link_, family_));
+void AddressChange::Arrange(const std::vector<AssignedAddress>& wanted, const DoStep& attempt) {
+    Addresses now = Ordered(OwnNow());
     Addresses arranged = Ordered(wanted);
     if (family_ == Family::IPv6) {
         std::ranges::reverse(now);
@@ -155,16 +169,16 @@ void AddressChange::Arrange(const std::vector<AssignedAddress>& wanted) {
     // The last one first, since others may go with an earlier one.
     for (auto address = now.rbegin(); address != now.rend(); ++address) {
         if (!IsAmong(kept, *address)) {
-            RemoveAddress(route_, link_, *address);
+            attempt([&] { RemoveAddress(route_, link_, *address); });
         }
     }
-    now = ReadAddresses(route_, link_, family_);
+    now = OwnNow();
     std::ranges::copy_if(wanted, std::back_inserter(arranged), [](const AssignedAddress& address) {
         return !IsOrdered(address) && !address.isTemporary;
     });
     for (const AssignedAddress& address : arranged) {
         if (!IsAmong(now, address)) {
-            AddAddress(route_, link_, address);
+            attempt([&] { AddAddress(route_, link_, address); });
         }
     }
 }

@@ -1,12 +1,12 @@
 #include "linux/tcpip/route_change.h"
 
+#include <linux/rtnetlink.h>
+
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <iterator>
-#include <thread>
 
-#include "linux/system/failure.h"
+#include "linux/tcpip/address_use.h"
 
 namespace tavrolinux {
 namespace {
@@ -22,20 +22,43 @@ std::vector<IpAddress> SourcesOf(const std::vector<AssignedAddress>& addresses,
     return sources;
 }
 
-// An address of IPv6 is the source of nothing before the kernel has asked around for it, which
-// takes a second or two.
-void AwaitUse(Socket& route, const Link& link, const IpAddress& source) {
-    constexpr std::chrono::milliseconds Pause{50};
-    constexpr std::chrono::seconds Patience{5};
-    const auto end = std::chrono::steady_clock::now() + Patience;
-    while (std::chrono::steady_clock::now() < end) {
-        const auto addresses = ReadAddresses(route, link, source.family);
-        const auto found = std::ranges::find(addresses, source, &AssignedAddress::address);
-        if (found == addresses.end() || !found->isTentative) {
-            return;
-        }
-        std::this_thread::sleep_for(Pause);
+// Whether the kernel made the route for one of the addresses, and makes it anew with that.
+bool FollowsFrom(const Route& route, const AssignedAddress& address) {
+    constexpr std::uint32_t UsualMetricIPv6 = 256;
+    const bool isIPv4 = address.address.family == Family::IPv4;
+    const std::uint32_t whole = isIPv4 ? 32 : 128;
+    const auto leadsTo = [&route](const IpAddress& network, std::uint32_t prefixLength) {
+        return route.prefixLength == prefixLength &&
+               AreInOneNetwork(route.destination, network, prefixLength);
+    };
+    if (route.table == RT_TABLE_LOCAL) {
+        return leadsTo(address.address, whole);
     }
+    const std::uint32_t usual = isIPv4 ? 0 : UsualMetricIPv6;
+    return route.table == RT_TABLE_MAIN && !route.gateway && address.makesRoute &&
+           route.metric == (address.metric == 0 ? usual : address.metric) &&
+           (leadsTo(address.address, address.prefixLength) ||
+            leadsTo(address.peer, address.prefixLength) || leadsTo(address.peer, whole));
+}
+
+// Whether the kernel sees to the route, as long as the interface and the addresses are there.
+bool IsLeftToKernel(const Route& route, const std::vector<AssignedAddress>& addresses) {
+    // Some kernels do not say that what they made of this table is theirs.
+    const bool isLocal = route.table == RT_TABLE_LOCAL;
+    if (route.protocol != RTPROT_KERNEL && !(isLocal && route.protocol == RTPROT_UNSPEC)) {
+        return false;
+    }
+    return !route.isThroughLink || (isLocal && route.type != RTN_LOCAL) ||
+           std::ranges::any_of(addresses, [&](const AssignedAddress& address) {
+               return FollowsFrom(route, address);
+           });
+}
+
+bool IsMadeFrom(const Route& route, const Route& added) {
+    return route.destination == added.destination && route.prefixLength == added.prefixLength &&
+           route.table == added.table && route.type == added.type &&
+           route.protocol == added.protocol && route.gateway == added.gateway &&
+           route.source == added.source && route.metric == added.metric;
 }
 
 }  // namespace
@@ -46,15 +69,31 @@ RouteChange::RouteChange(Socket& route, const Link& link, Family family,
       link_(link),
       family_(family),
       sources_(SourcesOf(addresses, wanted)),
-      former_(Now()),
-      shown_(DefaultRoute(former_)) {}
+      former_(Now()) {
+    std::erase_if(former_, [&](const Route& one) { return IsLeftToKernel(one, addresses); });
+    shown_ = DefaultRoute(former_);
+}
 
+// A gateway that is announced for a time is to stay for good, unless it is one of several.
 bool RouteChange::Keeps(const IpAddress& gateway) const {
-    return shown_ != nullptr && shown_->gateway == gateway;
+    return shown_ != nullptr && shown_->gateway == gateway &&
+           (shown_->secondsLeft == 0 || shown_->nextHops > 1);
 }
 
 bool RouteChange::IsOneOfSeveral(const IpAddress& gateway) const {
     return shown_ != nullptr && shown_->nextHops > 1 && !Keeps(gateway);
+}
+
+std::optional<std::int32_t> RouteChange::InterfaceInTheWayOf(const IpAddress& gateway) const {
+    return gateway.IsZero() || Keeps(gateway)
+               ? std::nullopt
+               : InterfaceWithDefaultRoute(route_, family_, WantedMetric(), shown_);
+}
+
+const Route* RouteChange::OneBetweenOthers() const {
+    const auto found = std::ranges::find_if(
+        former_, [](const Route& route) { return route.isBehindOther && route.isBeforeOther; });
+    return found == former_.end() ? nullptr : &*found;
 }
 
 std::vector<std::string> RouteChange::Restore(const std::optional<IpAddress>& replaced,
@@ -69,10 +108,20 @@ std::vector<std::string> RouteChange::Restore(const std::optional<IpAddress>& re
         Route kept = isMoved ? former.WithSource(wanted) : former;
         if (!IsAmong(now, kept)) {
             RemoveLeftOf(former, now);
+            if (isMoved) {
+                added_.push_back(kept);
+            }
             missing.push_back(std::move(kept));
         }
     }
-    return MakeAnew(std::move(missing));
+    std::vector<std::string> lost;
+    for (const SystemFailure& failure : MakeAnew(std::move(missing))) {
+        if (failure.IsGone() || failure.IsMissingRight()) {
+            throw SystemFailure(failure);
+        }
+        lost.emplace_back(failure.what());
+    }
+    return lost;
 }
 
 void RouteChange::ReplaceGateway(const IpAddress& gateway) {
@@ -83,23 +132,35 @@ void RouteChange::ReplaceGateway(const IpAddress& gateway) {
         RemoveLeftOf(*shown_, Now());
     }
     if (!gateway.IsZero()) {
-        AddDefaultRoute(route_, link_, gateway, shown_ == nullptr ? 0 : shown_->metric);
+        const Route wanted = NewDefaultRoute(gateway, WantedMetric());
+        // It is noted first, since it may come even where the kernel's answer is lost.
+        added_.push_back(wanted);
+        AddDefaultRoute(route_, link_, wanted);
     }
 }
 
-void RouteChange::Undo() {
+bool RouteChange::IsOwn(const Route& route) const {
+    return !IsAmong(former_, route) && std::ranges::any_of(added_, [&](const Route& added) {
+        return IsMadeFrom(route, added);
+    });
+}
+
+void RouteChange::Undo(Attempts& attempts) {
     std::vector<Route> missing;
     const std::vector<Route> now = Now();
-    for (const Route& added : now) {
-        if (!IsAmong(former_, added)) {
-            RemoveRoute(route_, link_, added);
+    for (const Route& one : now) {
+        if (IsOwn(one)) {
+            attempts([&] { RemoveRoute(route_, link_, one); });
         }
     }
-    std::ranges::copy_if(former_, std::back_inserter(missing),
-                         [&](const Route& former) { return !IsAmong(now, former); });
-    const std::vector<std::string> lost = MakeAnew(std::move(missing));
-    if (!lost.empty()) {
-        throw SystemFailure(EIO, lost.front());
+    for (const Route& former : former_) {
+        if (!IsAmong(now, former)) {
+            attempts([&] { RemoveLeftOf(former, now); });
+            missing.push_back(former);
+        }
+    }
+    for (const SystemFailure& failure : MakeAnew(std::move(missing))) {
+        attempts([&] { throw SystemFailure(failure); });
     }
 }
 
@@ -115,23 +176,29 @@ void RouteChange::RemoveLeftOf(const Route& former, const std::vector<Route>& no
 
 // A route may be reachable through another one only, so that those which fail are tried again as
 // long as others succeed.
-std::vector<std::string> RouteChange::MakeAnew(std::vector<Route> missing) {
-    std::vector<std::string> failures;
+std::vector<SystemFailure> RouteChange::MakeAnew(std::vector<Route> missing) {
+    constexpr std::chrono::seconds Patience{5};
+    // What stood before others comes in front of its equals, so that the first comes last.
+    const auto behind = std::stable_partition(missing.begin(), missing.end(),
+                                              [](const Route& one) { return one.isBeforeOther; });
+    std::reverse(missing.begin(), behind);
+    std::vector<IpAddress> sources;
+    for (const Route& one : missing) {
+        if (one.source) {
+            sources.push_back(*one.source);
+        }
+    }
+    IsOneTaken(route_, link_, sources, Patience);
+    std::vector<SystemFailure> failures;
     for (std::size_t before = missing.size() + 1; !missing.empty() && missing.size() < before;) {
         before = missing.size();
         failures.clear();
         std::vector<Route> failed;
         for (Route& one : missing) {
             try {
-                if (family_ == Family::IPv6 && one.source) {
-                    AwaitUse(route_, link_, *one.source);
-                }
                 RestoreRoute(route_, link_, one);
             } catch (const SystemFailure& failure) {
-                if (failure.IsGone() || failure.IsMissingRight()) {
-                    throw;
-                }
-                failures.emplace_back(failure.what());
+                failures.push_back(failure);
                 failed.push_back(std::move(one));
             }
         }

@@ -101,13 +101,14 @@ Wanted WantedOf(const TcpIpSettings& record) {
     const auto mask = isIPv4 ? AddressOf(family, prefixText) : std::nullopt;
     const auto prefix =
         isIPv4 ? (mask ? PrefixLengthOf(*mask) : std::nullopt) : PrefixLengthFrom(prefixText);
-    if (!address->IsZero() && !address->IsForHost()) {
+    const std::uint32_t length = prefix ? *prefix : 0;
+    const bool isForHost = address->IsForHost() && (length == 0 || !address->IsForAll(length));
+    if (!address->IsZero() && !isForHost) {
         return {{},
                 Refused(Status::AddressInvalid, L"An interface cannot have this address.",
                         L"Give the address of a single host that others can reach.",
                         tavrolib::Quoted(addressText))};
     }
-    const std::uint32_t length = prefix ? *prefix : 0;
     if (!address->IsZero() && length == 0) {
         return {{}, RefusePrefix(isIPv4, prefixText)};
     }

@@ -11,6 +11,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BUILDS = ("native", "sanitize")
 TIME_LIMIT = 60  # seconds; a hanging program ends in a failure
 NOBODY = 65534
+DISCOVERY_TIME = 100  # milliseconds
 RULE = re.compile(r"^[\t -]*-{20,}$")
 
 
@@ -106,9 +107,16 @@ class Machine:
     def add_pair(self, name="va", peer="vb", *options):
         """Two veth interfaces that are up; the MAC of the first."""
         self.do("ip", "link", "add", name, *options, "type", "veth", "peer", "name", peer)
+        for one in (name, peer):
+            self.set_discovery_time(one, DISCOVERY_TIME)
         self.do("ip", "link", "set", name, "up")
         self.do("ip", "link", "set", peer, "up")
         return self.mac(name)
+
+    def set_discovery_time(self, name, milliseconds):
+        """For how long the kernel waits whether another host has a new IPv6 address; a second or two of itself."""
+        (pathlib.Path("/proc/sys/net/ipv6/neigh") / name / "retrans_time_ms").write_text(str(milliseconds))
+        (pathlib.Path("/proc/sys/net/ipv6/conf") / name / "router_solicitation_delay").write_text("0")
 
     def wait_for_link_local(self, *names):
         """Until the kernel has tried the link-local addresses, which it forms when a link comes up."""

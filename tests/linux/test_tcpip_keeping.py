@@ -7,6 +7,7 @@ from test_tcpip import set_ipv4, set_ipv6, settings
 PROMOTIONS = ["0", "1"]
 LIFETIMES = ("valid_life_time", "preferred_life_time")
 LIFETIME_SLACK = 5  # seconds
+MOST_NEXT_HOPS = 253  # that ip can add; with all else that is said of the route, that is more than a page
 
 
 def told(machine, family, name="va"):
@@ -202,6 +203,85 @@ def test_ipv6_routes_of_the_replaced_source_stay(machine):
     set_ipv6(machine, mac, "2001:db8::2", "64")
     assert routes(machine, "-6") == [
         [(key, "2001:db8::2" if value == "2001:db8::1" else value) for key, value in route] for route in before]
+
+
+@pytest.mark.parametrize("metric", ["55", "0"])
+def test_routes_that_look_like_those_of_the_kernel_stay(machine, metric):
+    mac = machine.add_pair()
+    machine.do("ip", "addr", "add", "192.0.2.10/24", "dev", "va", "noprefixroute")
+    machine.do("ip", "route", "add", "192.0.2.0/24", "dev", "va", "proto", "kernel", "metric", metric)
+    machine.do("ip", "route", "add", "local", "198.51.100.0/24", "dev", "va", "table", "local")
+
+    def made():
+        return sorted(str((route["dst"], route.get("metric"), route["protocol"], route["type"]))
+                      for route in machine.ip("-4", "route", "show", "table", "all", "dev", "va")
+                      if "192.0.2.10" not in route["dst"] and "192.0.2.20" not in route["dst"])
+    before = made()
+    set_ipv4(machine, mac, "192.0.2.20", "255.255.255.0", "0.0.0.0")
+    assert machine.global_addresses("va", "-4") == [("192.0.2.20", 24)]
+    assert made() == before
+
+
+@pytest.mark.parametrize("last", [1, 2])
+def test_routes_among_equals_keep_their_place(machine, last):
+    """One that counts before that of another interface still does; one behind it stays behind."""
+    macs = {"va": machine.add_pair(), "vc": machine.add_pair("vc", "vd")}
+    machine.do("ip", "addr", "add", "192.0.2.10/24", "dev", "va")
+    machine.do("ip", "addr", "add", "198.51.100.10/24", "dev", "vc")
+    ways = [("192.0.2.1", "va"), ("192.0.2.2", "va"), ("198.51.100.1", "vc")]
+    for gateway, name in ways[last:] + ways[:last]:
+        machine.do("ip", "route", "append", "default", "via", gateway, "dev", name)
+    before = machine.ip("-4", "route", "show", "default")
+    if last == 1:
+        set_ipv4(machine, macs["va"], "192.0.2.20", "255.255.255.0", before[0]["gateway"])
+    screen = set_ipv4(machine, macs["vc"], "198.51.100.20", "255.255.255.0", "198.51.100.1")
+    assert machine.ip("-4", "route", "show", "default") == before
+    assert ("stands between those of other interfaces" in screen) == (last == 1)
+
+
+def test_the_new_address_has_the_metric_and_the_network_route_of_the_former_one(machine):
+    mac = machine.add_pair()
+    machine.do("ip", "addr", "add", "192.0.2.10/24", "dev", "va", "metric", "200")
+    machine.do("ip", "-6", "addr", "add", "2001:db8::1/64", "dev", "va", "metric", "300", "noprefixroute", "nodad")
+    set_ipv4(machine, mac, "192.0.2.20", "255.255.255.0", "0.0.0.0")
+    assert [(one["local"], one["metric"]) for one in told(machine, "-4")] == [("192.0.2.20", 200)]
+    set_ipv4(machine, mac, "198.51.100.20", "255.255.255.0", "0.0.0.0")
+    assert [(one["dst"], one["metric"]) for one in machine.ip("-4", "route", "show", "dev", "va")] == [
+        ("198.51.100.0/24", 200)]
+    set_ipv6(machine, mac, "2001:db8::2", "64")
+    assert [(one["local"], one["metric"], one.get("noprefixroute")) for one in told(machine, "-6")] == [
+        ("2001:db8::2", 300, True)]
+    set_ipv6(machine, mac, "2001:db8:1::2", "64")
+    assert [(one["local"], one["metric"], one.get("noprefixroute")) for one in told(machine, "-6")] == [
+        ("2001:db8:1::2", 300, None)], "in another network it would reach nobody without a route"
+
+
+def test_an_announced_gateway_that_is_set_stays_for_good(machine):
+    mac = machine.add_pair()
+    machine.do("ip", "-6", "addr", "add", "2001:db8::1/64", "dev", "va", "nodad")
+    machine.do("ip", "-6", "route", "add", "default", "via", "fe80::1", "dev", "va", "expires", "900", "metric", "50")
+    set_ipv6(machine, mac, "2001:db8::1", "64", "fe80::1")
+    assert [(one["gateway"], one["metric"], one.get("expires")) for one in machine.ip("-6", "route", "show", "default")
+            ] == [("fe80::1", 50, None)]
+
+
+def test_a_route_with_very_many_next_hops_stays_and_is_in_nobodys_way(machine):
+    mac = machine.add_pair()
+    other = machine.add_pair("vc", "vd")
+    machine.do("ip", "addr", "add", "192.0.2.10/24", "dev", "va")
+    machine.do("ip", "addr", "add", "198.51.100.10/24", "dev", "vc")
+    hops = [("nexthop", "via", f"{net}.{last}", "dev", name)
+            for last in range(20, 148) for name, net in (("va", "192.0.2"), ("vc", "198.51.100"))][:MOST_NEXT_HOPS]
+    machine.do("ip", "route", "add", "198.18.0.0/15", "src", "192.0.2.10", *(word for hop in hops for word in hop))
+
+    def source():
+        return machine.ip("-4", "route", "get", "198.18.0.9")[0]["prefsrc"]
+    assert settings(machine, other)["address"] == "198.51.100.10"
+    assert "Routes would go" in set_ipv4(machine, mac, "203.0.113.10", "255.255.255.0", "0.0.0.0")
+    assert source() == "192.0.2.10"
+    set_ipv4(machine, mac, "192.0.2.12", "255.255.255.0", "192.0.2.1")
+    assert machine.global_addresses("va", "-4") == [("192.0.2.12", 24)]
+    assert source() == "192.0.2.12"
 
 
 @pytest.mark.parametrize("address, gateway, lost", [

@@ -22,6 +22,8 @@ STEPS = 40  # more messages than one change sends
     ("255.255.255.255", "255.255.255.0", "An interface cannot have this address."),
     ("127.0.0.1", "255.0.0.0", "An interface cannot have this address."),
     ("0.1.2.3", "255.0.0.0", "An interface cannot have this address."),
+    ("192.0.2.0", "255.255.255.0", "An interface cannot have this address."),
+    ("192.0.2.255", "255.255.255.0", "An interface cannot have this address."),
     ("192.0.2.10", "0.0.0.0", "Give a mask of leading one bits"),
 ])
 def test_what_is_no_ipv4_address_of_a_host_is_refused(machine, address, mask, message):
@@ -40,6 +42,7 @@ def test_an_ipv4_address_of_the_link_may_be_set(machine):
     ("ff02::1", "64", "An interface cannot have this address."),
     ("::1", "128", "An interface cannot have this address."),
     ("fe80::7", "64", "An interface cannot have this address."),
+    ("::ffff:192.0.2.9", "64", "An interface cannot have this address."),
     ("febf::7", "64", "An interface cannot have this address."),
     ("2001:db8::10", "0", "Give a prefix length from 1 to 128."),
 ])
@@ -69,11 +72,16 @@ def test_an_interface_that_is_part_of_another_is_refused(machine, master, advice
     assert machine.global_addresses("va", "-4") == []
 
 
-def add_two_ways(machine):
+def add_two_interfaces(machine):
     machine.add_pair("vc", "vd")
     mac = machine.add_pair()
     machine.do("ip", "addr", "add", "192.0.2.10/24", "dev", "va")
     machine.do("ip", "addr", "add", "198.51.100.10/24", "dev", "vc")
+    return mac
+
+
+def add_two_ways(machine):
+    mac = add_two_interfaces(machine)
     machine.do("ip", "route", "add", "default", "nexthop", "via", "198.51.100.1", "dev", "vc",
                "nexthop", "via", "192.0.2.1", "dev", "va")
     return mac
@@ -101,6 +109,25 @@ def test_the_ipv6_gateway_among_several_next_hops_is_told_and_not_changed(machin
     before = routes(machine, "-6")
     assert "several next hops" in set_ipv6(machine, mac, "2001:db8::10", "64", "2001:db8::3")
     assert routes(machine, "-6") == before
+
+
+@pytest.mark.parametrize("metric", ["0", "77"])
+def test_a_gateway_beside_that_of_another_interface_is_refused_before_anything_is_done(machine, metric):
+    mac = add_two_interfaces(machine)
+    machine.do("ip", "route", "add", "default", "via", "198.51.100.1", "dev", "vc", "metric", metric)
+    if metric != "0":
+        machine.do("ip", "route", "append", "default", "via", "192.0.2.1", "dev", "va", "metric", metric)
+    before = told(machine, "-4"), routes(machine, "-4")
+    screen = set_ipv4(machine, mac, "192.0.2.20", "255.255.255.0", "192.0.2.3")
+    assert "There is another default route of the same metric." in screen and "Details: [vc]" in screen
+    assert (told(machine, "-4"), routes(machine, "-4")) == before
+
+
+def test_a_gateway_beside_one_of_another_metric_is_set(machine):
+    mac = add_two_interfaces(machine)
+    machine.do("ip", "route", "add", "default", "via", "198.51.100.1", "dev", "vc", "metric", "77")
+    set_ipv4(machine, mac, "192.0.2.20", "255.255.255.0", "192.0.2.3")
+    assert settings(machine, mac)["gateway"] == "192.0.2.3"
 
 
 def test_a_gateway_that_is_an_ipv6_address_is_told_and_replaced(machine):

@@ -29,8 +29,35 @@ TEST(IpAddress, IsForAHostWhereOthersCanReachIt) {
     }
     for (const char* const other :
          {"0.0.0.0", "0.0.0.1", "127.0.0.1", "224.0.0.1", "240.0.0.1", "255.255.255.255",
-          "::", "::1", "fe80::1", "febf::1", "ff02::1"}) {
+          "::", "::1", "fe80::1", "febf::1", "ff02::1", "::ffff:192.0.2.9"}) {
         EXPECT_FALSE(IpAddressFrom(other).value().IsForHost()) << other;
+    }
+}
+
+TEST(IpAddress, IsForAllWhereItNamesNoSingleHost) {
+    struct Sample {
+        const char* address;
+        std::uint32_t prefixLength;
+        bool isForAll;
+    };
+    for (const Sample& sample : {
+             Sample{"192.0.2.0", 24, true},
+             {"192.0.2.255", 24, true},
+             {"192.0.3.255", 23, true},
+             {"192.0.2.255", 23, false},
+             {"192.0.3.0", 23, false},
+             {"192.0.2.1", 24, false},
+             {"192.0.2.4", 30, true},
+             {"192.0.2.5", 30, false},
+             {"192.0.2.7", 30, true},
+             {"192.0.2.6", 31, false},
+             {"192.0.2.7", 31, false},
+             {"192.0.2.0", 32, false},
+             {"2001:db8::", 64, false},
+         }) {
+        EXPECT_EQ(IpAddressFrom(sample.address).value().IsForAll(sample.prefixLength),
+                  sample.isForAll)
+            << sample.address << '/' << sample.prefixLength;
     }
 }
 
