@@ -1,0 +1,35 @@
+"""IP addresses as options and hosts have them."""
+
+import ipaddress
+
+from .failure import Failure
+
+
+def ipv4_address(option, text):
+    """An IPv4 address in its one form; a Failure names the option."""
+    return _address(option, text, ipaddress.IPv4Address, "IPv4")
+
+
+def ipv6_address(option, text):
+    """An IPv6 address in its one form."""
+    return _address(option, text, ipaddress.IPv6Address, "IPv6")
+
+
+def ip_address(option, text):
+    """An address of either version in its one form."""
+    return _address(option, text, ipaddress.ip_address, "IP")
+
+
+def same_address(first, second):
+    """Whether two texts are the same address, however it is written; texts that are none are compared as they are."""
+    try:
+        return ipaddress.ip_address(first) == ipaddress.ip_address(second)
+    except ValueError:
+        return first == second
+
+
+def _address(option, text, kind, name):
+    try:
+        return str(kind(text))
+    except ValueError:
+        raise Failure(f"{option}: {text} is no {name} address") from None

@@ -1,0 +1,175 @@
+"""What every module does once it knows its options: bring a host into a wanted state, or have a command done there."""
+
+import json
+
+from ansible.module_utils.basic import AnsibleModule
+
+from .command import Command
+from .difference import difference
+from .failure import Failure
+from .host import Host
+from .options import COMMON_OPTIONS
+from .tool import Tool
+
+# The names of operations that leave a host as it is begin so.
+READING = ("Read", "List", "Ping")
+
+
+def fleet_module(options, **rules):
+    """The AnsibleModule of a module with these options beside the common ones; rules are further arguments of it."""
+    return AnsibleModule(argument_spec=dict(COMMON_OPTIONS, **options), supports_check_mode=True, **rules)
+
+
+def bring_about(module, needed):
+    """Brings the host into the wanted state, or rehearses that in check mode, and ends the module.
+
+    needed(host, options) tells the commands (a list of Command) that bring a host into the wanted state; none when it is
+    in that state. It is asked before, and again afterwards, when nothing may be needed any more. It raises a Failure for
+    what cannot be had.
+    """
+    def flow(work):
+        before = work.capture()
+        commands = needed(Host(before), module.params)
+        work.do(commands)
+        if commands:
+            work.prove(needed)
+    _finish(module, flow)
+
+
+def do_once(module, command):
+    """Has a Command done, or rehearsed in check mode, and ends the module. Whether it changed the host is told by what it
+    called of the management library."""
+    def flow(work):
+        if module.check_mode or module._diff:  # pylint: disable=protected-access  # no other way tells
+            work.capture()
+        report = work.do([command])[0]
+        work.result.update(output=report["output"], calls=report["calls"], changed=_changed_host(report))
+        work.tell_difference()
+    _finish(module, flow)
+
+
+def read(module, tell):
+    """Ends a module that only reads with the members that tell(document of the host) gives."""
+    def flow(work):
+        work.result = dict({"changed": False}, **tell(work.capture()))
+    _finish(module, flow)
+
+
+def _finish(module, flow):
+    work = None
+    try:
+        with Tool(module) as tool:
+            work = _Work(module, tool)
+            flow(work)
+    except Failure as failure:
+        module.fail_json(msg=str(failure), **dict(work.result if work else {}, **failure.facts))
+    module.exit_json(**work.result)
+
+
+class _Work:
+    """One run of a module: where it stands, and the result so far."""
+
+    def __init__(self, module, tool):
+        self.result = {"changed": False, "commands": [], "restart_required": False}
+        self._module = module
+        self._tool = tool
+        self._reports = []
+        self._commands = []
+        self._before = None  # The path of the host file before,
+        self._twin = None    # and, in check mode, afterwards.
+
+    def capture(self):
+        """What the host tells now, as a document."""
+        path = self._tool.capture()
+        self._before = self._before or path
+        self._twin = self._twin or path
+        for remark in self._tool.remarks:
+            self._module.warn(remark)
+        self._tool.remarks.clear()
+        return _document(path)
+
+    def do(self, commands):
+        """Does the commands, or rehearses them: their reports. Fails at the first one that is not done."""
+        for command in commands:
+            if command.warning:
+                self._module.warn(f"{command}: {command.warning}")
+            if self._module.check_mode:
+                report, self._twin = self._tool.rehearse(command, self._twin)
+            else:
+                report = self._tool.run(command)
+            self._take(command, report)
+        return self._reports
+
+    def prove(self, needed):
+        """Reads back, tells the difference, and fails where the wanted state is not there although it should be."""
+        after = self.tell_difference()
+        missing = [command for command in needed(Host(after), self._module.params) if command.provable]
+        if missing and not self.result["restart_required"] and self._is_certain():
+            raise Failure("The host took the commands and yet is not as wanted; still needed: "
+                          + "; ".join(str(command) for command in missing))
+
+    def tell_difference(self):
+        """Adds what differs between before and now to the result: the document of the host, or of the twin, now. None
+        where the host was not read before."""
+        if not self._before:
+            return None
+        before = _document(self._before)
+        if self._module.check_mode:
+            after = _document(self._twin)
+            self.result["diff"] = difference(before, after)
+            return after
+        after = self.capture()
+        twin = self._rehearsed() if self.result["restart_required"] else None
+        self.result["diff"] = difference(before, after, twin)
+        return after
+
+    def _take(self, command, report):
+        """Adds a report to the result, and fails unless the command was done."""
+        outcome = report["outcome"]
+        self._reports.append(report)
+        self._commands.append(command)
+        self.result["commands"].append({"arguments": command.arguments, "outcome": outcome})
+        self.result["restart_required"] |= report["restart_required"]
+        for uncertainty in report.get("uncertainties", []):
+            self._module.warn(f"{command}: not certain: {uncertainty['reason']}")
+        if outcome in ("done", "uncertain"):
+            self.result["changed"] = True
+            return
+        # What was not done to its end may have changed the host all the same.
+        self.result["changed"] |= not self._module.check_mode and _changed_host(report)
+        raise Failure(f"{command}: {_reason(report)}", error=report.get("error"), output=report["output"])
+
+    def _rehearsed(self):
+        """The document of a twin with which the same was done: it tells what waits for the restart."""
+        path = self._before
+        for command in self._commands:
+            unused, path = self._tool.rehearse(command, path)
+        return _document(path)
+
+    def _is_certain(self):
+        return all(report.get("certain", True) for report in self._reports)
+
+
+def _document(path):
+    with open(path, encoding="utf-8") as file:
+        return json.load(file)
+
+
+def _changed_host(report):
+    """Whether a command called an operation that changes something, and that was not refused."""
+    return any(call["call"] == "DoOperation" and not call.get("name", "").startswith(READING) and not call.get("status")
+               for call in report["calls"])
+
+
+def _reason(report):
+    """Why a command was not done: what the run says, the library, or the command itself."""
+    if "failure" in report:
+        return report["failure"]
+    error = report.get("error")
+    if error:
+        return f"{error['message']} ({error['details']})" if error["details"] else error["message"]
+    lines = [line.strip() for line in report["output"].splitlines() if line.strip()]
+    return lines[-1] if lines else "refused without a word"
+
+
+__all__ = ["Command", "Failure", "bring_about", "do_once", "fleet_module", "read"]
