@@ -47,7 +47,7 @@ options:
   update_secret:
     description:
       - When to send the secrets, which no host tells back.
-      - C(on_create) sends them with whatever else has to be changed, and is content with a host that shows no difference.
+      - C(on_create) sends them with whatever else has to be changed, and not where the host shows no difference.
       - C(always) sends them each time, which counts as a change each time.
     type: str
     choices: [always, on_create]

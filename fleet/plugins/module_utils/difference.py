@@ -3,7 +3,8 @@
 from .host import KINDS
 
 # What others offer on the network, what a library said once, and what goes on by itself.
-LEFT_OUT = {"format", "captured", "iscsiTargets", "fcoeFabric", "reachable", "statistics", "lastSessionId", "temperature"}
+LEFT_OUT = {"format", "captured", "iscsiTargets", "fcoeFabric", "reachable", "statistics", "lastSessionId",
+            "temperature"}
 # No library tells them back; a twin holds a stand-in where one was sent.
 SECRETS = {"targetSecret", "initiatorSecret", "chapSecret"}
 # What an element of a list is known by: the first of these members that it has.
@@ -15,8 +16,8 @@ WAITING = ("pendingPartitions", "pendingPersonality", "pendingVlanId")
 def difference(before, after, twin=None):
     """The members of two host files that differ, as "before" and "after".
 
-    Lists are told as objects whose keys are what their elements are known by. twin is the host file of a twin with which
-    the same was done: a library does not tell what waits for the restart, so that is taken from there.
+    Lists are told as objects whose keys are what their elements are known by. twin is the host file of a twin with
+    which the same was done: a library does not tell what waits for the restart, so that is taken from there.
     """
     before, after = _readable(before), _readable(after)
     if twin:
@@ -43,7 +44,7 @@ def _name(element):
             return f"{title} {element[kind].get('portWwn') or element['mac']}"
     for member in KNOWN_BY:
         if member in element:
-            return ":".join(str(element[part]) for part in (member, "port") if isinstance(element.get(part), (str, int)))
+            return f"{element[member]}:{element['port']}" if "port" in element else str(element[member])
     return None
 
 

@@ -23,26 +23,26 @@ def fleet_module(options, **rules):
 def bring_about(module, needed):
     """Brings the host into the wanted state, or rehearses that in check mode, and ends the module.
 
-    needed(host, options) tells the commands (a list of Command) that bring a host into the wanted state; none when it is
-    in that state. It is asked before, and again afterwards, when nothing may be needed any more. It raises a Failure for
-    what cannot be had.
+    needed(host, options) tells the commands (a list of Command) that bring a host into the wanted state; none when it
+    is in that state. It is asked before, and again afterwards, when nothing may be needed any more. It raises a Failure
+    for what cannot be had.
     """
     def flow(work):
         before = work.capture()
         commands = needed(Host(before), module.params)
-        work.do(commands)
+        work.carry_out(commands)
         if commands:
             work.prove(needed)
     _finish(module, flow)
 
 
 def do_once(module, command):
-    """Has a Command done, or rehearsed in check mode, and ends the module. Whether it changed the host is told by what it
-    called of the management library."""
+    """Has a Command done, or rehearsed in check mode, and ends the module. Whether it changed the host is told by what
+    it called of the management library."""
     def flow(work):
         if module.check_mode or module._diff:  # pylint: disable=protected-access  # no other way tells
             work.capture()
-        report = work.do([command])[0]
+        report = work.carry_out([command])[0]
         work.result.update(output=report["output"], calls=report["calls"], changed=_changed_host(report))
         work.tell_difference()
     _finish(module, flow)
@@ -88,7 +88,7 @@ class _Work:
         self._tool.remarks.clear()
         return _document(path)
 
-    def do(self, commands):
+    def carry_out(self, commands):
         """Does the commands, or rehearses them: their reports. Fails at the first one that is not done."""
         for command in commands:
             if command.warning:
@@ -143,7 +143,7 @@ class _Work:
         """The document of a twin with which the same was done: it tells what waits for the restart."""
         path = self._before
         for command in self._commands:
-            unused, path = self._tool.rehearse(command, path)
+            _, path = self._tool.rehearse(command, path)
         return _document(path)
 
     def _is_certain(self):

@@ -64,8 +64,8 @@ class Host:
         raise _not_found("function", identifier, self.functions)
 
     def answer(self, operation, request):
-        """What the library answered when it was asked for an operation (its number) of a port or, with an empty text, of
-        the host: the record by position, or None."""
+        """What the library answered when it was asked for an operation (its number) of a port or, with an empty text,
+        of the host: the record by position, or None."""
         for answer in self.document.get("captured", {}).get("answers", []):
             if (answer.get("operation") == operation and answer.get("status", 0) == 0
                     and normalised(answer.get("request", "")) == normalised(request)):

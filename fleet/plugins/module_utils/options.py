@@ -1,4 +1,4 @@
-"""What the argument specifications of the modules have in common, as the documentation fragment `common` describes it."""
+"""What the argument specifications of the modules have in common; the fragment `common` documents it."""
 
 COMMON_OPTIONS = {
     "tavrohost": {"type": "path"},

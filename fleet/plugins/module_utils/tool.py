@@ -35,13 +35,13 @@ class Tool:
         self._folder = tempfile.mkdtemp(prefix="tavro-", dir=self._module.tmpdir)
         return self
 
-    def __exit__(self, *unused):
+    def __exit__(self, *_):
         shutil.rmtree(self._folder, ignore_errors=True)
 
     def capture(self):
         """Reads the host: the path of a new host file."""
         path = self._new_path()
-        status, unused, complaints = self._start(["capture", "--output", path])
+        status, _, complaints = self._start(["capture", "--output", path])
         if status != 0:
             raise Failure(_reason(complaints) or f"tavrohost capture ended with {status}")
         return path

@@ -6,8 +6,8 @@ module: cli
 short_description: Do any command of tavrocli
 description:
   - For what no other module of the collection does, such as a ping or a reset of counters.
-  - The module does not know what is wanted, so the command is done each time. Whether it changed the host is told by the
-    operations that it called of the management library; commands that only read, and pings, change nothing.
+  - The module does not know what is wanted, so the command is done each time. Whether it changed the host is told by
+    the operations that it called of the management library; commands that only read, and pings, change nothing.
 version_added: 5.2.3
 author:
   - Tavro (@tavro)

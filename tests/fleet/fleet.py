@@ -1,0 +1,160 @@
+"""Simulated hosts as an Ansible inventory, and what playbooks do to them."""
+
+import dataclasses
+import json
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import time
+
+TESTS = pathlib.Path(__file__).resolve().parent
+ROOT = TESTS.parent.parent
+COLLECTION = ROOT / "fleet"
+MODULES = sorted(path.stem for path in (COLLECTION / "plugins" / "modules").glob("*.py"))
+TAVROHOST = ROOT / "build" / "native" / "bin" / "tavrohost"
+DEFAULT_HOST = ROOT / "simulator" / "default_host.json"
+TIME_LIMIT = 300  # seconds; far more than a playbook takes on a busy machine
+# Names of operations by number.
+OPERATIONS = {
+    int(number): name
+    for name, number in re.findall(r"^ {4}(\w+) = (\d+),", (ROOT / "tavroapi" / "operation_code.h").read_text(), re.M)
+}
+
+
+@dataclasses.dataclass
+class SimulatedHost:
+    """A host of the inventory: a folder with its host file, the trace of its library, and Ansible's files."""
+
+    name: str
+    folder: pathlib.Path
+    environment: dict = dataclasses.field(default_factory=dict)  # of the modules, beside the simulator's own
+
+    @property
+    def file(self):
+        return self.folder / "host.json"
+
+    @property
+    def temporary(self):
+        """Where modules put what they need for a while."""
+        return self.folder / "tmp"
+
+    def read(self):
+        return json.loads(self.file.read_text())
+
+    def write(self, document):
+        self.file.write_text(json.dumps(document))
+
+    def operations(self):
+        """The names of the operations that the library was called for, as a set."""
+        trace = self.folder / "trace"
+        calls = [json.loads(line) for line in trace.read_text().splitlines()] if trace.exists() else []
+        return {OPERATIONS[call["operation"]] for call in calls if call["call"] == "DoOperation"}
+
+    def forget_operations(self):
+        (self.folder / "trace").unlink(missing_ok=True)
+
+    def variables(self):
+        simulator = {"TAVROSIM_HOST": str(self.file), "TAVROSIM_TRACE": str(self.folder / "trace")}
+        return {"ansible_remote_tmp": str(self.temporary), "simulated": {**simulator, **self.environment}}
+
+
+@dataclasses.dataclass
+class Play:
+    """What came of a run of ansible-playbook."""
+
+    status: int
+    output: str
+    seconds: float
+    results: dict  # by host and name of the task
+
+    def result(self, host, task):
+        return self.results[host.name][task]
+
+    def of_task(self, task):
+        """The result of each host."""
+        return {host: tasks[task] for host, tasks in self.results.items()}
+
+
+class Fleet:
+    """Hosts, and the collection as it was installed."""
+
+    def __init__(self, folder, collections, count=1, document=None):
+        self.folder = folder
+        self._collections = collections
+        self._plays = 0
+        self.hosts = [self._make_host(f"host-{number}", document) for number in range(1, count + 1)]
+
+    def __getitem__(self, position):
+        return self.hosts[position]
+
+    def _make_host(self, name, document):
+        host = SimulatedHost(name, self.folder / name)
+        host.folder.mkdir(parents=True)
+        if document is None:
+            shutil.copy(DEFAULT_HOST, host.file)
+        else:
+            host.write(document)
+        return host
+
+    def play(self, tasks, *options, forks=5, hosts=None, playbook=None):
+        """Runs tasks (by name), or a playbook file, on the hosts: on all of them when none are named. A task that fails
+        does not keep the next ones from being done. `options` are those of ansible-playbook, such as "--check"."""
+        self._plays += 1
+        results = self.folder / f"results-{self._plays}"
+        results.write_text("")
+        command = ["/usr/bin/ansible-playbook", "-i", self._inventory(), "--forks", str(forks), *options]
+        command += ["--limit", ",".join(host.name for host in hosts)] if hosts else []
+        command += [playbook or self._playbook(tasks)]
+        start = time.monotonic()
+        done = subprocess.run(command, capture_output=True, text=True, timeout=TIME_LIMIT, check=False, cwd=self.folder,
+                              env=self.environment(FLEET_RESULTS=str(results)))
+        seconds = time.monotonic() - start
+        found = {host.name: {} for host in self.hosts}
+        for line in map(json.loads, results.read_text().splitlines()):
+            found[line["host"]][line["task"]] = line["result"]
+        return Play(done.returncode, done.stdout + done.stderr, seconds, found)
+
+    def environment(self, **more):
+        return ansible_environment(self.folder, self._collections, **more)
+
+    def _inventory(self):
+        path = self.folder / "inventory.json"
+        common = {
+            "ansible_connection": "local",
+            "ansible_python_interpreter": "/usr/bin/python3",
+        }
+        hosts = {host.name: {**common, **host.variables()} for host in self.hosts}
+        path.write_text(json.dumps({"all": {"hosts": hosts}}))
+        return str(path)
+
+    def _playbook(self, tasks):
+        path = self.folder / f"playbook-{self._plays}.json"
+        play = {
+            "hosts": "all",
+            "gather_facts": False,
+            "environment": "{{ simulated }}",
+            "module_defaults": {"group/tavro.fleet.all": {"tavrohost": str(TAVROHOST)}},
+            "tasks": [{"name": name, "ignore_errors": True, **task} for name, task in tasks.items()],
+        }
+        path.write_text(json.dumps([play]))
+        return str(path)
+
+
+def ansible_environment(folder, collections, **more):
+    """The environment of Ansible's programs: nothing of the user's own settings, and nothing outside the folder."""
+    home = folder / "home"
+    home.mkdir(exist_ok=True)
+    return {
+        "PATH": "/usr/bin:/bin",
+        "LC_ALL": "C.UTF-8",
+        "HOME": str(home),
+        "ANSIBLE_HOME": str(home / "ansible"),
+        "ANSIBLE_COLLECTIONS_PATH": str(collections),
+        "ANSIBLE_CALLBACK_PLUGINS": str(TESTS / "callback_plugins"),
+        "ANSIBLE_CALLBACKS_ENABLED": "results",
+        "ANSIBLE_NOCOLOR": "1",
+        "ANSIBLE_PIPELINING": "1",  # Fewer processes for each task.
+        **more,
+    }
