@@ -4,9 +4,10 @@ import re
 
 import pytest
 
-from program import ROOT, TESTS
+from program import ROOT
 
-DOCUMENTS = sorted([*ROOT.glob("*.md"), *(ROOT / "docs").rglob("*.md"), TESTS / "README.md"])
+DOCUMENTS = sorted([*ROOT.glob("*.md"), *(ROOT / "docs").rglob("*.md"), *(ROOT / "fleet").glob("*.md"),
+                    *ROOT.glob("tests/*/README.md")])
 LINK = re.compile(r"\]\(([^()\s]+)\)")
 FENCE = re.compile(r"^```.*?^```$", re.MULTILINE | re.DOTALL)
 CODE = re.compile(r"`[^`\n]*`")

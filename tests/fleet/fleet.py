@@ -91,7 +91,7 @@ class Fleet:
 
     def _make_host(self, name, document):
         host = SimulatedHost(name, self.folder / name)
-        host.folder.mkdir(parents=True)
+        host.temporary.mkdir(parents=True, mode=0o700)
         if document is None:
             shutil.copy(DEFAULT_HOST, host.file)
         else:

@@ -69,14 +69,16 @@ def test_an_answer_is_found_unless_it_was_refused(utility):
 
 
 def test_a_difference_names_what_differs(utility):
-    before = {"name": "h", "adapters": [{"name": "A", "type": "CNA", "ports": [{"name": "Port 1", "functions": [
-        {"number": 2, "mac": "m", "iscsi": {"storage": {
-            "portals": [{"address": "a", "port": "1"}, {"address": "a", "port": "2", "login": {"targetSecret": ""}}],
-            "statistics": {"logins": 1}}}}]}]}]}
-    after = {"name": "h", "adapters": [{"name": "A", "type": "CNA", "ports": [{"name": "Port 1", "functions": [
-        {"number": 2, "mac": "m", "iscsi": {"storage": {
-            "portals": [{"address": "a", "port": "2", "login": {"targetSecret": "s"}}, {"address": "b"}],
-            "statistics": {"logins": 2}}}}]}]}], "reachable": [{"address": "c"}]}
+    def host(storage, secret):
+        function = {"number": 2, "mac": "m", "iscsi": {"storage": storage}}
+        adapter = {"name": "A", "ports": [{"name": "Port 1", "functions": [function]}]}
+        return {"initiator": {"login": {"targetSecret": secret}}, "adapters": [adapter]}
+
+    def stays(digest):
+        return {"address": "a", "port": "2", "login": {"dataDigest": digest}}
+    before = host({"portals": [{"address": "a", "port": "1"}, stays("No")], "statistics": {"logins": 1}}, "")
+    after = host({"portals": [stays("CRC32C"), {"address": "b"}], "statistics": {"logins": 2}}, "s")
+    after["reachable"] = [{"address": "c"}]
 
     def around(portals):
         return {"adapters": {"A": {"ports": {"Port 1": {"functions": {

@@ -39,7 +39,8 @@ attributes:
     description: Tells what differs on the host before and after.
     support: full
     details:
-      - The whole host is compared, but for counters, secrets, and what others offer on the network.
+      - The whole host is compared, but for counters, secrets, how portals are logged in to, and what others offer on
+        the network.
 """
 
     SECRETS = r"""

@@ -7,6 +7,8 @@ LEFT_OUT = {"format", "captured", "iscsiTargets", "fcoeFabric", "reachable", "st
             "temperature"}
 # No library tells them back; a twin holds a stand-in where one was sent.
 SECRETS = {"targetSecret", "initiatorSecret", "chapSecret"}
+# Nor how an initiator logs in to a portal.
+UNTOLD_OF_PORTALS = {"login"}
 # What an element of a list is known by: the first of these members that it has.
 KNOWN_BY = ("name", "portWwn", "targetPortWwn", "address", "number", "id")
 # What waits for the restart.
@@ -28,7 +30,8 @@ def difference(before, after, twin=None):
 
 def _readable(value):
     if isinstance(value, dict):
-        return {key: _readable(member) for key, member in value.items() if key not in LEFT_OUT | SECRETS}
+        left_out = LEFT_OUT | SECRETS | (UNTOLD_OF_PORTALS if "address" in value else set())
+        return {key: _readable(member) for key, member in value.items() if key not in left_out}
     if isinstance(value, list) and any(isinstance(element, dict) for element in value):
         members = {}
         for position, element in enumerate(value):
@@ -62,8 +65,8 @@ def _only_differing(before, after):
         if key in before and key in after:
             if before[key] == after[key]:
                 continue
-            if isinstance(before[key], dict) and isinstance(after[key], dict):
-                lost[key], new[key] = _only_differing(before[key], after[key])
+            if all(isinstance(side[key], dict) or side[key] == [] for side in (before, after)):
+                lost[key], new[key] = _only_differing(before[key] or {}, after[key] or {})
                 continue
         if key in before:
             lost[key] = before[key]

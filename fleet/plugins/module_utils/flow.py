@@ -13,6 +13,8 @@ from .tool import Tool
 
 # The names of operations that leave a host as it is begin so.
 READING = ("Read", "List", "Ping")
+# Outcomes of a command that was done; on a twin it can be uncertain whether the host does the same.
+DONE = ("done", "uncertain")
 
 
 def fleet_module(options, **rules):
@@ -96,7 +98,7 @@ class _Work:
             if self._module.check_mode:
                 report, self._twin = self._tool.rehearse(command, self._twin)
             else:
-                report = self._tool.run(command)
+                report = self._run(command)
             self._take(command, report)
         return self._reports
 
@@ -123,6 +125,13 @@ class _Work:
         self.result["diff"] = difference(before, after, twin)
         return after
 
+    def _run(self, command):
+        try:
+            return self._tool.run(command)
+        except Failure:
+            self.result["changed"] = True  # Nobody knows how far it came.
+            raise
+
     def _take(self, command, report):
         """Adds a report to the result, and fails unless the command was done."""
         outcome = report["outcome"]
@@ -132,7 +141,7 @@ class _Work:
         self.result["restart_required"] |= report["restart_required"]
         for uncertainty in report.get("uncertainties", []):
             self._module.warn(f"{command}: not certain: {uncertainty['reason']}")
-        if outcome in ("done", "uncertain"):
+        if outcome in DONE:
             self.result["changed"] = True
             return
         # What was not done to its end may have changed the host all the same.
@@ -140,10 +149,13 @@ class _Work:
         raise Failure(f"{command}: {_reason(report)}", error=report.get("error"), output=report["output"])
 
     def _rehearsed(self):
-        """The document of a twin with which the same was done: it tells what waits for the restart."""
+        """The document of a twin with which the same was done: it tells what waits for the restart. None where the twin
+        does not do the same."""
         path = self._before
         for command in self._commands:
-            _, path = self._tool.rehearse(command, path)
+            report, path = self._tool.rehearse(command, path)
+            if report["outcome"] not in DONE:
+                return None
         return _document(path)
 
     def _is_certain(self):

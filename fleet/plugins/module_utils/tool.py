@@ -5,7 +5,6 @@ import os
 import shutil
 import signal
 import subprocess
-import sys
 import tempfile
 
 from .command import answers_document
@@ -31,7 +30,7 @@ class Tool:
 
     def __enter__(self):
         for number in (signal.SIGTERM, signal.SIGHUP):
-            signal.signal(number, lambda number, frame: sys.exit(128 + number))
+            signal.signal(number, _be_ended)
         self._folder = tempfile.mkdtemp(prefix="tavro-", dir=self._module.tmpdir)
         return self
 
@@ -106,6 +105,10 @@ class Tool:
         os.close(handle)
         _write(path, content)
         return path
+
+
+def _be_ended(number, _):
+    raise Failure(f"The module was ended by signal {number}")
 
 
 def _write(path, content):
