@@ -9,6 +9,8 @@ import shutil
 import subprocess
 import time
 
+import yaml
+
 TESTS = pathlib.Path(__file__).resolve().parent
 ROOT = TESTS.parent.parent
 COLLECTION = ROOT / "fleet"
@@ -30,6 +32,7 @@ class SimulatedHost:
     name: str
     folder: pathlib.Path
     environment: dict = dataclasses.field(default_factory=dict)  # of the modules, beside the simulator's own
+    more: dict = dataclasses.field(default_factory=dict)  # variables in the inventory, beside Ansible's own
 
     @property
     def file(self):
@@ -57,7 +60,8 @@ class SimulatedHost:
 
     def variables(self):
         simulator = {"TAVROSIM_HOST": str(self.file), "TAVROSIM_TRACE": str(self.folder / "trace")}
-        return {"ansible_remote_tmp": str(self.temporary), "simulated": {**simulator, **self.environment}}
+        return {"ansible_remote_tmp": str(self.temporary), "simulated": {**simulator, **self.environment},
+                **self.more}
 
 
 @dataclasses.dataclass
@@ -99,14 +103,15 @@ class Fleet:
         return host
 
     def play(self, tasks, *options, forks=5, hosts=None, playbook=None):
-        """Runs tasks (by name), or a playbook file, on the hosts: on all of them when none are named. A task that fails
-        does not keep the next ones from being done. `options` are those of ansible-playbook, such as "--check"."""
+        """Runs tasks (by name), or a playbook of the collection, on the hosts: on all of them when none are named. A
+        task that fails does not keep the next ones from being done; in a playbook it does. `options` are those of
+        ansible-playbook, such as "--check"."""
         self._plays += 1
         results = self.folder / f"results-{self._plays}"
         results.write_text("")
         command = ["/usr/bin/ansible-playbook", "-i", self._inventory(), "--forks", str(forks), *options]
         command += ["--limit", ",".join(host.name for host in hosts)] if hosts else []
-        command += [playbook or self._playbook(tasks)]
+        command += [self._simulated(playbook) if playbook else self._playbook(tasks)]
         start = time.monotonic()
         done = subprocess.run(command, capture_output=True, text=True, timeout=TIME_LIMIT, check=False, cwd=self.folder,
                               env=self.environment(FLEET_RESULTS=str(results)))
@@ -130,15 +135,22 @@ class Fleet:
         return str(path)
 
     def _playbook(self, tasks):
-        path = self.folder / f"playbook-{self._plays}.json"
-        play = {
+        return self._write_playbook([{
             "hosts": "all",
             "gather_facts": False,
+            "tasks": [{"name": name, "ignore_errors": True, **task} for name, task in tasks.items()],
+        }])
+
+    def _simulated(self, playbook):
+        return self._write_playbook(yaml.safe_load((COLLECTION / "playbooks" / playbook).read_text()))
+
+    def _write_playbook(self, plays):
+        path = self.folder / f"playbook-{self._plays}.json"
+        where = {
             "environment": "{{ simulated }}",
             "module_defaults": {"group/tavro.fleet.all": {"tavrohost": str(TAVROHOST)}},
-            "tasks": [{"name": name, "ignore_errors": True, **task} for name, task in tasks.items()],
         }
-        path.write_text(json.dumps([play]))
+        path.write_text(json.dumps([{**play, **where} for play in plays]))
         return str(path)
 
 
