@@ -5,7 +5,7 @@ import json
 
 import pytest
 
-from fleet import OPERATIONS
+from fleet import OPERATIONS, TAVROHOST
 
 ETHERNET = "02-00-5E-10-00-00"
 STORAGE = "02-00-5E-10-00-02"
@@ -65,7 +65,8 @@ TASKS = {
             "second_target": {"used": False}}},
     "secret each time": {
         "tavro.fleet.iscsi_boot": {
-            "mac": "02-00-5E-20-00-06", "chap_name": "web-1", "chap_secret": SECRETS[3], "update_secret": "always"}},
+            "mac": "02-00-5E-20-00-06", "chap_name": "web-1", "chap_secret": SECRETS[3], "update_secret": "always",
+            "tavrohost": "{{ watched_tavrohost }}"}},
     "FCoE boot": {
         "tavro.fleet.fcoe_boot": {
             "wwn": FCOE.lower(), "state": "enabled", "fabric_discovery": False, "link_up_delay": 20,
@@ -78,7 +79,7 @@ TASKS = {
             "ports": [{"number": 1, "personality": "iscsi"},
                       {"number": 2, "personality": "fcoe", "flow_control": "Tx/Rx Enabled"}],
             "functions": [{"number": 2, "lower_limit": 40}, {"number": 3, "lower_limit": 30, "upper_limit": 80}]}},
-    "import": {"tavro.fleet.config_import": {"content": IMPORTED}},
+    "import": {"tavro.fleet.config_import": {"content": IMPORTED, "tavrohost": "{{ watched_tavrohost }}"}},
 }
 WAITING = ["personality", "partitions"]
 LASTING = ["settings", "iSCSI boot", "iSCSI boot by DHCP", "FCoE boot", "import"]
@@ -102,9 +103,22 @@ class Plays:
         self.again = fleet.play(TASKS, "-vvv", hosts=[self.usual])
 
 
+def watch(host):
+    """Notes each command line of tavrohost, and who can read the files beside it, in the host's file `watched`."""
+    program = host.folder / "watched_tavrohost"
+    program.write_text(f"""#!/bin/sh
+{{ echo "line $*"; find . -printf '%m %f\\n'; }} >> {host.folder}/watched
+exec {TAVROHOST} "$@"
+""")
+    program.chmod(0o700)
+    host.more["watched_tavrohost"] = str(program)
+
+
 @pytest.fixture(scope="module", name="plays")
 def fixture_plays(make_fleet):
     fleet = make_fleet(3)
+    for host in fleet.hosts:
+        watch(host)
     _, refusing, broken = fleet.hosts
     numbers = {name: number for number, name in OPERATIONS.items()}
     refusals = [{"call": "DoOperation", "operation": numbers[operation], "status": 5,
@@ -246,6 +260,15 @@ def test_secrets_reach_the_host_and_nobody_else(plays):
             assert secret not in json.dumps(play.results)
     trace = (plays.usual.folder / "trace").read_text()
     assert not [secret for secret in SECRETS if secret in trace]
+
+
+def test_secrets_stand_in_no_command_line_and_in_no_file_that_others_can_read(plays):
+    noted = (plays.usual.folder / "watched").read_text()
+    assert not [secret for secret in SECRETS if secret in noted]
+    modes = [line.split(" ", 1) for line in noted.splitlines() if not line.startswith("line ")]
+    assert "cnadiscovery.xml" in [name for _, name in modes]
+    assert all(int(mode, 8) & 0o077 == 0 for mode, _ in modes)
+    assert " -setbootconfig" in noted and " -import" in noted
 
 
 def test_nothing_temporary_stays(plays):
