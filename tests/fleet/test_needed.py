@@ -33,26 +33,9 @@ def fixture_document(captured):
 
 
 @pytest.fixture(name="ask")
-def fixture_ask(collections, document):
+def fixture_ask(ask_module, document):
     """ask(module, options): the commands that the module needs; what is not given is as Ansible fills it in."""
-    root = "ansible_collections.tavro.fleet.plugins"
-    assert collections.exists()
-
-    def filled(options, given):
-        values = {name: given.get(name, option.get("default")) for name, option in options.items()}
-        for name, option in options.items():
-            inner = option.get("options")
-            if inner and isinstance(values[name], dict):
-                values[name] = filled(inner, values[name])
-            elif inner and values[name]:
-                values[name] = [filled(inner, element) for element in values[name]]
-        return values
-
-    def ask(module, **given):
-        installed = importlib.import_module(f"{root}.modules.{module}")
-        host = importlib.import_module(f"{root}.module_utils.host").Host(document)
-        return installed.needed(host, filled(installed.OPTIONS, given))
-    return ask
+    return lambda module, **given: ask_module(module, document, given)
 
 
 @pytest.fixture(name="refusal")

@@ -1,8 +1,10 @@
-"""IP addresses as options and hosts have them."""
+"""IP addresses and ports as options and hosts have them."""
 
 import ipaddress
 
 from .failure import Failure
+
+DEFAULT_ISCSI_PORT = "3260"
 
 
 def ipv4_address(option, text):
@@ -26,6 +28,18 @@ def same_address(first, second):
         return ipaddress.ip_address(first) == ipaddress.ip_address(second)
     except ValueError:
         return first == second
+
+
+def tcp_port(option, number):
+    """The number of a TCP port as text; a Failure names the option."""
+    if number not in range(1, 65536):
+        raise Failure(f"{option}: {number} is no TCP port, 1 to 65535")
+    return str(number)
+
+
+def is_portal(portal, address, port):
+    """Whether a portal of a host has this address and port (text)."""
+    return same_address(portal["address"], address) and (portal.get("port") or DEFAULT_ISCSI_PORT) == port
 
 
 def _address(option, text, kind, name):

@@ -20,14 +20,18 @@ class Command:
     files: contents (bytes) by name of files that the command reads in its current directory.
     provable: whether a reading of the host tells that it was done. A command that only sends a secret is not provable,
         and is still "needed" afterwards.
+    foreseeable: whether a twin can know how it ends. Where what others on the network say decides, and the twin knows
+        nothing of them, its refusal is a warning, and not that of the host.
     warning: what the user has to know of it beforehand, such as a setting that is lost by it.
     """
 
-    def __init__(self, arguments, answers=None, files=None, provable=True, warning=None):
+    def __init__(self, arguments, answers=None, files=None, provable=True, foreseeable=True,
+                 warning=None):
         self.arguments = [str(argument) for argument in arguments]
         self.answers = answers or {}
         self.files = files or {}
         self.provable = provable
+        self.foreseeable = foreseeable
         self.warning = warning
 
     def __str__(self):

@@ -144,6 +144,10 @@ class _Work:
         if outcome in DONE:
             self.result["changed"] = True
             return
+        if self._module.check_mode and outcome == "refused" and not (command.foreseeable or report["certain"]):
+            self._module.warn(f"{command}: not rehearsed, since a copy of the host knows too little: {_reason(report)}")
+            self.result["changed"] = True
+            return
         # What was not done to its end may have changed the host all the same.
         self.result["changed"] |= not self._module.check_mode and _changed_host(report)
         raise Failure(f"{command}: {_reason(report)}", error=report.get("error"), output=report["output"])
