@@ -3,7 +3,7 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tavrocli)
 set(CPACK_PACKAGE_VENDOR Tavro)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_COMPONENTS_ALL tavrocli simulator linux)
+set(CPACK_COMPONENTS_ALL tavrocli simulator linux fleet)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
@@ -48,6 +48,19 @@ host into a file and rehearses commands on the copy. They talk to the kernel,
 and need no library of an adapter's maker.
 
 The library lies in a folder of its own, where tavrocli does not look.")
+
+set(CPACK_DEBIAN_FLEET_PACKAGE_NAME ansible-collection-tavro)
+set(CPACK_DEBIAN_FLEET_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_FLEET_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_DEBIAN_FLEET_PACKAGE_DEPENDS "ansible-core (>= 2.14)")
+set(CPACK_DEBIAN_FLEET_PACKAGE_SUGGESTS tavrocli)
+set(CPACK_DEBIAN_FLEET_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/fleet/prerm)
+set(CPACK_COMPONENT_FLEET_DESCRIPTION "converged network adapters of many hosts, through Ansible
+The collection tavro.fleet: modules that bring the converged network adapters
+of hosts into a wanted state, or tell beforehand what would change where.
+
+It belongs on the machine that runs Ansible. The managed hosts need tavrohost,
+which the package tavrocli has, and nothing of this package.")
 
 # What every Debian package has, but no other installation.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/debian/finish.cmake)

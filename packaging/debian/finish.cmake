@@ -26,9 +26,20 @@ function(tavro_finish_package component package)
     foreach(page IN LISTS pages)
         tavro_compress_page(${page})
     endforeach()
-    file(RENAME ${folder}/zsh/site-functions ${folder}/zsh/vendor-completions)
+    if(EXISTS ${folder}/zsh)
+        file(RENAME ${folder}/zsh/site-functions ${folder}/zsh/vendor-completions)
+    endif()
+endfunction()
+
+# Modules are no programs. Ansible starts them with the host's interpreter whether they name one or not, and the one that its
+# own tests want to be named is none that Debian has.
+function(tavro_unname_interpreters folder)
+    file(GLOB modules ${CPACK_TEMPORARY_DIRECTORY}/${folder}/*.py)
+    execute_process(COMMAND sed -i 1s,^\#!/usr/bin/python$,, ${modules} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
 tavro_finish_package(tavrocli tavrocli)
 tavro_finish_package(simulator tavrocli-simulator)
 tavro_finish_package(linux tavrocli-linux)
+tavro_finish_package(fleet ansible-collection-tavro)
+tavro_unname_interpreters(fleet/usr/share/ansible/collections/ansible_collections/tavro/fleet/plugins/modules)

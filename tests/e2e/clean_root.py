@@ -40,11 +40,18 @@ def installed_packages():
     return {re.match(r"Package: (\S+)", record).group(1): record for record in records}
 
 
+def providers(installed):
+    """By the name of what is no package of its own, the package that provides it."""
+    return {provided: name for name, record in installed.items()
+            for field in re.findall(r"^Provides: (.*)$", record, re.MULTILINE) for provided in alternatives(field)}
+
+
 def with_dependencies(names, installed):
     """The names, and those of all packages that they need."""
-    chosen, waiting = set(), list(names)
+    chosen, waiting, provider = set(), list(names), providers(installed)
     while waiting:
         name = waiting.pop()
+        name = name if name in installed else provider[name]
         if name in chosen:
             continue
         chosen.add(name)

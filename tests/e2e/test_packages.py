@@ -22,6 +22,8 @@ SIMULATOR_PACKAGE = PACKAGES / f"tavrocli-simulator_{VERSION}_amd64.deb"
 LINUX_PACKAGE = PACKAGES / f"tavrocli-linux_{VERSION}_amd64.deb"
 DEBS = (PROGRAM_PACKAGE, SIMULATOR_PACKAGE, LINUX_PACKAGE)
 NAMES = ("tavrocli", "tavrocli-simulator", "tavrocli-linux")
+FLEET_PACKAGE = PACKAGES / f"ansible-collection-tavro_{VERSION}_all.deb"
+ALL_DEBS = (*DEBS, FLEET_PACKAGE)
 ZIP_FOLDER = f"tavrocli-{VERSION}-windows-x64"
 ZIP = PACKAGES / f"{ZIP_FOLDER}.zip"
 TITLE = f"Tavro Converged Network Adapter CLI({VERSION})"
@@ -30,7 +32,7 @@ REFUSAL = "tavrocli: cannot load /usr/lib/tavrocli/tavro.dll: cannot open shared
 
 @pytest.fixture(autouse=True)
 def packages_are_made():
-    missing = [str(file) for file in (*DEBS, ZIP) if not file.exists()]
+    missing = [str(file) for file in (*ALL_DEBS, ZIP) if not file.exists()]
     assert missing == [], "scripts/package makes them"
 
 
@@ -83,13 +85,13 @@ def test_what_each_package_holds():
 
 
 def test_the_packages_tell_the_one_version():
-    for package in DEBS:
+    for package in ALL_DEBS:
         version = subprocess.run(["dpkg-deb", "-f", package, "Version"], check=True, capture_output=True, text=True)
         assert version.stdout == f"{VERSION}\n"
 
 
 def test_lintian_finds_nothing_and_nothing_is_overridden():
-    result = subprocess.run(["lintian", "--show-overrides", "--allow-root", *DEBS], capture_output=True, text=True)
+    result = subprocess.run(["lintian", "--show-overrides", "--allow-root", *ALL_DEBS], capture_output=True, text=True)
     assert (result.stdout, result.returncode) == ("", 0), result.stderr
 
 
@@ -98,7 +100,7 @@ def test_packed_again_each_package_has_the_same_bytes(tmp_path):
     takes long."""
     subprocess.run(["bash", "-c", 'umask 077 && exec "$0" --repack "$1"', ROOT / "scripts" / "package", tmp_path / "again"],
                    env=os.environ | {"TZ": "Asia/Tokyo", "LC_ALL": "ja_JP.UTF-8"}, check=True, capture_output=True)
-    for package in (*DEBS, ZIP):
+    for package in (*ALL_DEBS, ZIP):
         assert (tmp_path / "again" / package.name).read_bytes() == package.read_bytes(), package.name
 
 
@@ -220,7 +222,7 @@ def test_installed_from_the_build_used_and_removed(tmp_path):
     subprocess.run(["cmake", "--install", build, "--prefix", place], check=True, capture_output=True)
     installed = {str(path.relative_to(tmp_path)) for path in place.rglob("*") if path.is_symlink() or path.is_file()}
     packed = {name.replace(".1.gz", ".1").replace("vendor-completions", "site-functions")
-              for package in DEBS for name in paths_in(package)}
+              for package in ALL_DEBS for name in paths_in(package)}
     assert installed == {name for name in packed if not name.endswith(("/copyright", "/changelog.gz"))}
     result = subprocess.run([place / "bin" / "tavrocli-rehearse", "-about"], cwd=tmp_path, capture_output=True, text=True)
     assert TITLE in lines_of(result)
