@@ -1,17 +1,25 @@
 """The program tavrohost on the managed host."""
 
+import collections
 import json
 import os
 import shutil
 import signal
 import subprocess
 import tempfile
+import time
 
 from .command import answers_document
 from .failure import Failure
 
 # How much longer than its own time limit tavrohost may take until it is ended, in seconds.
 GRACE = 20
+# How long it may take to end when it is asked to, in seconds: it asks its own child for 3 before it ends that by force.
+POLITENESS = 5
+
+# How tavrohost ended: its exit status (negative: the signal), what it wrote (bytes), and what to add to a reason when it
+# took all the time it had.
+_End = collections.namedtuple("_End", "status output complaints remark")
 
 
 class Tool:
@@ -40,9 +48,9 @@ class Tool:
     def capture(self):
         """Reads the host: the path of a new host file."""
         path = self._new_path()
-        status, _, complaints = self._start(["capture", "--output", path])
-        if status != 0:
-            raise Failure(_reason(complaints) or f"tavrohost capture ended with {status}")
+        end = self._start(["capture", "--output", path])
+        if end.status != 0:
+            raise Failure(_reason(end, "tavrohost capture"))
         return path
 
     def run(self, command):
@@ -63,37 +71,46 @@ class Tool:
             # Each answers file is there for one command only, and so are the files of its secrets.
             answers = answers_document(command.answers, lambda text: self._write_new(folder, text.encode()))
             options = options + ["--answers", self._write_new(folder, answers)]
-            status, output, complaints = self._start(options, command.arguments, folder)
+            end = self._start(options, command.arguments, folder)
         finally:
             shutil.rmtree(folder, ignore_errors=True)
         try:
-            return json.loads(output.decode())
+            report = json.loads(end.output.decode())
         except ValueError:
-            raise Failure(f"{command}: {_reason(complaints) or f'tavrohost ended with {status}'}") from None
+            raise Failure(f"{command}: {_reason(end, f'tavrohost {options[0]}')}") from None
+        if "failure" in report:
+            report["failure"] += end.remark
+        return report
 
     def _start(self, options, arguments=None, folder=None):
-        """Exit status, standard output and standard error (both bytes) of tavrohost."""
+        """Runs tavrohost to its end: an _End. What takes too long, it ends itself; if it does not, it is ended here."""
         limit = self._module.params["time_limit"]
         library = self._module.params["library"]
         line = [self._program] + options + ["--timeout", str(limit)]
         line += ["--library", library] if library else []
         line += ["--"] + arguments if arguments is not None else []
-        environment = dict(os.environ, LC_ALL="C.UTF-8")
-        try:
-            # pylint: disable=consider-using-with  # what ends it is below
-            process = subprocess.Popen(line, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                       cwd=folder or self._folder, env=environment)
-        except OSError as error:
-            raise Failure(f"{self._program}: {error.strerror}") from None
-        try:
-            output, complaints = process.communicate(timeout=limit + GRACE)
-        except subprocess.TimeoutExpired:
-            raise Failure(f"tavrohost {options[0]} did not end within {limit} seconds") from None
-        finally:
-            _end(process)
-        if process.returncode == 0:
-            self.remarks += complaints.decode(errors="replace").splitlines()
-        return process.returncode, output, complaints
+        # What tavrohost keeps for a while goes with the private folder, even when it is ended by force.
+        environment = dict(os.environ, LC_ALL="C.UTF-8", TMPDIR=self._folder)
+        start = time.monotonic()
+        # Files, since a pipe that a child of tavrohost still holds would hide that tavrohost has ended.
+        with tempfile.TemporaryFile(dir=self._folder) as output, tempfile.TemporaryFile(dir=self._folder) as complaints:
+            try:
+                # pylint: disable=consider-using-with  # what ends it is below
+                process = subprocess.Popen(line, stdin=subprocess.DEVNULL, stdout=output, stderr=complaints,
+                                           cwd=folder or self._folder, env=environment, start_new_session=True)
+            except OSError as error:
+                raise Failure(f"{self._program}: {error.strerror}") from None
+            try:
+                process.wait(timeout=limit + GRACE)
+            except subprocess.TimeoutExpired:
+                raise Failure(f"tavrohost {options[0]} did not end{_limit_remark(limit)}") from None
+            finally:
+                _end(process)
+            remark = _limit_remark(limit) if time.monotonic() - start >= limit else ""
+            end = _End(process.returncode, _content(output), _content(complaints), remark)
+        if end.status == 0:
+            self.remarks += end.complaints.decode(errors="replace").splitlines()
+        return end
 
     def _new_path(self):
         """A path in the private folder that does not exist."""
@@ -117,20 +134,38 @@ def _write(path, content):
         file.write(content)
 
 
+def _content(file):
+    file.seek(0)
+    return file.read()
+
+
 def _end(process):
-    """Ends a process that has not ended, politely first: tavrohost then leaves nothing behind."""
-    if process.poll() is not None:
+    """Ends a process that has not ended, politely first: tavrohost then leaves nothing behind. Of one that was ended by
+    force, ends what it has started: the process leads a group of its own."""
+    if process.poll() is None:
+        process.terminate()
+        try:
+            process.wait(timeout=POLITENESS)
+        except subprocess.TimeoutExpired:
+            pass
+    elif process.returncode >= 0:
         return
-    process.terminate()
     try:
-        process.communicate(timeout=5)
-    except subprocess.TimeoutExpired:
-        process.kill()
-        process.communicate()
+        os.killpg(process.pid, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
+    process.wait()
 
 
-def _reason(complaints):
-    """The last line of standard error, without the program's name."""
-    lines = complaints.decode(errors="replace").split("\n")
+def _limit_remark(limit):
+    return f" (time_limit: {limit} seconds)"
+
+
+def _reason(end, program):
+    """Why a program did not do its work: its last line on standard error, without its name, or how it ended."""
+    lines = end.complaints.decode(errors="replace").split("\n")
     last = next((line for line in reversed(lines) if line.strip()), "")
-    return last[len("tavrohost: "):] if last.startswith("tavrohost: ") else last
+    last = last[len("tavrohost: "):] if last.startswith("tavrohost: ") else last
+    if end.status < 0:
+        last = f"{program} was ended by signal {-end.status}"
+    return (last or f"{program} ended with {end.status}") + end.remark
