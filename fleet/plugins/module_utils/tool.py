@@ -17,8 +17,8 @@ GRACE = 20
 # How long it may take to end when it is asked to, in seconds: it asks its own child for 3 before it ends that by force.
 POLITENESS = 5
 
-# How tavrohost ended: its exit status (negative: the signal), what it wrote (bytes), and what to add to a reason when it
-# took all the time it had.
+# How tavrohost ended: its exit status (negative: the signal), what it wrote (bytes), and what to add to a reason when
+# it took all the time it had.
 _End = collections.namedtuple("_End", "status output complaints remark")
 
 
