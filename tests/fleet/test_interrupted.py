@@ -1,5 +1,5 @@
-"""A change that is interrupted on four hosts of five, in every way but a refusal, and done again later. Two hosts hang, on
-one the process with the management library is killed, and on one tavrohost itself."""
+"""A change that is interrupted on four hosts of five, and done again later. Two hosts hang, on one the process with the
+management library is killed, and on one tavrohost itself."""
 
 import fcntl
 import pathlib
