@@ -142,6 +142,10 @@ class Fleet:
         }])
 
     def _simulated(self, playbook):
+        # It finds its tasks beside itself.
+        tasks = self.folder / "tasks"
+        if not tasks.exists():
+            tasks.symlink_to(COLLECTION / "playbooks" / "tasks")
         return self._write_playbook(yaml.safe_load((COLLECTION / "playbooks" / playbook).read_text()))
 
     def _write_playbook(self, plays):

@@ -82,6 +82,7 @@ def test_a_host_that_is_as_wanted_is_not_restarted(plays):
 
 
 def test_after_the_restart_nothing_is_left_to_be_changed(plays):
-    for task in ("Look at the adapters again", "Look at the personalities again"):
+    # They are looked at twice; the results are those of the second time.
+    for task in ("Divide the adapters", "Set the personalities"):
         result = plays.done.result(plays.changed, task)
         assert len(result["results"]) == 1 and not result["changed"]
