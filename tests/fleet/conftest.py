@@ -1,27 +1,18 @@
 """Builds and installs the collection once, as its users do, and makes fleets of simulated hosts."""
 
 import importlib
-import subprocess
 import sys
 
 import pytest
 
-from fleet import COLLECTION, TAVROHOST, Fleet, ansible_environment
+from fleet import TAVROHOST, Fleet, install_collection
 
 
 @pytest.fixture(scope="session")
 def collections(tmp_path_factory):
     """The folder into which the built collection was installed."""
     folder = tmp_path_factory.mktemp("collections")
-    environment = ansible_environment(folder, folder)
-    galaxy = ["/usr/bin/ansible-galaxy", "collection"]
-
-    def run(*command):
-        subprocess.run([*galaxy, *command], check=True, capture_output=True, env=environment)
-
-    run("build", str(COLLECTION), "--output-path", str(folder / "built"))
-    archive, = (folder / "built").iterdir()
-    run("install", "--offline", str(archive), "--collections-path", str(folder))
+    install_collection(folder)
     sys.path.insert(0, str(folder))
     return folder
 

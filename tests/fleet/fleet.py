@@ -82,10 +82,11 @@ class Play:
 
 
 class Fleet:
-    """Hosts, and the collection as it was installed."""
+    """Hosts with a tavrohost, and the collection as it was installed."""
 
-    def __init__(self, folder, collections, count=1, document=None):
+    def __init__(self, folder, collections, count=1, document=None, program=TAVROHOST):
         self.folder = folder
+        self._program = program
         self._collections = collections
         self._plays = 0
         self.hosts = [self._make_host(f"host-{number}", document) for number in range(1, count + 1)]
@@ -152,10 +153,23 @@ class Fleet:
         path = self.folder / f"playbook-{self._plays}.json"
         where = {
             "environment": "{{ simulated }}",
-            "module_defaults": {"group/tavro.fleet.all": {"tavrohost": str(TAVROHOST)}},
+            "module_defaults": {"group/tavro.fleet.all": {"tavrohost": str(self._program)}},
         }
         path.write_text(json.dumps([{**play, **where} for play in plays]))
         return str(path)
+
+
+def install_collection(folder):
+    """Builds the collection and installs it below the folder, as its users do."""
+    environment = ansible_environment(folder, folder)
+    galaxy = ["/usr/bin/ansible-galaxy", "collection"]
+
+    def run(*command):
+        subprocess.run([*galaxy, *command], check=True, capture_output=True, env=environment)
+
+    run("build", str(COLLECTION), "--output-path", str(folder / "built"))
+    archive, = (folder / "built").iterdir()
+    run("install", "--offline", str(archive), "--collections-path", str(folder))
 
 
 def ansible_environment(folder, collections, **more):
