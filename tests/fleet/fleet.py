@@ -104,9 +104,9 @@ class Fleet:
         return host
 
     def play(self, tasks, *options, forks=5, hosts=None, playbook=None):
-        """Runs tasks (by name), or a playbook of the collection, on the hosts: on all of them when none are named. A
-        task that fails does not keep the next ones from being done; in a playbook it does. `options` are those of
-        ansible-playbook, such as "--check"."""
+        """Runs tasks (by name), or a playbook of the collection, or the plays of another one, on the hosts: on all of
+        them when none are named. A task that fails does not keep the next ones from being done; in a playbook it does.
+        `options` are those of ansible-playbook, such as "--check"."""
         self._plays += 1
         results = self.folder / f"results-{self._plays}"
         results.write_text("")
@@ -147,7 +147,9 @@ class Fleet:
         tasks = self.folder / "tasks"
         if not tasks.exists():
             tasks.symlink_to(COLLECTION / "playbooks" / "tasks")
-        return self._write_playbook(yaml.safe_load((COLLECTION / "playbooks" / playbook).read_text()))
+        if isinstance(playbook, str):
+            playbook = yaml.safe_load((COLLECTION / "playbooks" / playbook).read_text())
+        return self._write_playbook(playbook)
 
     def _write_playbook(self, plays):
         path = self.folder / f"playbook-{self._plays}.json"

@@ -1,0 +1,101 @@
+"""What the guide shows: its playbooks and inventories are true of the modules, and its first playbook is played."""
+
+import importlib
+import re
+
+import pytest
+import yaml
+
+from fleet import COLLECTION, MODULES, ROOT
+from test_partitions_playbook import two_adapters
+
+GUIDE = (ROOT / "docs" / "fleet.md").read_text(encoding="utf-8")
+BLOCKS = [yaml.safe_load(block) for block in re.findall(r"^```yaml\n(.*?)^```$", GUIDE, re.M | re.S)]
+PLAYBOOKS = [path.stem for path in (COLLECTION / "playbooks").glob("*.yml")]
+INVENTORY, FIRST = BLOCKS[:2]
+HOST = "server-7"
+CHANGED = ["Give the port its address", "Know the portals", "Know the iSNS servers, and no other"]
+
+
+def tasks_of(block):
+    """The tasks of a playbook, or the tasks that stand alone."""
+    for entry in block if isinstance(block, list) else []:
+        yield from entry.get("tasks", [] if "hosts" in entry else [entry])
+
+
+def options_of(module):
+    root = "ansible_collections.tavro.fleet.plugins"
+    common = importlib.import_module(f"{root}.module_utils.options").COMMON_OPTIONS
+    return {**common, **importlib.import_module(f"{root}.modules.{module}").OPTIONS}
+
+
+def test_the_modules_of_the_playbooks_have_the_options_that_are_shown(collections):
+    assert collections
+    shown = [(name.removeprefix("tavro.fleet."), given) for block in BLOCKS for task in tasks_of(block)
+             for name, given in task.items() if name.startswith("tavro.fleet.")]
+    assert len(shown) > 5
+    for module, given in shown:
+        options = options_of(module)
+        assert set(given) <= set(options), module
+        assert {name for name, option in options.items() if option.get("required")} <= set(given), module
+        for name, value in given.items():
+            choices = options[name].get("choices")
+            assert not choices or "{{" in value or value in choices, (module, name)
+
+
+def test_the_defaults_of_the_playbooks_are_options_of_all_modules(collections):
+    assert collections
+    defaults = [play["module_defaults"]["group/tavro.fleet.all"] for block in BLOCKS if isinstance(block, list)
+                for play in block if "module_defaults" in play]
+    common = importlib.import_module("ansible_collections.tavro.fleet.plugins.module_utils.options").COMMON_OPTIONS
+    assert len(defaults) == 2 and all(set(default) <= set(common) for default in defaults)
+
+
+def test_modules_and_playbooks_that_are_named_are_there():
+    named = set(re.findall(r"\btavro\.fleet\.(\w+)", GUIDE)) - {"all"}
+    assert {"audit", "tcpip"} < named <= {*MODULES, *PLAYBOOKS}
+    assert all(f"tavro.fleet.{playbook}" in GUIDE for playbook in PLAYBOOKS)
+
+
+def test_the_table_tells_of_each_module():
+    table, = re.findall(r"^\| Module \| Compares \|.*?\n\n", GUIDE, re.M | re.S)
+    told = [name for line in table.strip().splitlines()[2:] for name in re.findall(r"`(\w+)`", line.split("|")[1])]
+    assert sorted(told) == MODULES
+
+
+class Plays:
+    """The first playbook on a host of the inventory, as the guide has it played."""
+
+    def __init__(self, fleet):
+        self.host = fleet[0]
+        self.host.more.update(INVENTORY["storage"]["hosts"][HOST], **INVENTORY["storage"]["vars"])
+        # The host is in no group, and its user is nobody else.
+        playbook = [{**play, "hosts": "all", "become": False} for play in FIRST]
+        self.rehearsed = fleet.play(None, "--check", "--diff", playbook=playbook)
+        self.operations = self.host.operations()
+        self.done = fleet.play(None, playbook=playbook)
+        self.again = fleet.play(None, playbook=playbook)
+
+
+@pytest.fixture(scope="module", name="plays")
+def fixture_plays(make_fleet):
+    return Plays(make_fleet(1, two_adapters()))
+
+
+def test_the_first_playbook_is_rehearsed_done_and_then_changes_nothing(plays):
+    for play in (plays.rehearsed, plays.done, plays.again):
+        assert play.status == 0, play.output
+    assert plays.operations and all(name.startswith(("Read", "List")) for name in plays.operations)
+    for play in (plays.rehearsed, plays.done):
+        assert [task for task in CHANGED if play.result(plays.host, task)["changed"]] == CHANGED
+    assert not any(result["changed"] for result in plays.again.results[plays.host.name].values())
+
+
+def test_the_host_is_as_the_inventory_says(plays):
+    document = plays.host.read()
+    part, = [function["iscsi"] for adapter in document["adapters"] for port in adapter["ports"]
+             for function in port["functions"] if function["mac"] == "02-00-5E-10-00-03" and "iscsi" in function]
+    assert part["tcpIp"]["address"] == "192.0.2.31"
+    portals = [portal["address"] for portal in part["storage"]["portals"]]
+    assert portals[-2:] == INVENTORY["storage"]["vars"]["storage_portals"]
+    assert document["isnsServers"] == INVENTORY["storage"]["vars"]["isns_servers"]
