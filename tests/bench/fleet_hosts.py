@@ -25,7 +25,7 @@ def address(last):
 
 
 def measures(run):
-    """What is measured, in turn so that all meet the same conditions; each run has an address of its own to change to."""
+    """What is measured, in turn so that all meet the same conditions; each run has its own address to change to."""
     return {
         "command: true": {"ansible.builtin.command": {"cmd": "true"}},
         "host_info": {"tavro.fleet.host_info": {}},
@@ -61,10 +61,12 @@ def play(fleet, name, task):
 
 def main():
     counts, runs = ((1, 2), 1) if "--short" in sys.argv else (COUNTS, RUNS)
-    version = subprocess.run(["/usr/bin/ansible-playbook", "--version"], capture_output=True, text=True, check=True).stdout
-    print(f"{len(os.sched_getaffinity(0))} cores, {re.search('core ([0-9.]+)', version).group(1)} of ansible-core, "
+    told = subprocess.run(["/usr/bin/ansible-playbook", "--version"], capture_output=True, text=True, check=True).stdout
+    version = re.search(r"core ([\d.]+)", told).group(1)
+    print(f"{len(os.sched_getaffinity(0))} cores, ansible-core {version}, "
           f"Python {platform.python_version()}, forks {FORKS}, best of {runs}")
-    print(f"{'':18} {'hosts':>5} {'seconds':>9} {'per host':>9} {'of the processor, per host':>27} {'others, cores':>14}")
+    print(f"{'':18} {'hosts':>5} {'seconds':>9} {'per host':>9} {'of the processor, per host':>27} "
+          f"{'others, cores':>14}")
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)
         install_collection(folder)

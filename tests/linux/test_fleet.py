@@ -74,7 +74,8 @@ def test_what_is_rehearsed_is_done_once(machine, play):
     for task in ("address", "IPv6"):
         assert rehearsed[task]["diff"] == done[task]["diff"], task
     for results in (rehearsed, done):
-        assert results["unknown"]["failed"] and "has no Ethernet function 02-00-5E-99-00-00" in results["unknown"]["msg"]
+        assert results["unknown"]["failed"]
+        assert "has no Ethernet function 02-00-5E-99-00-00" in results["unknown"]["msg"]
 
     again = play({"host": tasks["host"], **{task: tasks[task] for task in changing}})
     for task in changing:
