@@ -174,6 +174,27 @@ def install_collection(folder):
     run("install", "--offline", str(archive), "--collections-path", str(folder))
 
 
+def watching_tavrohost(folder, secrets):
+    """A tavrohost that notes its arguments, who can read the files and folders that are private to the module, and
+    which of the secrets stand in them: its path, and that of the notes."""
+    program, notes = folder / "watching", folder / "notes"
+    program.write_text(f"""#!/bin/sh
+{{ echo "arguments $*"
+  find .. -type f -printf 'file %m %f\\n' -o -type d -printf 'folder %m %f\\n'
+  grep -rhoE '{"|".join(secrets)}' .. | sed 's/^/secret /'
+}} >> {notes}
+exec {TAVROHOST} "$@"
+""")
+    program.chmod(0o755)
+    return program, notes
+
+
+def noted(notes, kind):
+    """What a watching tavrohost has noted: of "arguments" and "secret" the texts, of "file" and "folder" the modes and
+    names."""
+    return [line.partition(" ")[2] for line in notes.read_text().splitlines() if line.startswith(f"{kind} ")]
+
+
 def ansible_environment(folder, collections, **more):
     """The environment of Ansible's programs: nothing of the user's own settings, and nothing outside the folder."""
     home = folder / "home"

@@ -5,7 +5,7 @@ import json
 
 import pytest
 
-from fleet import OPERATIONS, TAVROHOST
+from fleet import OPERATIONS, noted, watching_tavrohost
 
 ETHERNET = "02-00-5E-10-00-00"
 STORAGE = "02-00-5E-10-00-02"
@@ -103,22 +103,12 @@ class Plays:
         self.again = fleet.play(TASKS, "-vvv", hosts=[self.usual])
 
 
-def watch(host):
-    """Notes each command line of tavrohost, and who can read the files beside it, in the host's file `watched`."""
-    program = host.folder / "watched_tavrohost"
-    program.write_text(f"""#!/bin/sh
-{{ echo "line $*"; find . -printf '%m %f\\n'; }} >> {host.folder}/watched
-exec {TAVROHOST} "$@"
-""")
-    program.chmod(0o700)
-    host.more["watched_tavrohost"] = str(program)
-
-
 @pytest.fixture(scope="module", name="plays")
 def fixture_plays(make_fleet):
     fleet = make_fleet(3)
     for host in fleet.hosts:
-        watch(host)
+        program, _ = watching_tavrohost(host.folder, SECRETS)
+        host.more["watched_tavrohost"] = str(program)
     _, refusing, broken = fleet.hosts
     numbers = {name: number for number, name in OPERATIONS.items()}
     refusals = [{"call": "DoOperation", "operation": numbers[operation], "status": 5,
@@ -263,12 +253,14 @@ def test_secrets_reach_the_host_and_nobody_else(plays):
 
 
 def test_secrets_stand_in_no_command_line_and_in_no_file_that_others_can_read(plays):
-    noted = (plays.usual.folder / "watched").read_text()
-    assert not [secret for secret in SECRETS if secret in noted]
-    modes = [line.split(" ", 1) for line in noted.splitlines() if not line.startswith("line ")]
-    assert "cnadiscovery.xml" in [name for _, name in modes]
-    assert all(int(mode, 8) & 0o077 == 0 for mode, _ in modes)
-    assert " -setbootconfig" in noted and " -import" in noted
+    notes = plays.usual.folder / "notes"
+    lines, files = noted(notes, "arguments"), [line.split(" ", 1) for line in noted(notes, "file")]
+    assert not [secret for secret in SECRETS if any(secret in line for line in lines)]
+    # Those of the tasks that are watched.
+    assert set(noted(notes, "secret")) == set(SECRETS[3:])
+    assert "cnadiscovery.xml" in [name for _, name in files]
+    assert {mode for mode, _ in files} == {"600"}
+    assert any(" -setbootconfig" in line for line in lines) and any(" -import" in line for line in lines)
 
 
 def test_nothing_temporary_stays(plays):

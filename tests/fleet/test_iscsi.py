@@ -3,11 +3,10 @@ more. Of two hosts the second refuses what its twin does not."""
 
 import copy
 import json
-import re
 
 import pytest
 
-from fleet import DEFAULT_HOST, OPERATIONS, TAVROHOST
+from fleet import DEFAULT_HOST, OPERATIONS, noted, watching_tavrohost
 
 # Functions of their own, so that no task changes what another one is rehearsed on.
 PLAIN = "02-00-5E-10-00-02"
@@ -81,20 +80,6 @@ def document_to_start_from():
     return document
 
 
-def watching(fleet):
-    """A tavrohost that notes its arguments and who can read the files of its folder, and the file of notes."""
-    notes, program = fleet.folder / "notes", fleet.folder / "watching"
-    program.write_text(f"""#!/bin/sh
-{{ echo "arguments $*"
-  find .. -type f -printf 'file %m\\n' -o -type d -printf 'folder %m\\n'
-  grep -rhoE '{"|".join(SECRETS)}' .. | sed 's/^/secret /'
-}} >> {notes}
-exec {TAVROHOST} "$@"
-""")
-    program.chmod(0o755)
-    return program, notes
-
-
 def with_options(tasks, **options):
     """The tasks with further options of their modules."""
     return {name: {key: {**value, **options} if key.startswith("tavro.") else value for key, value in each.items()}
@@ -107,7 +92,7 @@ class Plays:
         self.usual, self.refusing = fleet.hosts
         self.rehearsed = fleet.play(TASKS, "--check", "--diff")
         self.read = {host.name: host.operations() for host in fleet.hosts}
-        program, self.notes = watching(fleet)
+        program, self.notes = watching_tavrohost(fleet.folder, SECRETS)
         self.done = fleet.play(with_options(TASKS, tavrohost=str(program)), "--diff", "-vvv")
         self.file_afterwards = self.usual.read()
         again = {task: TASKS[task] for task in CERTAIN + UNCERTAIN}
@@ -273,9 +258,8 @@ def test_secrets_are_seen_by_the_host_only(plays):
 
 
 def test_secrets_travel_in_files_that_only_their_owner_can_read(plays):
-    notes = plays.notes.read_text()
     # They were there while tavrohost ran, and so the notes would tell.
-    assert {line.split()[1] for line in notes.splitlines() if line.startswith("secret ")} == set(SECRETS)
-    assert not any(secret in line for line in re.findall("^arguments .*", notes, re.M) for secret in SECRETS)
-    assert set(re.findall("^file (.*)", notes, re.M)) == {"600"}
-    assert set(re.findall("^folder (.*)", notes, re.M)) == {"700"}
+    assert set(noted(plays.notes, "secret")) == set(SECRETS)
+    assert not any(secret in line for line in noted(plays.notes, "arguments") for secret in SECRETS)
+    assert {line.split()[0] for line in noted(plays.notes, "file")} == {"600"}
+    assert {line.split()[0] for line in noted(plays.notes, "folder")} == {"700"}

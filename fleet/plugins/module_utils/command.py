@@ -22,16 +22,19 @@ class Command:
         and is still "needed" afterwards.
     foreseeable: whether a twin can know how it ends. Where what others on the network say decides, and the twin knows
         nothing of them, its refusal is a warning, and not that of the host.
+    dispensable: whether a command before it may have done it as well. Its refusal counts only when the reading
+        afterwards tells that it is still needed.
     warning: what the user has to know of it beforehand, such as a setting that is lost by it.
     """
 
     def __init__(self, arguments, answers=None, files=None, provable=True, foreseeable=True,
-                 warning=None):
+                 dispensable=False, warning=None):
         self.arguments = [str(argument) for argument in arguments]
         self.answers = answers or {}
         self.files = files or {}
         self.provable = provable
         self.foreseeable = foreseeable
+        self.dispensable = dispensable
         self.warning = warning
 
     def __str__(self):

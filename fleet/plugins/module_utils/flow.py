@@ -75,8 +75,7 @@ class _Work:
         self.result = {"changed": False, "commands": [], "restart_required": False}
         self._module = module
         self._tool = tool
-        self._reports = []
-        self._commands = []
+        self._taken = []  # The commands so far, each with its report.
         self._before = None  # The path of the host file before,
         self._twin = None    # and, in check mode, afterwards.
 
@@ -100,12 +99,15 @@ class _Work:
             else:
                 report = self._run(command)
             self._take(command, report)
-        return self._reports
+        return [report for _, report in self._taken]
 
     def prove(self, needed):
         """Reads back, tells the difference, and fails where the wanted state is not there although it should be."""
         after = self.tell_difference()
         missing = [command for command in needed(Host(after), self._module.params) if command.provable]
+        for command, report in self._taken if missing else []:
+            if command.dispensable and report["outcome"] not in DONE:
+                self._refuse(command, report)
         if missing and not self.result["restart_required"] and self._is_certain():
             raise Failure("The host took the commands and yet is not as wanted; still needed: "
                           + "; ".join(str(command) for command in missing))
@@ -135,15 +137,19 @@ class _Work:
     def _take(self, command, report):
         """Adds a report to the result, and fails unless the command was done."""
         outcome = report["outcome"]
-        self._reports.append(report)
-        self._commands.append(command)
+        self._taken.append((command, report))
         self.result["commands"].append({"arguments": command.arguments, "outcome": outcome})
         self.result["restart_required"] |= report["restart_required"]
         for uncertainty in report.get("uncertainties", []):
             self._module.warn(f"{command}: not certain: {uncertainty['reason']}")
         if outcome in DONE:
             self.result["changed"] = True
-            return
+        elif outcome != "refused" or not command.dispensable:
+            self._refuse(command, report)
+
+    def _refuse(self, command, report):
+        """Fails with the reason why a command was not done, or warns where that is not certain."""
+        outcome = report["outcome"]
         if self._module.check_mode and outcome == "refused" and not (command.foreseeable or report["certain"]):
             self._module.warn(f"{command}: not rehearsed, since a copy of the host knows too little: {_reason(report)}")
             self.result["changed"] = True
@@ -156,14 +162,14 @@ class _Work:
         """The document of a twin with which the same was done: it tells what waits for the restart. None where the twin
         does not do the same."""
         path = self._before
-        for command in self._commands:
+        for command, _ in self._taken:
             report, path = self._tool.rehearse(command, path)
-            if report["outcome"] not in DONE:
+            if report["outcome"] not in DONE and not command.dispensable:
                 return None
         return _document(path)
 
     def _is_certain(self):
-        return all(report.get("certain", True) for report in self._reports)
+        return all(report.get("certain", True) for _, report in self._taken)
 
 
 def _document(path):

@@ -114,7 +114,9 @@ def needed(host, options):
     sessions = [session for session in storage.get("sessions", []) if session["target"] == name]
     known = [target for target in storage.get("targets", []) if target["name"] == name]
     if options["state"] == "absent":
-        return _logout(line, name, sessions) + [Command(line + ["-remove", name]) for _ in known[:1]]
+        # With its last session a target may be forgotten by itself.
+        return _logout(line, name, sessions) + [
+            Command(line + ["-remove", name], dispensable=bool(sessions)) for _ in known[:1]]
     if options["address"] is not None:
         address, port = ip_address("address", options["address"]), tcp_port("port", options["port"])
         sessions = [session for session in sessions if is_portal(session["portal"], address, port)]
