@@ -20,7 +20,6 @@ TASKS = {
         "tavro.fleet.initiator": {
             "name": "iqn.2015-01.com.example:web-1", "authentication": "one_way_chap", "target_chap_name": "web",
             "target_chap_secret": SECRET}},
-    "connection": {"ansible.builtin.command": {"cmd": "sh -c 'echo $SSH_CONNECTION'"}},
 }
 CHANGING = ["address", "initiator"]
 
@@ -47,20 +46,21 @@ def fixture_plays(make_fleet):
         for number, (host, server) in enumerate(zip(fleet.hosts, servers)):
             host.more = {**server.variables(), "address": f"192.0.2.{100 + number}", "ansible_pipelining": False}
         done = fleet.play(TASKS, "--diff", "-vvv")
+        first_logs = [server.log() for server in servers]
         for host in fleet.hosts:
             host.more["ansible_pipelining"] = True
-        again = fleet.play(TASKS, "-vvv")
+        again = fleet.play({task: TASKS[task] for task in CHANGING}, "-vvv")
+        logs = [(first, server.log()[len(first):]) for first, server in zip(first_logs, servers)]
     assert of_the_user() == untouched
-    return fleet, servers, done, again
+    return fleet, logs, done, again
 
 
 def test_the_hosts_are_reached_by_ssh(plays):
-    fleet, servers, done, again = plays
-    for host, server in zip(fleet.hosts, servers):
-        assert "Accepted publickey for " in server.log()
-        for play in (done, again):
-            connection = play.result(host, "connection")["stdout"].split()
-            assert connection[0] == "127.0.0.1" and connection[2:] == ["127.0.0.1", str(server.port)]
+    _, logs, done, again = plays
+    for first, second in logs:
+        # Each task is at least one connection; each host has a server of its own.
+        assert first.count("Accepted publickey for ") >= len(TASKS)
+        assert second.count("Accepted publickey for ") >= len(CHANGING)
     # Modules are files on the host, or come through the connection; Ansible's own words tell which.
     assert "PUT " in done.output and "PUT " not in again.output
 
