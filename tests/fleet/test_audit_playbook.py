@@ -1,4 +1,5 @@
-"""The example that audits a fleet: hosts that are as wanted, differ, cannot be so, cannot be read, or do not answer."""
+"""The example that audits a fleet: hosts that are as wanted, of which nothing is wanted, that differ, cannot be so, cannot
+be read, or do not answer; one more cannot be so since its variables have mistakes."""
 
 import os
 import subprocess
@@ -20,7 +21,10 @@ WANTED = {
     "storage_targets": [{"name": DISKS, "address": "198.51.100.20"}],
     "port_personalities": [{"mac": OTHER, "personality": "iscsi"}],
 }
-STATES = ["as wanted", "differs", "refused", "unread", "unreachable"]
+STATES = ["as wanted", "nothing wanted", "differs", "refused", "unread", "unreachable"]
+MISTAKEN = "mistaken"
+IN_WHICH_STATE = "Tell which hosts are in which state"
+STRICT = "Fail for a host that is not as wanted"
 
 
 def document_as_wanted():
@@ -47,10 +51,11 @@ class Audits:
     """The fleet, an audit, and a strict one of the hosts that answer."""
 
     def __init__(self, fleet):
-        self.hosts = dict(zip(STATES, fleet.hosts))
+        self.hosts = dict(zip([*STATES, MISTAKEN], fleet.hosts))
         for host in fleet.hosts:
             make_a_copy(host)
             host.more.update(WANTED)
+        self.hosts["nothing wanted"].more.clear()
         self.hosts["differs"].more.update(
             storage_port={"mac": MAC, "address": "192.0.2.31"},
             storage_initiator="iqn.2015-01.com.example:web-1",
@@ -59,14 +64,20 @@ class Audits:
         self.hosts["refused"].more.update(
             storage_port={"mac": "02-00-5E-77-00-00", "address": "192.0.2.31"},
             port_personalities=[{"mac": OTHER, "personality": "fcoe"}])
+        self.hosts[MISTAKEN].more.update(
+            storage_port={"mac": MAC, "adress": "192.0.2.31"}, storage_targets=DISKS,
+            storage_portals=[{"addres": "198.51.100.20"}])
         self.hosts["unread"].file.write_text("{")
         self.hosts["unreachable"].more.update(ansible_connection="ssh", ansible_host="127.0.0.1", ansible_port=1)
         before = {host.name: host.file.read_bytes() for host in fleet.hosts}
         self.audit = fleet.play(None, playbook=PLAYBOOK)
         self.read = {host.name: host.operations() for host in fleet.hosts}
         self.changed_files = [host.name for host in fleet.hosts if host.file.read_bytes() != before[host.name]]
+        strict = ["as wanted", "nothing wanted", "differs", MISTAKEN]
         self.strict = fleet.play(None, "-e", "audit_strict=true", playbook=PLAYBOOK,
-                                 hosts=[self.hosts["as wanted"], self.hosts["differs"]])
+                                 hosts=[self.hosts[kind] for kind in strict])
+        self.cut = fleet.play(None, "-e", "audit_strict=true", "--start-at-task", IN_WHICH_STATE, playbook=PLAYBOOK,
+                              hosts=[self.hosts["as wanted"]])
 
     def found(self, state):
         """What was found of the host in the state."""
@@ -75,7 +86,7 @@ class Audits:
 
 @pytest.fixture(scope="module", name="audits")
 def fixture_audits(make_fleet):
-    return Audits(make_fleet(len(STATES), document_as_wanted()))
+    return Audits(make_fleet(len(STATES) + 1, document_as_wanted()))
 
 
 def test_no_host_ends_the_audit(audits):
@@ -89,12 +100,20 @@ def test_each_host_is_in_its_state(audits, state):
 
 
 def test_at_the_end_all_hosts_are_told_by_state(audits):
-    told = audits.audit.result(audits.hosts["as wanted"], "Tell which hosts are in which state")["msg"]
-    assert told == {state: [host.name] for state, host in audits.hosts.items()}
+    told = audits.audit.result(audits.hosts["as wanted"], IN_WHICH_STATE)["msg"]
+    expected = {state: [audits.hosts[state].name] for state in STATES}
+    expected["refused"].append(audits.hosts[MISTAKEN].name)
+    assert told == {**expected, "unknown": []}
+
+
+def test_a_host_of_which_nothing_was_found_out_is_told_as_well(audits):
+    host = audits.hosts["as wanted"]
+    assert audits.cut.result(host, IN_WHICH_STATE)["msg"] == {**{state: [] for state in STATES}, "unknown": [host.name]}
+    assert audits.cut.status == 2 and audits.cut.result(host, STRICT)["msg"] == "unknown"
 
 
 def test_an_audit_only_reads(audits):
-    for state in ("as wanted", "differs", "refused"):
+    for state in ("as wanted", "nothing wanted", "differs", "refused", MISTAKEN):
         operations = audits.read[audits.hosts[state].name]
         assert operations and all(name.startswith(("Read", "List")) for name in operations)
     assert audits.changed_files == []
@@ -133,6 +152,13 @@ def test_what_cannot_be_had_does_not_keep_the_rest_from_being_told(audits):
     assert [command.split()[:2] for command in found["commands"]] == [["-res", OTHER]]
 
 
+def test_mistakes_in_what_is_wanted_are_told_as_reasons(audits):
+    found = audits.found(MISTAKEN)
+    assert found["state"] == "refused" and found["commands"] == []
+    assert any("no attribute 'address'" in reason for reason in found["reasons"])
+    assert any("loop" in reason and DISKS in reason for reason in found["reasons"])
+
+
 def test_a_host_that_cannot_be_read_is_asked_once(audits):
     for state in ("unread", "unreachable"):
         assert len(audits.found(state)["reasons"]) == 1
@@ -142,6 +168,7 @@ def test_a_host_that_cannot_be_read_is_asked_once(audits):
 
 def test_a_strict_audit_fails_for_hosts_that_are_not_as_wanted(audits):
     assert audits.strict.status == 2
-    task = "Fail for a host that is not as wanted"
-    assert not audits.strict.result(audits.hosts["as wanted"], task)["failed"]
-    assert audits.strict.result(audits.hosts["differs"], task)["failed"]
+    assert not audits.strict.result(audits.hosts["as wanted"], STRICT)["failed"]
+    for kind, state in (("nothing wanted", "nothing wanted"), ("differs", "differs"), (MISTAKEN, "refused")):
+        result = audits.strict.result(audits.hosts[kind], STRICT)
+        assert result["failed"] and result["msg"] == state
