@@ -130,17 +130,18 @@ class Fleet:
         common = {
             "ansible_connection": "local",
             "ansible_python_interpreter": "/usr/bin/python3",
+            "fleet_tavrohost": str(self._program),  # The collection's own playbooks take it from there.
         }
         hosts = {host.name: {**common, **host.variables()} for host in self.hosts}
         path.write_text(json.dumps({"all": {"hosts": hosts}}))
         return str(path)
 
     def _playbook(self, tasks):
-        return self._write_playbook([{
+        return self._write_playbook([self._with_program({
             "hosts": "all",
             "gather_facts": False,
             "tasks": [{"name": name, "ignore_errors": True, **task} for name, task in tasks.items()],
-        }])
+        })])
 
     def _simulated(self, playbook):
         # It finds its tasks beside itself.
@@ -148,16 +149,18 @@ class Fleet:
         if not tasks.exists():
             tasks.symlink_to(COLLECTION / "playbooks" / "tasks")
         if isinstance(playbook, str):
-            playbook = yaml.safe_load((COLLECTION / "playbooks" / playbook).read_text())
-        return self._write_playbook(playbook)
+            return self._write_playbook(yaml.safe_load((COLLECTION / "playbooks" / playbook).read_text()))
+        return self._write_playbook([self._with_program(play) for play in playbook])
+
+    def _with_program(self, play):
+        """The play, with the program among its defaults."""
+        defaults = play.get("module_defaults", {})
+        options = {"tavrohost": str(self._program), **defaults.get("group/tavro.fleet.all", {})}
+        return {**play, "module_defaults": {**defaults, "group/tavro.fleet.all": options}}
 
     def _write_playbook(self, plays):
         path = self.folder / f"playbook-{self._plays}.json"
-        where = {
-            "environment": "{{ simulated }}",
-            "module_defaults": {"group/tavro.fleet.all": {"tavrohost": str(self._program)}},
-        }
-        path.write_text(json.dumps([{**play, **where} for play in plays]))
+        path.write_text(json.dumps([{**play, "environment": "{{ simulated }}"} for play in plays]))
         return str(path)
 
 

@@ -99,8 +99,10 @@ def test_secrets_are_kept_from_logs(collections, module):
         assert option["no_log"] is (name != "update_secret"), name
 
 
-def test_all_modules_are_in_the_group_and_in_the_readme():
+def test_all_modules_are_in_their_groups_and_in_the_readme(documents):
     runtime = yaml.safe_load((COLLECTION / "meta" / "runtime.yml").read_text())
-    assert runtime["action_groups"] == {"all": MODULES}
+    with_secrets = [module for module in MODULES
+                    if "update_secret" in documents[f"tavro.fleet.{module}"]["doc"]["options"]]
+    assert "target" in with_secrets and runtime["action_groups"] == {"all": MODULES, "secrets": with_secrets}
     listed = re.findall(r"^\| `(\w+)` \|", (COLLECTION / "README.md").read_text(), re.M)
     assert sorted(listed) == MODULES

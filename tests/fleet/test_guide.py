@@ -13,6 +13,8 @@ GUIDE = (ROOT / "docs" / "fleet.md").read_text(encoding="utf-8")
 BLOCKS = [yaml.safe_load(block) for block in re.findall(r"^```yaml\n(.*?)^```$", GUIDE, re.M | re.S)]
 PLAYBOOKS = [path.stem for path in (COLLECTION / "playbooks").glob("*.yml")]
 INVENTORY, FIRST = BLOCKS[:2]
+SECRETS, = (block for block in BLOCKS if "group/tavro.fleet.secrets" in str(block))
+FIRST_SECRET, SECOND_SECRET = "first-secret", "second-secret"
 HOST = "server-7"
 CHANGED = ["Give the port its address", "Know the portals", "Know the iSNS servers, and no other"]
 
@@ -46,15 +48,24 @@ def test_the_modules_of_the_playbooks_have_the_options_that_are_shown(collection
 def test_the_defaults_of_the_playbooks_are_options_of_all_modules(collections):
     assert collections
     defaults = [play["module_defaults"]["group/tavro.fleet.all"] for block in BLOCKS if isinstance(block, list)
-                for play in block if "module_defaults" in play]
+                for play in block if "group/tavro.fleet.all" in play.get("module_defaults", {})]
     common = importlib.import_module("ansible_collections.tavro.fleet.plugins.module_utils.options").COMMON_OPTIONS
     assert len(defaults) == 2 and all(set(default) <= set(common) for default in defaults)
 
 
 def test_modules_and_playbooks_that_are_named_are_there():
-    named = set(re.findall(r"\btavro\.fleet\.(\w+)", GUIDE)) - {"all"}
+    named = set(re.findall(r"\btavro\.fleet\.(\w+)", GUIDE)) - {"all", "secrets"}
     assert {"audit", "tcpip"} < named <= {*MODULES, *PLAYBOOKS}
     assert all(f"tavro.fleet.{playbook}" in GUIDE for playbook in PLAYBOOKS)
+
+
+@pytest.mark.parametrize("playbook", PLAYBOOKS)
+def test_the_playbooks_take_what_all_modules_take_from_the_inventory(playbook):
+    play, = yaml.safe_load((COLLECTION / "playbooks" / f"{playbook}.yml").read_text())
+    assert play["module_defaults"] == {"group/tavro.fleet.all": {
+        option: f"{{{{ fleet_{option} | default(omit) }}}}" for option in ("tavrohost", "time_limit")}}
+    assert {"`fleet_tavrohost`", "`fleet_time_limit`"} <= set(re.findall(r"`fleet_\w+`", GUIDE))
+    assert re.search(rf"^    ansible-playbook -b .*tavro\.fleet\.{playbook}", GUIDE, re.M)
 
 
 def test_the_table_tells_of_each_module():
@@ -70,11 +81,17 @@ class Plays:
         self.host = fleet[0]
         self.host.more.update(INVENTORY["storage"]["hosts"][HOST], **INVENTORY["storage"]["vars"])
         # The host is in no group, and its user is nobody else.
-        playbook = [{**play, "hosts": "all", "become": False} for play in FIRST]
+        playbook, secrets = ([{**play, "hosts": "all", "become": False} for play in block] for block in (FIRST, SECRETS))
         self.rehearsed = fleet.play(None, "--check", "--diff", playbook=playbook)
         self.operations = self.host.operations()
         self.done = fleet.play(None, playbook=playbook)
         self.again = fleet.play(None, playbook=playbook)
+        self.secrets = []
+        for secret, *options in ([FIRST_SECRET], [SECOND_SECRET], [SECOND_SECRET, "-e", "update_secret=always"]):
+            self.host.more["vault_chap_secret"] = secret
+            play = fleet.play(None, *options, playbook=secrets)
+            self.secrets.append((play.status, play.result(self.host, SECRETS[0]["tasks"][0]["name"])["changed"],
+                                 self.host.read()["initiator"].get("login", {}).get("targetSecret")))
 
 
 @pytest.fixture(scope="module", name="plays")
@@ -99,3 +116,7 @@ def test_the_host_is_as_the_inventory_says(plays):
     portals = [portal["address"] for portal in part["storage"]["portals"]]
     assert portals[-2:] == INVENTORY["storage"]["vars"]["storage_portals"]
     assert document["isnsServers"] == INVENTORY["storage"]["vars"]["isns_servers"]
+
+
+def test_the_playbook_of_secrets_sends_them_again_when_that_is_wanted(plays):
+    assert plays.secrets == [(0, True, FIRST_SECRET), (0, False, FIRST_SECRET), (0, True, SECOND_SECRET)]

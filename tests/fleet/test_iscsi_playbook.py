@@ -4,6 +4,8 @@ import json
 
 import pytest
 
+from fleet import noted, watching_tavrohost
+
 PLAYBOOK = "iscsi_storage.yml"
 MAC = "02-00-5E-10-00-03"
 NAME = "iqn.2015-01.com.example:server-7"
@@ -24,6 +26,7 @@ VARIABLES = {
         {"name": VAULT, "address": "2001:db8::20", "authentication": "mutual_chap", "chap": "vault"}],
     "storage_chap": CHAP,
 }
+LIMIT = 77  # seconds
 TASKS = ["Give the port its address", "Name the initiator", "Know the portals", "Log in to the targets"]
 
 
@@ -41,7 +44,10 @@ class Plays:
         self.operations = self.host.operations()
         self.file_after_rehearsal = self.host.read()
         self.done = fleet.play(None, "-vvv", playbook=PLAYBOOK)
-        self.again = fleet.play(None, playbook=PLAYBOOK)
+        program, self.notes = watching_tavrohost(fleet.folder, ["secret"])
+        self.again = fleet.play(None, "-e", f"fleet_tavrohost={program}", "-e", f"fleet_time_limit={LIMIT}",
+                                playbook=PLAYBOOK)
+        self.always = fleet.play(None, "-e", "storage_update_secret=always", playbook=PLAYBOOK)
 
 
 @pytest.fixture(scope="module", name="plays")
@@ -50,7 +56,7 @@ def fixture_plays(make_fleet):
 
 
 def test_each_play_comes_to_its_end(plays):
-    for play in (plays.rehearsed, plays.done, plays.again):
+    for play in (plays.rehearsed, plays.done, plays.again, plays.always):
         assert play.status == 0, play.output
 
 
@@ -70,6 +76,19 @@ def test_a_second_time_changes_nothing(plays, task):
     assert not plays.again.result(plays.host, task)["changed"]
 
 
+def test_secrets_are_sent_again_when_that_is_wanted(plays):
+    for task in TASKS[:-1]:
+        assert not plays.always.result(plays.host, task)["changed"]
+    logins = plays.always.result(plays.host, TASKS[-1])["results"]
+    assert [login["changed"] for login in logins] == [False, True, True]
+    assert all(login["commands"][-1]["arguments"][3] == "-login" for login in logins[1:])
+
+
+def test_program_and_time_limit_are_those_of_the_inventory(plays):
+    calls = noted(plays.notes, "arguments")
+    assert len(calls) == 1 + 1 + 2 + 3 and all(f"--timeout {LIMIT}" in call for call in calls)
+
+
 def test_the_host_has_its_storage(plays):
     document = plays.host.read()
     part = function_of(document)
@@ -82,7 +101,7 @@ def test_the_host_has_its_storage(plays):
 
 
 def test_no_secret_is_shown(plays):
-    shown = "".join(play.output + json.dumps(play.results) for play in (plays.rehearsed, plays.done, plays.again))
+    shown = "".join(play.output + json.dumps(play.results) for play in (plays.rehearsed, plays.done, plays.again, plays.always))
     shown += (plays.host.folder / "trace").read_text()
     secrets = [chap[key] for chap in CHAP.values() for key in chap if key.endswith("secret")]
     assert len(secrets) == 3 and not [secret for secret in secrets if secret in shown]
