@@ -7,6 +7,8 @@ import types
 
 import pytest
 
+from fleet import TAVROHOST
+
 STUBBORN = """#!/bin/sh
 trap '' TERM
 echo $TMPDIR > {notes}/folder
@@ -29,6 +31,25 @@ def fixture_tool(collections, tmp_path, monkeypatch):
     program.chmod(0o700)
     parameters = {"tavrohost": str(program), "library": None, "time_limit": 1}
     return tool, types.SimpleNamespace(params=parameters, tmpdir=str(tmp_path))
+
+
+@pytest.mark.parametrize("limit", [-1, 0, 1000001])
+def test_a_time_limit_that_tavrohost_does_not_take_is_told(tool, limit):
+    utilities, module = tool
+    module.params["time_limit"] = limit
+    with pytest.raises(utilities.Failure) as told:
+        utilities.Tool(module)
+    assert str(told.value) == f"time_limit: {limit} is not within 1 and 1000000 seconds"
+
+
+def test_the_hint_at_the_help_is_no_reason(tool, tmp_path):
+    utilities, module = tool
+    program = tmp_path / "tavrohost"
+    program.write_text(f'#!/bin/sh\nexec {TAVROHOST} "$@" --unknown\n')
+    with pytest.raises(utilities.Failure) as told:
+        with utilities.Tool(module) as running:
+            running.capture()
+    assert "--unknown" in str(told.value) and "--help" not in str(told.value)
 
 
 def is_running(process):

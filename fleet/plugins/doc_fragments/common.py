@@ -17,7 +17,7 @@ options:
     type: path
   time_limit:
     description:
-      - How many seconds each reading of the host, each rehearsal and each command may take.
+      - How many seconds each reading of the host, each rehearsal and each command may take, 1 to 1000000.
       - What takes longer is ended, and the module fails.
     type: int
     default: 300

@@ -16,10 +16,18 @@ from .failure import Failure
 GRACE = 20
 # How long it may take to end when it is asked to, in seconds: it asks its own child for 3 before it ends that by force.
 POLITENESS = 5
+# What tavrohost takes as its own time limit, in seconds.
+TIME_LIMITS = range(1, 1000001)
+# The last line that it says of a command line that it does not take.
+HELP = "Run with --help for more information."
 
 # How tavrohost ended: its exit status (negative: the signal), what it wrote (bytes), and what to add to a reason when
 # it took all the time it had.
 _End = collections.namedtuple("_End", "status output complaints remark")
+
+
+class Ended(Failure):
+    """A signal asked the module to end."""
 
 
 class Tool:
@@ -29,6 +37,8 @@ class Tool:
     """
 
     def __init__(self, module):
+        if module.params["time_limit"] not in TIME_LIMITS:
+            raise Failure(f"time_limit: {module.params['time_limit']} is not within 1 and {TIME_LIMITS[-1]} seconds")
         self.remarks = []
         self._module = module
         self._program = module.params["tavrohost"] or module.get_bin_path("tavrohost")
@@ -125,7 +135,7 @@ class Tool:
 
 
 def _be_ended(number, _):
-    raise Failure(f"The module was ended by signal {number}")
+    raise Ended(f"The module was ended by signal {number}")
 
 
 def _write(path, content):
@@ -164,7 +174,7 @@ def _limit_remark(limit):
 def _reason(end, program):
     """Why a program did not do its work: its last line on standard error, without its name, or how it ended."""
     lines = end.complaints.decode(errors="replace").split("\n")
-    last = next((line for line in reversed(lines) if line.strip()), "")
+    last = next((line for line in reversed(lines) if line.strip() not in ("", HELP)), "")
     last = last[len("tavrohost: "):] if last.startswith("tavrohost: ") else last
     if end.status < 0:
         last = f"{program} was ended by signal {-end.status}"
