@@ -1,6 +1,7 @@
 """What every module does once it knows its options: bring a host into a wanted state, or have a command done there."""
 
 import json
+import os
 
 from ansible.module_utils.basic import AnsibleModule
 
@@ -9,7 +10,7 @@ from .difference import difference
 from .failure import Failure
 from .host import Host
 from .options import COMMON_OPTIONS
-from .tool import Tool
+from .tool import Ended, Tool
 
 # The names of operations that leave a host as it is begin so.
 READING = ("Read", "List", "Ping")
@@ -40,12 +41,13 @@ def bring_about(module, needed):
 
 def do_once(module, command):
     """Has a Command done, or rehearsed in check mode, and ends the module. Whether it changed the host is told by what
-    it called of the management library."""
+    it called of the management library; what a twin refuses without knowing that of the host counts as well."""
     def flow(work):
         if module.check_mode or module._diff:  # pylint: disable=protected-access  # no other way tells
             work.capture()
         report = work.carry_out([command])[0]
-        work.result.update(output=report["output"], calls=report["calls"], changed=_changed_host(report))
+        is_done = report["outcome"] in DONE
+        work.result.update(output=report["output"], calls=report["calls"], changed=_changed_host(report, is_done))
         work.tell_difference()
     _finish(module, flow)
 
@@ -62,7 +64,13 @@ def _finish(module, flow):
     try:
         with Tool(module) as tool:
             work = _Work(module, tool)
-            flow(work)
+            try:
+                flow(work)
+            except Ended:
+                raise
+            except Failure:
+                work.tell_part()
+                raise
     except Failure as failure:
         module.fail_json(msg=str(failure), **dict(work.result if work else {}, **failure.facts))
     module.exit_json(**work.result)
@@ -91,11 +99,14 @@ class _Work:
 
     def carry_out(self, commands):
         """Does the commands, or rehearses them: their reports. Fails at the first one that is not done."""
+        if len(commands) > 1:
+            self._foresee(commands)
         for command in commands:
             if command.warning:
                 self._module.warn(f"{command}: {command.warning}")
             if self._module.check_mode:
-                report, self._twin = self._tool.rehearse(command, self._twin)
+                report, twin = self._tool.rehearse(command, self._twin)
+                self._twin = twin if os.path.exists(twin) else self._twin
             else:
                 report = self._run(command)
             self._take(command, report)
@@ -127,6 +138,25 @@ class _Work:
         self.result["diff"] = difference(before, after, twin)
         return after
 
+    def tell_part(self):
+        """Adds the difference after a failure that came when something was done, where the host can be read."""
+        if "diff" in self.result or not self.result["changed"]:
+            return
+        try:
+            self.tell_difference()
+        except Failure:
+            pass  # The failure that came first is the one to tell.
+
+    def _foresee(self, commands):
+        """Fails where one of several commands is refused on a twin. On the host those before it would be done by then,
+        such as the end of a session that is to be opened anew."""
+        path = self._before
+        for command in commands:
+            report, path = self._tool.rehearse(command, path)
+            if not _may_pass(command, report) and _is_foreseen(command, report):
+                raise Failure(f"Nothing was sent, since a copy of the host does not do {_line(report)}: "
+                              f"{_reason(report)}", error=report.get("error"), output=report["output"])
+
     def _run(self, command):
         try:
             return self._tool.run(command)
@@ -136,27 +166,26 @@ class _Work:
 
     def _take(self, command, report):
         """Adds a report to the result, and fails unless the command was done."""
-        outcome = report["outcome"]
         self._taken.append((command, report))
-        self.result["commands"].append({"arguments": command.arguments, "outcome": outcome})
+        self.result["commands"].append({"arguments": report["arguments"], "outcome": report["outcome"]})
         self.result["restart_required"] |= report["restart_required"]
         for uncertainty in report.get("uncertainties", []):
-            self._module.warn(f"{command}: not certain: {uncertainty['reason']}")
-        if outcome in DONE:
+            self._module.warn(f"{_line(report)}: not certain: {uncertainty['reason']}")
+        if report["outcome"] in DONE:
             self.result["changed"] = True
-        elif outcome != "refused" or not command.dispensable:
+        elif not _may_pass(command, report):
             self._refuse(command, report)
 
     def _refuse(self, command, report):
         """Fails with the reason why a command was not done, or warns where that is not certain."""
-        outcome = report["outcome"]
-        if self._module.check_mode and outcome == "refused" and not (command.foreseeable or report["certain"]):
-            self._module.warn(f"{command}: not rehearsed, since a copy of the host knows too little: {_reason(report)}")
+        if self._module.check_mode and not _is_foreseen(command, report):
+            self._module.warn(f"{_line(report)}: not rehearsed, since a copy of the host knows too little: "
+                              f"{_reason(report)}")
             self.result["changed"] = True
             return
         # What was not done to its end may have changed the host all the same.
-        self.result["changed"] |= not self._module.check_mode and _changed_host(report)
-        raise Failure(f"{command}: {_reason(report)}", error=report.get("error"), output=report["output"])
+        self.result["changed"] |= _changed_host(report)
+        raise Failure(f"{_line(report)}: {_reason(report)}", error=report.get("error"), output=report["output"])
 
     def _rehearsed(self):
         """The document of a twin with which the same was done: it tells what waits for the restart. None where the twin
@@ -164,7 +193,7 @@ class _Work:
         path = self._before
         for command, _ in self._taken:
             report, path = self._tool.rehearse(command, path)
-            if report["outcome"] not in DONE and not command.dispensable:
+            if not _may_pass(command, report):
                 return None
         return _document(path)
 
@@ -177,9 +206,26 @@ def _document(path):
         return json.load(file)
 
 
-def _changed_host(report):
-    """Whether a command called an operation that changes something, and that was not refused."""
-    return any(call["call"] == "DoOperation" and not call.get("name", "").startswith(READING) and not call.get("status")
+def _line(report):
+    """The command line of a report, in which words that can be secrets are masked."""
+    return " ".join(["tavrocli"] + report["arguments"])
+
+
+def _may_pass(command, report):
+    """Whether the next command may follow this one."""
+    return report["outcome"] in DONE or report["outcome"] == "refused" and command.dispensable
+
+
+def _is_foreseen(command, report):
+    """Whether the host ends a command as its twin did, which did not do it."""
+    return report["outcome"] != "refused" or command.foreseeable or report["certain"]
+
+
+def _changed_host(report, is_done=True):
+    """Whether a command called an operation that changes something, and that was not refused. Of a command that was not
+    done, refused ones count too."""
+    return any(call["call"] == "DoOperation" and not call.get("name", "").startswith(READING)
+               and not (is_done and call.get("status"))
                for call in report["calls"])
 
 

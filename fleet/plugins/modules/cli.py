@@ -20,7 +20,8 @@ options:
     required: true
   answers:
     description:
-      - Answers to the questions of the command.
+      - Answers to the questions of the command. Where one question is named several times, the answers follow one
+        another.
     type: list
     elements: dict
     default: []
@@ -45,6 +46,8 @@ options:
         type: str
 notes:
   - The command runs in a folder of its own, which is gone afterwards.
+  - What a copy of the host refuses in check mode without knowing the host's own answer, such as a ping, becomes a
+    warning.
 extends_documentation_fragment:
   - tavro.fleet.common
   - tavro.fleet.common.attributes
@@ -112,14 +115,22 @@ OPTIONS = {
 }
 
 
+def answers_by_question(entries):
+    """The answers in the order in which they are given, by question."""
+    answers = {}
+    for entry in entries:
+        question = entry["prompt"] if entry["message"] is None else entry["message"]
+        answers.setdefault(question, []).extend(
+            entry["lines"] if entry["secret"] is None else [Secret(entry["secret"])])
+    return answers
+
+
 def main():
     """Runs the module."""
     module = fleet_module(OPTIONS)
-    answers = {}
-    for answer in module.params["answers"]:
-        question = answer["prompt"] if answer["message"] is None else answer["message"]
-        answers[question] = answer["lines"] if answer["secret"] is None else Secret(answer["secret"])
-    do_once(module, Command(module.params["arguments"], answers))
+    answers = answers_by_question(module.params["answers"])
+    # What the command reaches is not known here, and so not whether a twin can know how it ends.
+    do_once(module, Command(module.params["arguments"], answers, foreseeable=False))
 
 
 if __name__ == "__main__":

@@ -43,6 +43,7 @@ notes:
   - Where nothing else is said, a new session is one with multipath, without digests and without CHAP of its own.
   - With I(update_secret=always) the session is ended and opened anew each time.
   - Sessions are ended whether their LUNs are in use or not. When the login that follows fails, there is none.
+    One that a copy of the host refuses is not tried, and the sessions stay.
   - Whether a target accepts a login cannot be known before it is asked. Check mode warns of that.
 extends_documentation_fragment:
   - tavro.fleet.login
