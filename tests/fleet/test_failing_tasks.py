@@ -1,4 +1,4 @@
-"""Tasks that fail or cannot be rehearsed: rehearsed, and done. Of two hosts the second refuses what its twin does not."""
+"""Tasks that fail or cannot be rehearsed: rehearsed, and done. The second of two hosts refuses what its twin does."""
 
 import importlib
 import json

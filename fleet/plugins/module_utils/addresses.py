@@ -30,6 +30,11 @@ def same_address(first, second):
         return first == second
 
 
+def is_none(text):
+    """Whether a host tells by this text that it has no address, mask or prefix length."""
+    return text in ("", "0") or same_address(text, "0.0.0.0") or same_address(text, "::")
+
+
 def tcp_port(option, number):
     """The number of a TCP port as text; a Failure names the option."""
     if number not in range(1, 65536):

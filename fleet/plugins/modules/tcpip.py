@@ -35,19 +35,19 @@ options:
     default: false
   address:
     description:
-      - The fixed address.
+      - The fixed address. Is needed unless I(dhcp=true), and does not fit there; nor do the three that follow.
     type: str
   subnet_mask:
     description:
-      - The subnet mask of a fixed IPv4 address.
+      - The subnet mask of a fixed IPv4 address. Is needed where the function has none.
     type: str
   prefix_length:
     description:
-      - The prefix length of a fixed IPv6 address.
+      - The prefix length of a fixed IPv6 address. Is needed where the function has none.
     type: int
   gateway:
     description:
-      - The default gateway beside a fixed address.
+      - The default gateway beside a fixed address. C(0.0.0.0) or C(::) is none.
     type: str
   vlan_id:
     description:
@@ -56,8 +56,8 @@ options:
         that takes back what waits.
     type: int
 notes:
-  - Each change sets the largest frame to 1500 bytes and the VLAN priority to 0. A warning tells where that changes
-    something.
+  - Each change sets the largest frame to 1500 bytes and the VLAN priority to 0, and that of an iSCSI function the IPv6
+    prefix length to 124. A warning tells where that changes something.
   - A change of an iSCSI function to DHCP overwrites its IPv6 settings.
 extends_documentation_fragment:
   - tavro.fleet.common
@@ -98,7 +98,8 @@ restart_required:
   type: bool
 """
 
-from ansible_collections.tavro.fleet.plugins.module_utils.addresses import ipv4_address, ipv6_address, same_address
+from ansible_collections.tavro.fleet.plugins.module_utils.addresses import (
+    ipv4_address, ipv6_address, is_none, same_address)
 from ansible_collections.tavro.fleet.plugins.module_utils.flow import Command, Failure, bring_about, fleet_module
 
 OPTIONS = {
@@ -122,6 +123,12 @@ MEMBERS = {
     "ipv6": {"address": "addressIPv6", "prefix_length": "prefixLengthIPv6", "gateway": "gatewayIPv6"},
 }
 DHCP = {"ipv4": "dhcp", "ipv6": "dhcpIPv6"}
+NO_GATEWAY = {"ipv4": "0.0.0.0", "ipv6": "::"}
+# Without these, a fixed address is of no use.
+INDISPENSABLE = ("subnet_mask", "prefix_length")
+# What a change of any function, and that of an iSCSI function, sets beside what is asked for.
+SET_BACK = {"maxFrameSize": "1500", "vlanPriority": "0"}
+SET_BACK_OF_ISCSI = {"prefixLengthIPv6": "124"}
 
 
 def needed(host, options):
@@ -129,14 +136,17 @@ def needed(host, options):
     function = host.function(options["kind"], options["mac"])
     there = function.part.get("tcpIp", {})
     wanted = _wanted(options, there)
-    if all(same_address(there.get(member, ""), value) for member, value in wanted.items()):
+    if all(_is_same(there.get(member, ""), value) for member, value in wanted.items()):
         return []
     version = options["version"]
+    for option in INDISPENSABLE:
+        if options[option] is None and is_none(wanted.get(MEMBERS[version].get(option), "none told")):
+            raise Failure(f"{option}: is needed, since the function has none")
     line = [f"-{function.kind}", function.identifier, "-modifytcpip"]
     line += [f"-{version}"] if function.kind == "ethernet" else []
     line += ["-dhcp" if options["dhcp"] else "-static", wanted["vlanId"]]
     line += [wanted[member] for member in MEMBERS[version].values() if member in wanted]
-    return [Command(line, warning=_lost(there))]
+    return [Command(line, warning=_lost(function.kind, there))]
 
 
 def _wanted(options, there):
@@ -144,6 +154,7 @@ def _wanted(options, there):
     version = options["version"]
     if options["kind"] == "iscsi" and version == "ipv6":
         raise Failure("version: an iSCSI function takes IPv4 settings only")
+    _check_fit(options)
     vlan = options["vlan_id"]
     wanted = {DHCP[version]: "Yes" if options["dhcp"] else "No",
               "vlanId": str(vlan) if vlan is not None else there.get("vlanId") or "0"}
@@ -153,16 +164,30 @@ def _wanted(options, there):
     for option, member in MEMBERS[version].items():
         given = options[option]
         wanted[member] = there.get(member, "") if given is None else str(given)
-        if not wanted[member]:
-            raise Failure(f"{option}: is needed, since the function has none")
-        if option != "prefix_length":
+        if option == "gateway" and is_none(wanted[member]):
+            wanted[member] = NO_GATEWAY[version]
+        if option != "prefix_length" and wanted[member]:
             wanted[member] = address(option, wanted[member])
     return wanted
 
 
-def _lost(there):
+def _check_fit(options):
+    """Fails for an option that would not count."""
+    version = options["version"]
+    for option in ("address", "subnet_mask", "prefix_length", "gateway"):
+        if options[option] is not None and options["dhcp"]:
+            raise Failure(f"{option}: does not fit dhcp: true")
+        if options[option] is not None and option not in MEMBERS[version]:
+            raise Failure(f"{option}: does not fit version: {version}")
+
+
+def _is_same(told, wanted):
+    return same_address(told, wanted) or is_none(told) and is_none(wanted)
+
+
+def _lost(kind, there):
     """A warning of what each change sets back, where that is a loss."""
-    set_back = {"maxFrameSize": "1500", "vlanPriority": "0"}
+    set_back = dict(SET_BACK, **SET_BACK_OF_ISCSI if kind == "iscsi" else {})
     lost = [f"{member} {there[member]} becomes {value}" for member, value in set_back.items()
             if there.get(member) not in (None, "", value)]
     return ", ".join(lost) or None
