@@ -1,5 +1,5 @@
-"""The example that audits a fleet: hosts that are as wanted, of which nothing is wanted, that differ, cannot be so, cannot
-be read, or do not answer; one more cannot be so since its variables have mistakes."""
+"""The example that audits a fleet: hosts that are as wanted, of which nothing is wanted, that differ, cannot be so,
+cannot be read, or do not answer; one more cannot be so since its variables have mistakes."""
 
 import os
 import subprocess

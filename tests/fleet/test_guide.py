@@ -81,7 +81,8 @@ class Plays:
         self.host = fleet[0]
         self.host.more.update(INVENTORY["storage"]["hosts"][HOST], **INVENTORY["storage"]["vars"])
         # The host is in no group, and its user is nobody else.
-        playbook, secrets = ([{**play, "hosts": "all", "become": False} for play in block] for block in (FIRST, SECRETS))
+        playbook, secrets = ([{**play, "hosts": "all", "become": False} for play in block]
+                             for block in (FIRST, SECRETS))
         self.rehearsed = fleet.play(None, "--check", "--diff", playbook=playbook)
         self.operations = self.host.operations()
         self.done = fleet.play(None, playbook=playbook)

@@ -101,7 +101,8 @@ def test_the_host_has_its_storage(plays):
 
 
 def test_no_secret_is_shown(plays):
-    shown = "".join(play.output + json.dumps(play.results) for play in (plays.rehearsed, plays.done, plays.again, plays.always))
+    played = (plays.rehearsed, plays.done, plays.again, plays.always)
+    shown = "".join(play.output + json.dumps(play.results) for play in played)
     shown += (plays.host.folder / "trace").read_text()
     secrets = [chap[key] for chap in CHAP.values() for key in chap if key.endswith("secret")]
     assert len(secrets) == 3 and not [secret for secret in secrets if secret in shown]
