@@ -17,6 +17,7 @@ COLLECTION = ROOT / "fleet"
 MODULES = sorted(path.stem for path in (COLLECTION / "plugins" / "modules").glob("*.py"))
 TAVROHOST = ROOT / "build" / "native" / "bin" / "tavrohost"
 DEFAULT_HOST = ROOT / "simulator" / "default_host.json"
+LEAST_PYTHON = "3.7"  # of hosts
 TIME_LIMIT = 300  # seconds; far more than a playbook takes on a busy machine
 # Names of operations by number.
 OPERATIONS = {

@@ -8,7 +8,7 @@ import subprocess
 import pytest
 import yaml
 
-from fleet import COLLECTION, MODULES, ansible_environment
+from fleet import COLLECTION, LEAST_PYTHON, MODULES, ansible_environment
 
 NAMES = [f"tavro.fleet.{module}" for module in MODULES]
 
@@ -77,6 +77,7 @@ def test_a_module_tells_all_that_is_to_be_told(documents, module):
     document = documents[f"tavro.fleet.{module}"]
     assert document["doc"]["attributes"]["check_mode"]["support"] == "full"
     assert document["doc"]["attributes"]["diff_mode"]["support"] == ("none" if module == "host_info" else "full")
+    assert document["doc"]["requirements"] == ["tavrohost", f"Python {LEAST_PYTHON} or later"]
     assert document["doc"]["version_added"] and document["doc"]["author"]
     for value in document["return"].values():
         assert value["description"] and value["returned"] and value["type"]

@@ -2,11 +2,12 @@
 
 import importlib
 import re
+import subprocess
 
 import pytest
 import yaml
 
-from fleet import COLLECTION, MODULES, ROOT
+from fleet import COLLECTION, LEAST_PYTHON, MODULES, ROOT, TAVROHOST
 from test_partitions_playbook import two_adapters
 
 GUIDE = (ROOT / "docs" / "fleet.md").read_text(encoding="utf-8")
@@ -14,6 +15,7 @@ BLOCKS = [yaml.safe_load(block) for block in re.findall(r"^```yaml\n(.*?)^```$",
 PLAYBOOKS = [path.stem for path in (COLLECTION / "playbooks").glob("*.yml")]
 INVENTORY, FIRST = BLOCKS[:2]
 SECRETS, = (block for block in BLOCKS if "group/tavro.fleet.secrets" in str(block))
+TAKING_BACK, = (block for block in BLOCKS if "-res" in str(block))
 FIRST_SECRET, SECOND_SECRET = "first-secret", "second-secret"
 HOST = "server-7"
 CHANGED = ["Give the port its address", "Know the portals", "Know the iSNS servers, and no other"]
@@ -66,6 +68,10 @@ def test_the_playbooks_take_what_all_modules_take_from_the_inventory(playbook):
         option: f"{{{{ fleet_{option} | default(omit) }}}}" for option in ("tavrohost", "time_limit")}}
     assert {"`fleet_tavrohost`", "`fleet_time_limit`"} <= set(re.findall(r"`fleet_\w+`", GUIDE))
     assert re.search(rf"^    ansible-playbook -b .*tavro\.fleet\.{playbook}", GUIDE, re.M)
+
+
+def test_the_least_python_is_named():
+    assert f"Python {LEAST_PYTHON} or later" in " ".join(GUIDE.split())
 
 
 def test_the_table_tells_of_each_module():
@@ -121,3 +127,40 @@ def test_the_host_is_as_the_inventory_says(plays):
 
 def test_the_playbook_of_secrets_sends_them_again_when_that_is_wanted(plays):
     assert plays.secrets == [(0, True, FIRST_SECRET), (0, False, FIRST_SECRET), (0, True, SECOND_SECRET)]
+
+
+def personality(document, key="personality"):
+    return document["adapters"][1]["ports"][0]["resources"].get(key)
+
+
+def test_what_waits_for_the_restart_is_taken_back_by_its_command(make_fleet):
+    fleet = make_fleet(1, two_adapters())
+    host = fleet[0]
+    host.more.update(INVENTORY["storage"]["hosts"][HOST])
+    before = personality(host.read())
+    assert before == "iSCSI"
+
+    def wanting(value):
+        return {"tavro.fleet.personality": {"mac": host.more["port_personality"]["mac"], "personality": value}}
+
+    play = fleet.play({"other": wanting("fcoe"), "former": wanting("iscsi")})
+    assert play.result(host, "other")["restart_required"] and not play.result(host, "former")["changed"]
+    task, = TAKING_BACK
+    assert fleet.play({task["name"]: task}).result(host, task["name"])["changed"]
+    subprocess.run([TAVROHOST, "restart", host.file], check=True, capture_output=True)
+    assert personality(host.read()) == before
+
+
+def test_what_a_killed_module_leaves_is_where_the_guide_says_and_for_its_owner_only(make_fleet):
+    fleet = make_fleet(1)
+    program = fleet.folder / "killing"
+    program.write_text(f'#!/bin/sh\ntest "$1" = run && kill -KILL $PPID && exit\nexec {TAVROHOST} "$@"\n')
+    program.chmod(0o755)
+    task = {"tavro.fleet.initiator": {
+        "name": "iqn.2015-01.com.example:web-1", "authentication": "one_way_chap", "target_chap_name": "web",
+        "target_chap_secret": FIRST_SECRET, "tavrohost": str(program)}}
+    assert fleet.play({"killed": task}).result(fleet[0], "killed")["failed"]
+    folder, = fleet[0].temporary.glob("ansible-*/tavro-*")
+    left = [folder, *folder.rglob("*")]
+    assert FIRST_SECRET in "".join(path.read_text() for path in left if path.is_file())
+    assert not [path for path in left if path.stat().st_mode & 0o077]

@@ -1,5 +1,6 @@
 """What Ansible's own tests find that need no network, and Debian's tools for Python and YAML."""
 
+import ast
 import os
 import re
 import shutil
@@ -7,7 +8,7 @@ import subprocess
 
 import pytest
 
-from fleet import COLLECTION, ROOT, TESTS, ansible_environment
+from fleet import COLLECTION, LEAST_PYTHON, ROOT, TESTS, ansible_environment
 
 # The others make a virtual environment, for which they need a network: ansible-doc, import, pep8, pylint,
 # runtime-metadata, validate-modules and yamllint; or test what is not here: shell scripts and PowerShell.
@@ -42,6 +43,14 @@ def test_ansibles_own_tests_that_need_no_network(tmp_path):
 def test_pycodestyle(folder):
     # Modules begin with their documentation, and only then import something.
     check("/usr/bin/pycodestyle", "--max-line-length=120", "--ignore=E402,W503", str(folder))
+
+
+def test_hosts_may_have_an_older_python():
+    version = tuple(map(int, LEAST_PYTHON.split(".")))
+    sources = list((COLLECTION / "plugins").rglob("*.py"))
+    assert sources
+    for path in sources:
+        ast.parse(path.read_text(), str(path), feature_version=version)
 
 
 def test_pylint(collections):

@@ -23,6 +23,7 @@ options:
     default: 300
 requirements:
   - tavrohost
+  - Python 3.7 or later
 notes:
   - What takes effect when the host restarts can be read by nobody before. Until then each run sends it again.
 """

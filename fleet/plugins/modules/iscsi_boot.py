@@ -6,8 +6,9 @@ module: iscsi_boot
 short_description: Set how an iSCSI function boots
 description:
   - Sets whether and from which targets an iSCSI function boots.
-  - What is not given stays as it is, but for secrets. The command sets all of them with each change, so a change needs
-    the secret of each CHAP name that is set or stays.
+  - What is not given stays as it is. Secrets cannot stay, since no host tells them, and the command sets all of them
+    anew. With a CHAP name, one that is given or one that the host has, its secret has to be given whenever anything is
+    changed.
 version_added: 5.2.3
 author:
   - Tavro (@tavro)

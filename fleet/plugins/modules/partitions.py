@@ -68,7 +68,8 @@ options:
         type: int
 notes:
   - As a rule the change takes effect when the host restarts. Functions come and go with it. An adapter that is divided
-    as is wanted is left alone, even when something else waits for the restart.
+    as is wanted is left alone, even when something else waits for the restart, which then still comes.
+    M(tavro.fleet.cli) sends the command all the same.
   - Adapters with four ports, and those whose partitions are fixed, refuse each change.
 extends_documentation_fragment:
   - tavro.fleet.common

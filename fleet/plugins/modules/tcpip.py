@@ -54,6 +54,8 @@ options:
       - The VLAN ID, 0 (no VLAN) to 4094, of both IP versions.
       - The VLAN ID of an Ethernet function takes effect when the host restarts. A change without I(vlan_id) before
         that takes back what waits.
+      - What is compared is the VLAN ID in force. To want it back while another one waits for the restart sends nothing,
+        and the other one still comes with the restart. M(tavro.fleet.cli) sends the command all the same.
     type: int
 notes:
   - Each change sets the largest frame to 1500 bytes and the VLAN priority to 0, and that of an iSCSI function the IPv6
