@@ -1,5 +1,5 @@
-"""Virtual ports, the FIP VLAN and data center bridging: a playbook that is rehearsed, done and done again. Of two hosts
-the second refuses what its twin does not."""
+"""Virtual ports, the FIP VLAN and data center bridging: a playbook that is rehearsed, done and done again. Of three hosts
+the second refuses what its twin does not, and the third is as wanted from the start."""
 
 import json
 
@@ -13,6 +13,9 @@ SECOND = "10:00:02:00:5E:10:00:05"
 THIRD = "10:00:02:00:5E:20:00:05"
 FOURTH = "10:00:02:00:5E:20:00:07"
 GROUPS = {0: [0, 1, 2, 5, 6, 7], 1: [4, 3]}
+# What a host tells of "all of DCB".
+BRIDGING = {"state": "Disable", "flowControlPriorities": "3 4", "groupMap": "0:0 1 2 5 6 7,1:3 4",
+            "priorityMap": "0:0,1:0,2:0,3:1,4:1,5:0,6:0,7:0"}
 
 
 def virtual_ports(wwn, *virtual, **options):
@@ -35,10 +38,10 @@ TASKS = {
     "no priority": dcb(THIRD, flow_control_priorities=[]),
     "other driver": dcb(FOURTH, enabled=False),
 }
-OF_BOTH_HOSTS = ["delete", "VLAN", "all of DCB"]
+OF_ALL_HOSTS = ["delete", "VLAN", "all of DCB"]
 CERTAIN = ["delete", "VLAN", "all of DCB", "one priority", "no priority"]
 UNCERTAIN = ["create", "exact"]
-for task in set(TASKS) - set(OF_BOTH_HOSTS):
+for task in set(TASKS) - set(OF_ALL_HOSTS):
     TASKS[task]["when"] = "inventory_hostname == 'host-1'"
 
 
@@ -50,17 +53,18 @@ def parts(document):
 class Plays:
     def __init__(self, fleet):
         self.fleet = fleet
-        self.usual, self.refusing = fleet.hosts
+        self.usual, self.refusing, self.same = fleet.hosts
         self.rehearsed = fleet.play(TASKS, "--check", "--diff")
         self.read = {host.name: host.operations() for host in fleet.hosts}
         self.done = fleet.play(TASKS, "--diff")
+        self.called = self.same.operations()
         self.afterwards = parts(self.usual.read())
         self.again = fleet.play({task: TASKS[task] for task in CERTAIN + UNCERTAIN}, hosts=[self.usual])
 
 
 @pytest.fixture(scope="module", name="plays")
 def fixture_plays(make_fleet):
-    fleet = make_fleet(2)
+    fleet = make_fleet(3)
     for host in fleet.hosts:
         document = host.read()
         there = parts(document)
@@ -70,6 +74,9 @@ def fixture_plays(make_fleet):
                 {"portWwn": each, "nodeWwn": there[wwn]["nodeWwn"], "fcid": f"03050{number}"}
                 for number, each in enumerate(others, 1)]
         there[SECOND]["dcb"] = {"state": "Disable"}
+        if host is fleet[2]:
+            there[THIRD]["virtualPorts"] = []
+            there[FIRST].update(fipVlanId="1003", dcb=BRIDGING)
         host.write(document)
     refused = [number for number, name in OPERATIONS.items()
                if name in ("DeleteVirtualPorts", "WriteFip", "WriteDcbConfig")]
@@ -132,9 +139,7 @@ def test_the_vlan_is_as_wanted(plays):
 def test_bridging_is_as_wanted_and_the_rest_of_it_stays(plays):
     told = {wwn: fcoe(plays.done, plays.usual, task, "after")["dcb"] for wwn, task in
             ((FIRST, "all of DCB"), (SECOND, "one priority"), (THIRD, "no priority"))}
-    assert told[FIRST] == {
-        "state": "Disable", "flowControlPriorities": "3 4", "groupMap": "0:0 1 2 5 6 7,1:3 4",
-        "priorityMap": "0:0,1:0,2:0,3:1,4:1,5:0,6:0,7:0"}
+    assert told[FIRST] == BRIDGING
     assert told[SECOND].keys() == {"state", "flowControlPriorities"} and told[THIRD].keys() == {"flowControlPriorities"}
     assert told[SECOND]["state"] == "Enable"
     assert told[SECOND]["flowControlPriorities"].split() == ["5"]
@@ -172,9 +177,17 @@ def test_what_cannot_be_had_is_told_before_anything_is_sent(planned, task, messa
     assert planned(task, json.loads(DEFAULT_HOST.read_text())) == message
 
 
-@pytest.mark.parametrize("task", OF_BOTH_HOSTS)
+@pytest.mark.parametrize("task", OF_ALL_HOSTS)
 def test_a_host_that_refuses_fails_with_its_own_reason(plays, task):
     assert plays.rehearsed.result(plays.refusing, task)["changed"]
     result = plays.done.result(plays.refusing, task)
     assert result["failed"] and not result["changed"]
     assert result["msg"].endswith(": The site does not allow this. (site 7)")
+
+
+@pytest.mark.parametrize("task", OF_ALL_HOSTS)
+def test_a_host_that_is_as_wanted_is_only_read(plays, task):
+    for play in (plays.rehearsed, plays.done):
+        result = play.result(plays.same, task)
+        assert not result["failed"] and not result["changed"] and not result["commands"]
+    assert plays.called and all(name.startswith(("Read", "List")) for name in plays.called)

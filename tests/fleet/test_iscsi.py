@@ -1,5 +1,5 @@
 """Initiator, portals and targets: a playbook that is rehearsed, done and done again, and then sends its secrets once
-more. Of two hosts the second refuses what its twin does not."""
+more. Of three hosts the second refuses what its twin does not, and the third is as wanted from the start."""
 
 import copy
 import json
@@ -53,11 +53,11 @@ TASKS = {
     # Sessions tell the initiator's name, so it is named last.
     "initiator": initiator(header_digest=True, **CHAP),
 }
-OF_BOTH_HOSTS = ["initiator", "new portal", "login"]
+OF_ALL_HOSTS = ["initiator", "new portal", "login"]
 CERTAIN = ["old portal", "logout", "removal"]
 UNCERTAIN = ["initiator", "new portal", "login", "other login", "mutual login"]
 WITH_SECRETS = ["initiator", "new portal", "mutual login"]
-for task in set(TASKS) - set(OF_BOTH_HOSTS):
+for task in set(TASKS) - set(OF_ALL_HOSTS):
     TASKS[task]["when"] = "inventory_hostname == 'host-1'"
 
 
@@ -80,6 +80,20 @@ def document_to_start_from():
     return document
 
 
+def document_as_wanted():
+    """What the tasks of all hosts want is there."""
+    document = document_to_start_from()
+    document["initiator"].update(name=NAME, login={
+        "multipath": "Yes", "headerDigest": "CRC32C", "dataDigest": "No", "authentication": "One-way CHAP",
+        "targetChapName": "web", "targetSecret": OWN_SECRET})
+    function_of(document, NEW)["storage"] = {"portals": [{"address": "198.51.100.21", "port": "3260"}]}
+    session = {"id": 1, "target": DISKS, "portal": PORTAL, "initiatorName": NAME, "dataDigest": "CRC32C"}
+    function_of(document, PLAIN)["storage"] = {
+        "portals": [PORTAL], "targets": [{"name": DISKS, "portal": PORTAL, "discovery": "SendTargets"}],
+        "lastSessionId": 1, "sessions": [session]}
+    return document
+
+
 def with_options(tasks, **options):
     """The tasks with further options of their modules."""
     return {name: {key: {**value, **options} if key.startswith("tavro.") else value for key, value in each.items()}
@@ -89,11 +103,12 @@ def with_options(tasks, **options):
 class Plays:
     def __init__(self, fleet):
         self.fleet = fleet
-        self.usual, self.refusing = fleet.hosts
+        self.usual, self.refusing, self.same = fleet.hosts
         self.rehearsed = fleet.play(TASKS, "--check", "--diff")
         self.read = {host.name: host.operations() for host in fleet.hosts}
         program, self.notes = watching_tavrohost(fleet.folder, SECRETS)
         self.done = fleet.play(with_options(TASKS, tavrohost=str(program)), "--diff", "-vvv")
+        self.called = self.same.operations()
         self.file_afterwards = self.usual.read()
         again = {task: TASKS[task] for task in CERTAIN + UNCERTAIN}
         always = with_options({task: TASKS[task] for task in WITH_SECRETS}, update_secret="always")
@@ -103,7 +118,8 @@ class Plays:
 
 @pytest.fixture(scope="module", name="plays")
 def fixture_plays(make_fleet):
-    fleet = make_fleet(2, document_to_start_from())
+    fleet = make_fleet(3, document_to_start_from())
+    fleet[2].write(document_as_wanted())
     script = fleet[1].folder / "script.json"
     refused = [number for number, name in OPERATIONS.items() if name in ("SetInitiator", "AddPortal", "LogInToTarget")]
     error = {"code": 5, "message": "The site does not allow this.", "details": "site 7"}
@@ -242,7 +258,7 @@ def test_chap_that_stays_needs_its_secret_again(planned):
         ["-iscsi", "-setinitiator", NAME, "-mp", "-onewaychap"]]
 
 
-@pytest.mark.parametrize("task", OF_BOTH_HOSTS)
+@pytest.mark.parametrize("task", OF_ALL_HOSTS)
 def test_a_host_that_refuses_fails_with_its_own_reason(plays, task):
     assert plays.rehearsed.result(plays.refusing, task)["changed"]
     result = plays.done.result(plays.refusing, task)
@@ -263,3 +279,11 @@ def test_secrets_travel_in_files_that_only_their_owner_can_read(plays):
     assert not any(secret in line for line in noted(plays.notes, "arguments") for secret in SECRETS)
     assert {line.split()[0] for line in noted(plays.notes, "file")} == {"600"}
     assert {line.split()[0] for line in noted(plays.notes, "folder")} == {"700"}
+
+
+@pytest.mark.parametrize("task", OF_ALL_HOSTS)
+def test_a_host_that_is_as_wanted_is_only_read(plays, task):
+    for play in (plays.rehearsed, plays.done):
+        result = play.result(plays.same, task)
+        assert not result["failed"] and not result["changed"] and not result["commands"]
+    assert plays.called and all(name.startswith(("Read", "List")) for name in plays.called)

@@ -25,7 +25,8 @@ options:
     required: true
 notes:
   - As a rule the change takes effect when the host restarts. A port that is used as is wanted is left alone, even when
-    another personality waits for the restart, which then still comes. M(tavro.fleet.cli) sends the command all the same.
+    another personality waits for the restart, which then still comes. M(tavro.fleet.cli) sends the command all the
+    same.
 extends_documentation_fragment:
   - tavro.fleet.common
   - tavro.fleet.common.attributes
