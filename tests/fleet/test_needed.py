@@ -86,6 +86,14 @@ def test_a_setting_that_the_adapter_does_not_have_is_told(refusal):
         f"settings.jumbo_packet: Ethernet {UNDIVIDABLE} does not have this setting")
 
 
+def test_numbers_of_ranges_are_compared_and_sent_as_numbers(ask):
+    there = {"receive_buffers": "0512", "transmit_buffers": "00256"}
+    command, = ask("adapter_setting", mac=ETHERNET, settings=there)
+    sent = [answer for question, answer in command.answers.items() if str(question).startswith("New Value")]
+    assert sent == [["256"]]
+    assert ask("adapter_setting", mac=ETHERNET, settings={"receive_buffers": "0512"}) == []
+
+
 # ---- Partitions and personalities ----------------------------------------------------------------------------------
 
 def test_partitions_are_asked_port_by_port(ask):
@@ -260,6 +268,49 @@ def test_what_dhcp_decides_is_not_compared(ask, document):
     assert sent(ask("config_import", content=saved(settings)))[1] == ["TCP_IP_Setting"]
     function_of(document, 0, 0, 1)["iscsi"]["tcpIp"]["dhcp"] = "Yes"
     assert ask("config_import", content=saved(settings)) == []
+
+
+@pytest.mark.parametrize("initiator, parts", {
+    "": ['<Portal_Login><IP_Address value="198.51.100.20"/><Port_Number value="03260"/></Portal_Login>',
+         '<Portal_Login><IP_Address value="198.51.100.20"/></Portal_Login>'],
+    '<Multipath value="YES"/><Auth_Method value="none"/><Header_Digest value="no"/>': [
+        '<TCP_IP_Setting><Dhcp_Enabled value="no"/><IP_Address value="192.0.2.20"/><Vlan_Enabled value="Yes"/>'
+        '<Vlan_Id value="012"/></TCP_IP_Setting>',
+        '<TCP_IP_Setting><Vlan_Enabled value="YES"/><Vlan_Id value="12"/></TCP_IP_Setting>'],
+}.items())
+def test_other_spellings_are_there_already(ask, document, initiator, parts):
+    function_of(document, 0, 0, 1)["iscsi"]["tcpIp"]["vlanId"] = "12"
+    function_of(document, 0, 0, 1)["iscsi"]["storage"]["portals"] = [{"address": "198.51.100.20", "port": ""}]
+    document["initiator"]["login"].update(multipath="Yes", authentication="None", headerDigest="No")
+    for part in parts:
+        assert ask("config_import", content=saved(part, initiator=initiator)) == []
+
+
+def test_switches_in_small_letters_count(ask, document):
+    function_of(document, 0, 0, 1)["iscsi"]["tcpIp"].update(dhcp="Yes", vlanId="0")
+    settings = ('<TCP_IP_Setting><Dhcp_Enabled value="yes"/><IP_Address value="192.0.2.99"/><Vlan_Enabled value="no"/>'
+                '<Vlan_Id value="5"/></TCP_IP_Setting>')
+    assert ask("config_import", content=saved(settings)) == []
+
+
+def test_a_session_is_known_by_its_portal_however_it_is_written(ask, document):
+    function_of(document, 0, 0, 1)["iscsi"]["storage"]["sessions"] = [
+        {"id": 1, "target": "t", "portal": {"address": "198.51.100.20"}}]
+    connected = TARGET.format(status="Connected")
+    assert ask("config_import", content=saved(connected.replace("3260", "03260"))) == []
+    assert sent(ask("config_import", content=saved(connected.replace("3260", "03261"))))[1] == ["Target_Login"]
+
+
+@pytest.mark.parametrize("content", [
+    "<CNA_Configuration/>", "<a><Adapter number='0'/></a>", "<a><Nothing/><Adapter number='0'/></a>",
+    "<a><Adapter number='0'><Function port='Port 1' number='2'/></Adapter></a>"])
+def test_a_configuration_that_says_nothing_is_told(refusal, content):
+    assert refusal("config_import", content=content) == "content: has neither an initiator nor a function"
+
+
+def test_letters_that_the_import_does_not_take_are_told(refusal):
+    assert refusal("config_import", content=saved(initiator='<Target_CHAPName value="m\u00fcller"/>')) == (
+        "content: the value of Target_CHAPName has letters that the import does not take")
 
 
 def test_a_function_that_is_not_there_is_passed_over_only_on_request(ask, refusal):

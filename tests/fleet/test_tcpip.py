@@ -62,6 +62,7 @@ def test_a_function_as_wanted_needs_nothing(planned, gateway):
     document = document_with(dict(USED, gateway=gateway))
     assert planned(tcpip(address="192.0.2.20", gateway="0.0.0.0"), document) == []
     assert planned(tcpip(address="192.0.2.20", subnet_mask=MASK), document) == []
+    assert planned(tcpip(address="192.0.2.20", vlan_id=12), document_with(dict(USED, vlanId="012"))) == []
     assert planned(tcpip(address="192.0.2.20"), document_with(dict(USED, subnetMask="0.0.0.0", gateway=gateway))) == []
 
 

@@ -124,6 +124,12 @@ def test_addresses_are_compared_however_they_are_written(utility, first, second,
     assert utility("addresses").same_address(first, second) is same
 
 
+@pytest.mark.parametrize("first, second, same", [
+    ("0512", "512", True), ("512", "5120", False), ("", "0", False), ("x", "x", True), ("\u00b2", "2", False)])
+def test_numbers_are_compared_however_they_are_written(utility, first, second, same):
+    assert utility("switches").same_number(first, second) is same
+
+
 def test_a_wrong_address_names_its_option(utility):
     with pytest.raises(utility("failure").Failure) as told:
         utility("addresses").ipv4_address("gateway", "2001:db8::1")

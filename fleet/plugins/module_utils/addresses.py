@@ -3,6 +3,7 @@
 import ipaddress
 
 from .failure import Failure
+from .switches import same_number
 
 DEFAULT_ISCSI_PORT = "3260"
 
@@ -44,7 +45,7 @@ def tcp_port(option, number):
 
 def is_portal(portal, address, port):
     """Whether a portal of a host has this address and port (text)."""
-    return same_address(portal["address"], address) and (portal.get("port") or DEFAULT_ISCSI_PORT) == port
+    return same_address(portal["address"], address) and same_number(portal.get("port") or DEFAULT_ISCSI_PORT, port)
 
 
 def _address(option, text, kind, name):

@@ -1,9 +1,11 @@
 """A saved iSCSI configuration, as `tavrocli -import` reads it: what of it a host does not have."""
 
+import re
 from xml.etree import ElementTree
 
-from .addresses import same_address
+from .addresses import DEFAULT_ISCSI_PORT, is_portal, same_address
 from .failure import Failure
+from .switches import same_number, same_switch
 
 INITIATOR = "Initiator_Login"
 LOGIN_MEMBERS = {
@@ -13,6 +15,13 @@ LOGIN_MEMBERS = {
     "Auth_Method": "authentication",
     "Target_CHAPName": "targetChapName",
     "Initiator_CHAPName": "initiatorChapName",
+}
+# How what is told of a login and of settings is compared, where that is not letter by letter.
+COMPARED = {
+    **dict.fromkeys(("Multipath", "Header_Digest", "Data_Digest", "Auth_Method", "Dhcp_Enabled", "Dhcp_Enabled_IPv6"),
+                    same_switch),
+    **dict.fromkeys(("Vlan_Id", "Vlan_Priority", "Max_Frame_Size", "Static_Prefixlen"), same_number),
+    **dict.fromkeys(("IP_Address", "Subnet_Mask", "Default_Gateway", "Static_IPv6", "Gateway_IPv6"), same_address),
 }
 SECRETS = ("Target_Secret", "Initiator_Secret")
 TCPIP_MEMBERS = {
@@ -36,7 +45,7 @@ LEASED = {
 
 
 class SavedConfiguration:
-    """The content of a file for the import; fails for one that is not well-formed.
+    """The content of a file for the import; fails for one that is not well-formed, and for one that says nothing.
 
     The first element is the place of the initiator. Each further one is an adapter, by the value of its first
     attribute; in it each one is a function, by the name of its port and its own number, the first two attributes.
@@ -47,8 +56,10 @@ class SavedConfiguration:
             self._top = ElementTree.fromstring(content)
         except (ElementTree.ParseError, ValueError) as error:
             raise Failure(f"content: is not well-formed: {error}") from None
+        if not any(element.tag == INITIATOR for element in self._top[:1]) and not any(map(len, self._top[1:])):
+            raise Failure("content: has neither an initiator nor a function")
         for element in self._top.iter():
-            if not element.get("value", "").isascii():
+            if re.search(r"[^\x00-\x7f]", element.get("value", "")):
                 raise Failure(f"content: the value of {element.tag} has letters that the import does not take")
 
     def missing_functions(self, document):
@@ -107,7 +118,8 @@ def _has_initiator(there, element):
     values = _values(element)
     login = there.get("login", {})
     return (values.get("Initiator_Name", there.get("name")) == there.get("name")
-            and all(login.get(member, "") == values[name] for name, member in LOGIN_MEMBERS.items() if name in values))
+            and all(_is_same(name, login.get(member, ""), values[name]) for name, member in LOGIN_MEMBERS.items()
+                    if name in values))
 
 
 def _is_missing(function, element, with_secrets):
@@ -124,20 +136,20 @@ def _is_missing(function, element, with_secrets):
 
 def _has_settings(there, values):
     wanted = {name: values[name] for name in TCPIP_MEMBERS if name in values}
-    if values.get("Vlan_Enabled") == "No":
+    if same_switch(values.get("Vlan_Enabled", ""), "No"):
         wanted["Vlan_Id"] = "0"
     for switch, leased in LEASED.items():
-        if values.get(switch) == "Yes":
+        if same_switch(values.get(switch, ""), "Yes"):
             wanted = {name: value for name, value in wanted.items() if name not in leased}
     # A setting that a function does not have is told as an empty text, and is not taken over.
     for name in ("Vlan_Priority", "Max_Frame_Size"):
         if not there.get(TCPIP_MEMBERS[name]):
             wanted.pop(name, None)
-    return all(same_address(there.get(TCPIP_MEMBERS[name], ""), value) for name, value in wanted.items())
+    return all(_is_same(name, there.get(TCPIP_MEMBERS[name], ""), value) for name, value in wanted.items())
 
 
 def _has_portal(storage, values):
-    return any(_is_portal(portal, values.get("IP_Address"), values.get("Port_Number"))
+    return any(is_portal(portal, values.get("IP_Address", ""), values.get("Port_Number", DEFAULT_ISCSI_PORT))
                for portal in storage.get("portals", []))
 
 
@@ -146,9 +158,11 @@ def _has_session(storage, values):
     if values.get("Status") != "Connected":
         return True
     return any(session["target"] == values.get("Target_Name")
-               and _is_portal(session["portal"], values.get("Portal_IP"), values.get("Portal_PortNumber"))
+               and is_portal(session["portal"], values.get("Portal_IP", ""),
+                             values.get("Portal_PortNumber", DEFAULT_ISCSI_PORT))
                for session in storage.get("sessions", []))
 
 
-def _is_portal(portal, address, port):
-    return same_address(portal["address"], address or "") and portal.get("port", "3260") == (port or "")
+def _is_same(name, told, value):
+    compare = COMPARED.get(name)
+    return compare(told, value) if compare else told == value

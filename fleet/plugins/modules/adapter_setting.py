@@ -183,6 +183,8 @@ def needed(host, options):
 
 
 def _wanted(option, value):
+    if option in RANGES and re.fullmatch("[0-9]+", value):
+        return str(int(value))
     if option != ADDRESS or value == OWN_ADDRESS:
         return value
     digits = normalised(value).upper()
@@ -194,7 +196,7 @@ def _wanted(option, value):
 def _told(option, value):
     """What a host tells, in the form in which it is asked for."""
     if option != ADDRESS:
-        return value
+        return _wanted(option, value)
     return OWN_ADDRESS if value == NO_ADDRESS else _wanted(option, value)
 
 

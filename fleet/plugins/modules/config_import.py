@@ -23,6 +23,7 @@ options:
     type: bool
     default: false
 notes:
+  - Numbers are compared as numbers, and switches such as C(Yes) and C(none) in whatever letters.
   - Of a portal its address and port are compared, of a session those and the target. How they log in is imported with
     those that are new.
   - I(update_secret=always) imports the initiator and the portals that have secrets each time. A target with a session

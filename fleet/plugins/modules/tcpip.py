@@ -103,6 +103,7 @@ restart_required:
 from ansible_collections.tavro.fleet.plugins.module_utils.addresses import (
     ipv4_address, ipv6_address, is_none, same_address)
 from ansible_collections.tavro.fleet.plugins.module_utils.flow import Command, Failure, bring_about, fleet_module
+from ansible_collections.tavro.fleet.plugins.module_utils.switches import same_number
 
 OPTIONS = {
     "mac": {"type": "str", "required": True},
@@ -184,7 +185,7 @@ def _check_fit(options):
 
 
 def _is_same(told, wanted):
-    return same_address(told, wanted) or is_none(told) and is_none(wanted)
+    return same_address(told, wanted) or same_number(told, wanted) or is_none(told) and is_none(wanted)
 
 
 def _lost(kind, there):
