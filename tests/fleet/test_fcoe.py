@@ -1,5 +1,5 @@
-"""Virtual ports, the FIP VLAN and data center bridging: a playbook that is rehearsed, done and done again. Of three hosts
-the second refuses what its twin does not, and the third is as wanted from the start."""
+"""Virtual ports, the FIP VLAN and data center bridging: a playbook that is rehearsed, done and done again. Of three
+hosts the second refuses what its twin does not, and the third is as wanted from the start."""
 
 import json
 
