@@ -54,6 +54,7 @@ def test_what_is_rehearsed_is_done_once(machine, play):
         "frames": {
             "tavro.fleet.adapter_setting": {
                 "mac": mac, "settings": {"jumbo_packet": str(MTU + HEADER), "large_send_offload_ipv4": "Disabled"}}},
+        "DHCP": {"tavro.fleet.tcpip": {"mac": mac, "kind": "ethernet", "dhcp": True}},
         "unknown": {"tavro.fleet.tcpip": {"mac": "02-00-5E-99-00-00", "kind": "ethernet", "dhcp": True}},
     }
     changing = ["address", "IPv6", "frames"]
@@ -73,6 +74,8 @@ def test_what_is_rehearsed_is_done_once(machine, play):
         assert not done[task]["failed"] and not done[task]["restart_required"], task
     for task in ("address", "IPv6"):
         assert rehearsed[task]["diff"] == done[task]["diff"], task
+    assert rehearsed["DHCP"]["changed"] and "not certain" in " ".join(rehearsed["DHCP"]["warnings"])
+    assert done["DHCP"]["failed"] and "This host cannot do that. (a DHCP client)" in done["DHCP"]["msg"]
     for results in (rehearsed, done):
         assert results["unknown"]["failed"]
         assert "has no Ethernet function 02-00-5E-99-00-00" in results["unknown"]["msg"]
