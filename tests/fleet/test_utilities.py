@@ -1,7 +1,9 @@
 """What the modules share, one piece at a time."""
 
+import contextlib
 import importlib
 import re
+import types
 
 import pytest
 
@@ -134,3 +136,31 @@ def test_a_wrong_address_names_its_option(utility):
     with pytest.raises(utility("failure").Failure) as told:
         utility("addresses").ipv4_address("gateway", "2001:db8::1")
     assert str(told.value) == "gateway: 2001:db8::1 is no IPv4 address"
+
+
+@pytest.mark.parametrize("kind, readings", {"Failure": 2, "Ended": 1}.items())
+def test_a_module_that_is_to_end_does_not_read_the_host_again(utility, monkeypatch, tmp_path, kind, readings):
+    flow, tool = utility("flow"), utility("tool")
+    host_file = tmp_path / "host.json"
+    host_file.write_text("{}")
+    read, failed = [], {}
+
+    class Host(contextlib.nullcontext):
+        """In the place of tavrohost."""
+        remarks = []
+
+        def __init__(self, _):
+            super().__init__(self)
+
+        def capture(self):
+            read.append(kind)
+            return host_file
+
+    def interrupted(work):
+        work.capture()
+        work.result["changed"] = True
+        raise getattr(tool, kind)("interrupted")
+    monkeypatch.setattr(flow, "Tool", Host)
+    module = types.SimpleNamespace(check_mode=False, fail_json=failed.update, exit_json=lambda **_: None)
+    flow._finish(module, interrupted)  # pylint: disable=protected-access
+    assert len(read) == readings and failed["msg"] == "interrupted" and ("diff" in failed) == (readings == 2)
