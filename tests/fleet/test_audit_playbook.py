@@ -133,7 +133,7 @@ def test_what_differs_is_told_with_its_warnings_and_the_restart(audits):
         ["-iscsi", MAC, "-target"], ["-iscsi", MAC, "-target"], ["-npar", DIVIDED, "-set"]]
     assert found["restart_required"] is True and found["reasons"] == []
     lost, uncertain = found["warnings"]
-    assert "-modifytcpip" in lost and lost.endswith(": vlanPriority 3 becomes 0")
+    assert "-modifytcpip" in lost and lost.endswith(": vlanPriority 3 becomes 0, prefixLengthIPv6 64 becomes 124")
     assert "-login" in uncertain and ": not certain: " in uncertain
 
     def function(side):
