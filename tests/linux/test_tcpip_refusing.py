@@ -149,7 +149,7 @@ def test_a_signal_acts_when_the_change_is_done_or_taken_back(machine):
         other = {"192.0.2.10": "192.0.2.20", "192.0.2.20": "192.0.2.10"}[shown]
         result = subprocess.run(
             ["strace", "-f", "-o", "/dev/null", "-e", "trace=sendmsg", "-e",
-             f"inject=sendmsg:signal=SIGHUP:when={step}", machine.programs / "tavrocli", "-ethernet", mac,
+             f"inject=sendmsg:signal=SIGTERM:when={step}", machine.programs / "tavrocli", "-ethernet", mac,
              "-modifytcpip", "-ipv4", "-static", "0", other, "255.255.255.0", "0.0.0.0"],
             env=machine.environment | {"ASAN_OPTIONS": "detect_leaks=0"}, capture_output=True, check=False,
             timeout=TIME_LIMIT)
@@ -157,7 +157,7 @@ def test_a_signal_acts_when_the_change_is_done_or_taken_back(machine):
         ended.add((result.returncode, machine.global_addresses("va", "-4")[0][0] == other))
         if result.returncode == 0:
             break
-    assert ended == {(-signal.SIGHUP, False), (-signal.SIGHUP, True), (0, True)}
+    assert ended == {(-signal.SIGTERM, False), (-signal.SIGTERM, True), (0, True)}
 
 
 def test_two_changes_take_turns(machine):
