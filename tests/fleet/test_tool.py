@@ -52,6 +52,14 @@ def test_the_hint_at_the_help_is_no_reason(tool, tmp_path):
     assert "--unknown" in str(told.value) and "--help" not in str(told.value)
 
 
+def test_a_rehearsal_that_keeps_no_twin_leaves_the_one_before(tool, tmp_path):
+    utilities, module = tool
+    (tmp_path / "tavrohost").write_text("#!/bin/sh\necho '{}'\n")
+    command = importlib.import_module(utilities.__package__ + ".command").Command(["-showadapter"])
+    with utilities.Tool(module) as running:
+        assert running.rehearse(command, "before.json") == ({}, "before.json")
+
+
 def is_running(process):
     try:
         with open(f"/proc/{process}/stat", encoding="ascii") as stat:

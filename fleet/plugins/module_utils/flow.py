@@ -1,7 +1,6 @@
 """What every module does once it knows its options: bring a host into a wanted state, or have a command done there."""
 
 import json
-import os
 
 from ansible.module_utils.basic import AnsibleModule
 
@@ -105,8 +104,7 @@ class _Work:
             if command.warning:
                 self._module.warn(f"{command}: {command.warning}")
             if self._module.check_mode:
-                report, twin = self._tool.rehearse(command, self._twin)
-                self._twin = twin if os.path.exists(twin) else self._twin
+                report, self._twin = self._tool.rehearse(command, self._twin)
             else:
                 report = self._run(command)
             self._take(command, report)

@@ -69,9 +69,10 @@ class Tool:
 
     def rehearse(self, command, host_file):
         """Does a command on the twin that a host file holds: the report (`tavrohost schema rehearsal`), and the path of
-        the twin's host file afterwards."""
+        the twin's host file afterwards, which is the same one where none was kept."""
         twin = self._new_path()
-        return self._report(["rehearse", "--json", "--host", host_file, "--keep", twin], command), twin
+        report = self._report(["rehearse", "--json", "--host", host_file, "--keep", twin], command)
+        return report, twin if os.path.exists(twin) else host_file
 
     def _report(self, options, command):
         folder = tempfile.mkdtemp(dir=self._folder)
