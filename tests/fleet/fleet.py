@@ -56,6 +56,15 @@ class SimulatedHost:
         calls = [json.loads(line) for line in trace.read_text().splitlines()] if trace.exists() else []
         return {OPERATIONS[call["operation"]] for call in calls if call["call"] == "DoOperation"}
 
+    def refuse(self, message, *names):
+        """From now on the library refuses the operations of these names, with the details "site 7"."""
+        numbers = {name: number for number, name in OPERATIONS.items()}
+        error = {"code": 5, "message": message, "details": "site 7"}
+        script = self.folder / "script.json"
+        script.write_text(json.dumps({"answers": [
+            {"call": "DoOperation", "operation": numbers[name], "status": 5, "error": error} for name in names]}))
+        self.environment["TAVROSIM_SCRIPT"] = str(script)
+
     def forget_operations(self):
         (self.folder / "trace").unlink(missing_ok=True)
 

@@ -5,7 +5,7 @@ import json
 
 import pytest
 
-from fleet import OPERATIONS, noted, watching_tavrohost
+from fleet import noted, watching_tavrohost
 
 ETHERNET = "02-00-5E-10-00-00"
 STORAGE = "02-00-5E-10-00-02"
@@ -110,13 +110,7 @@ def fixture_plays(make_fleet):
         program, _ = watching_tavrohost(host.folder, SECRETS)
         host.more["watched_tavrohost"] = str(program)
     _, refusing, broken = fleet.hosts
-    numbers = {name: number for number, name in OPERATIONS.items()}
-    refusals = [{"call": "DoOperation", "operation": numbers[operation], "status": 5,
-                 "error": {"code": 5, "message": "The site keeps this.", "details": "site 7"}}
-                for operation in CHANGES.values()]
-    script = refusing.folder / "script.json"
-    script.write_text(json.dumps({"answers": refusals}))
-    refusing.environment["TAVROSIM_SCRIPT"] = str(script)
+    refusing.refuse("The site keeps this.", *CHANGES.values())
     broken.file.write_text("{")
     return Plays(fleet)
 

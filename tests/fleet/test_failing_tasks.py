@@ -1,11 +1,8 @@
 """Tasks that fail or cannot be rehearsed: rehearsed, and done. The second of two hosts refuses what its twin does."""
 
 import importlib
-import json
 
 import pytest
-
-from fleet import OPERATIONS
 from test_iscsi import CONNECTED, DISKS, document_to_start_from, function_of, target
 
 STORAGE = "02-00-5E-10-00-02"
@@ -40,12 +37,7 @@ for task in set(TASKS) - {"servers"}:
 class Plays:
     def __init__(self, fleet):
         self.usual, self.refusing = fleet.hosts
-        number, = [number for number, name in OPERATIONS.items() if name == "RemoveIsnsServer"]
-        script = self.refusing.folder / "script.json"
-        script.write_text(json.dumps({"answers": [
-            {"call": "DoOperation", "operation": number, "status": 5,
-             "error": {"code": 5, "message": "The site keeps this.", "details": "site 7"}}]}))
-        self.refusing.environment["TAVROSIM_SCRIPT"] = str(script)
+        self.refusing.refuse("The site keeps this.", "RemoveIsnsServer")
         self.rehearsed = fleet.play(TASKS, "--check", "--diff")
         self.done = fleet.play(TASKS, "--diff")
         self.afterwards = self.usual.read()

@@ -5,7 +5,7 @@ import json
 
 import pytest
 
-from fleet import DEFAULT_HOST, OPERATIONS
+from fleet import DEFAULT_HOST
 
 # Functions of their own, so that no task changes what another one is rehearsed on.
 FIRST = "10:00:02:00:5E:10:00:04"
@@ -78,13 +78,7 @@ def fixture_plays(make_fleet):
             there[THIRD]["virtualPorts"] = []
             there[FIRST].update(fipVlanId="1003", dcb=BRIDGING)
         host.write(document)
-    refused = [number for number, name in OPERATIONS.items()
-               if name in ("DeleteVirtualPorts", "WriteFip", "WriteDcbConfig")]
-    error = {"code": 5, "message": "The site does not allow this.", "details": "site 7"}
-    script = fleet[1].folder / "script.json"
-    script.write_text(json.dumps({"answers": [
-        {"call": "DoOperation", "operation": operation, "status": 5, "error": error} for operation in refused]}))
-    fleet[1].environment["TAVROSIM_SCRIPT"] = str(script)
+    fleet[1].refuse("The site does not allow this.", "DeleteVirtualPorts", "WriteFip", "WriteDcbConfig")
     return Plays(fleet)
 
 

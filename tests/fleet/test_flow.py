@@ -64,11 +64,7 @@ def capture(host):
 def fixture_plays(make_fleet):
     fleet = make_fleet(3)
     _, refusing, broken = fleet.hosts
-    script = refusing.folder / "script.json"
-    script.write_text(json.dumps({"answers": [
-        {"call": "DoOperation", "operation": 23, "status": 5,
-         "error": {"code": 5, "message": "The server list is kept by the site.", "details": "site 7"}}]}))
-    refusing.environment["TAVROSIM_SCRIPT"] = str(script)
+    refusing.refuse("The server list is kept by the site.", "AddIsnsServer")
     broken.file.write_text("{")
     return Plays(fleet)
 

@@ -1,11 +1,8 @@
 """A target that is to be absent. No portal reaches that of the first host, which forgets it with its last session. The
 second host knows the portal, and refuses to remove the target."""
 
-import json
 
 import pytest
-
-from fleet import OPERATIONS
 from test_iscsi import DISKS, FORGETTING, PORTAL, document_to_start_from, function_of, target
 
 TASKS = {"absent": target(FORGETTING, DISKS, state="absent")}
@@ -17,12 +14,7 @@ class Plays:
         document = self.forgetting.read()
         function_of(document, FORGETTING)["storage"].update(portals=[])
         self.forgetting.write(document)
-        number, = [number for number, name in OPERATIONS.items() if name == "RemoveTarget"]
-        script = self.refusing.folder / "script.json"
-        script.write_text(json.dumps({"answers": [
-            {"call": "DoOperation", "operation": number, "status": 5,
-             "error": {"code": 5, "message": "The site keeps this.", "details": "site 7"}}]}))
-        self.refusing.environment["TAVROSIM_SCRIPT"] = str(script)
+        self.refusing.refuse("The site keeps this.", "RemoveTarget")
         self.rehearsed = fleet.play(TASKS, "--check", "--diff").of_task("absent")
         self.done = fleet.play(TASKS, "--diff").of_task("absent")
         self.again = fleet.play(TASKS, hosts=[self.forgetting]).result(self.forgetting, "absent")

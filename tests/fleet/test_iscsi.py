@@ -6,7 +6,7 @@ import json
 
 import pytest
 
-from fleet import DEFAULT_HOST, OPERATIONS, noted, watching_tavrohost
+from fleet import DEFAULT_HOST, noted, watching_tavrohost
 
 # Functions of their own, so that no task changes what another one is rehearsed on.
 PLAIN = "02-00-5E-10-00-02"
@@ -120,12 +120,7 @@ class Plays:
 def fixture_plays(make_fleet):
     fleet = make_fleet(3, document_to_start_from())
     fleet[2].write(document_as_wanted())
-    script = fleet[1].folder / "script.json"
-    refused = [number for number, name in OPERATIONS.items() if name in ("SetInitiator", "AddPortal", "LogInToTarget")]
-    error = {"code": 5, "message": "The site does not allow this.", "details": "site 7"}
-    script.write_text(json.dumps({"answers": [
-        {"call": "DoOperation", "operation": operation, "status": 5, "error": error} for operation in refused]}))
-    fleet[1].environment["TAVROSIM_SCRIPT"] = str(script)
+    fleet[1].refuse("The site does not allow this.", "SetInitiator", "AddPortal", "LogInToTarget")
     return Plays(fleet)
 
 
