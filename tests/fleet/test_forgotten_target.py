@@ -1,7 +1,6 @@
 """A target that is to be absent. No portal reaches that of the first host, which forgets it with its last session. The
 second host knows the portal, and refuses to remove the target."""
 
-
 import pytest
 from test_iscsi import DISKS, FORGETTING, PORTAL, document_to_start_from, function_of, target
 
