@@ -26,6 +26,11 @@ OPERATIONS = {
 }
 
 
+def are_readings(operations):
+    """Whether there are any of these names of operations, and all are of those that leave a host as it is."""
+    return bool(operations) and all(name.startswith(("Read", "List")) for name in operations)
+
+
 @dataclasses.dataclass
 class SimulatedHost:
     """A host of the inventory: a folder with its host file, the trace of its library, and Ansible's files."""
@@ -85,6 +90,13 @@ class Play:
 
     def result(self, host, task):
         return self.results[host.name][task]
+
+    def function_that_differs(self, host, task, side):
+        """What a difference tells, before or after (side), of the one function that differs."""
+        value = self.result(host, task)["diff"][side]
+        for key in ("adapters", "ports", "functions"):
+            value, = value[key].values()
+        return value
 
     def of_task(self, task):
         """The result of each host."""

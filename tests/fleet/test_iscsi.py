@@ -6,7 +6,7 @@ import json
 
 import pytest
 
-from fleet import DEFAULT_HOST, noted, watching_tavrohost
+from fleet import DEFAULT_HOST, are_readings, noted, watching_tavrohost
 
 # Functions of their own, so that no task changes what another one is rehearsed on.
 PLAIN = "02-00-5E-10-00-02"
@@ -125,17 +125,12 @@ def fixture_plays(make_fleet):
 
 
 def storage(play, host, task, side):
-    """What a difference tells of the storage of the one function that differs."""
-    value = play.result(host, task)["diff"][side]
-    for key in ("adapters", "ports", "functions"):
-        value, = value[key].values()
-    return value["iscsi"]["storage"]
+    return play.function_that_differs(host, task, side)["iscsi"]["storage"]
 
 
 def test_a_rehearsal_only_reads(plays):
     for host in plays.fleet.hosts:
-        assert plays.read[host.name]
-        assert all(name.startswith(("Read", "List")) for name in plays.read[host.name])
+        assert are_readings(plays.read[host.name])
 
 
 @pytest.mark.parametrize("task", CERTAIN + UNCERTAIN)
@@ -281,4 +276,4 @@ def test_a_host_that_is_as_wanted_is_only_read(plays, task):
     for play in (plays.rehearsed, plays.done):
         result = play.result(plays.same, task)
         assert not result["failed"] and not result["changed"] and not result["commands"]
-    assert plays.called and all(name.startswith(("Read", "List")) for name in plays.called)
+    assert are_readings(plays.called)
