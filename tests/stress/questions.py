@@ -32,8 +32,9 @@ def every_question():
     return places
 
 
-def go_to(terminal, place, text_of=lambda answer: answer.text):
-    """Answers all questions before the place, and waits for its prompt."""
-    for answer in place.dialogue.answers[:place.number]:
-        (terminal.answer_secret if answer.is_secret else terminal.answer)(answer.prompt, text_of(answer))
+def go_to(terminal, place, texts=None):
+    """Answers all questions before the place, with other texts perhaps, and waits for its prompt."""
+    for number, answer in enumerate(place.dialogue.answers[:place.number]):
+        text = texts[number] if texts else answer.text
+        (terminal.answer_secret if answer.is_secret else terminal.answer)(answer.prompt, text)
     (terminal.wait_for_secret_prompt if place.asked.is_secret else terminal.wait_for_prompt)(place.asked.prompt)
