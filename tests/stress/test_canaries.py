@@ -16,6 +16,7 @@ from questions import every_question, go_to
 from terminal import Terminal
 from test_capture import reading_commands
 from test_crash_dumps import ALLOW_CORES, allow_cores
+from test_run import folders_in
 
 pytestmark = pytest.mark.platforms("native", "sanitize")
 ON_EACH = pytest.mark.platforms("native", "sanitize", "windows")
@@ -91,7 +92,7 @@ def test_a_command_of_tavrohost_on_a_host_full_of_secrets(watch, command):
     assert result.exit_code in (0, 1), result
     assert result.output or command in SILENT
     watch.check(result.output, result.errors)
-    assert list((watch.sandbox.folder / "temporary").iterdir()) == []
+    assert folders_in(watch.sandbox.folder / "temporary") == []
 
 
 # ---- What is typed ---------------------------------------------------------------------------------
@@ -185,7 +186,7 @@ def test_answered_beforehand(watch, name, source, command):
     assert result.exit_code in (0, 1), result
     files = watch.check(result.output, result.errors)
     assert not kept or result.exit_code or {"kept.json", "plan.json"} <= files
-    assert list((watch.sandbox.folder / "temporary").iterdir()) == []
+    assert folders_in(watch.sandbox.folder / "temporary") == []
 
 
 def test_a_secret_where_none_belongs(watch):
