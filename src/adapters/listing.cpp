@@ -52,6 +52,8 @@ bool ListAdapter(EntryCache& cache, tavroapi::AdapterRecord& adapter) {
     adapter.portNames.unique();
     bool anyListed = false;
     for (const std::string& portName : adapter.portNames) {
+        // Before the library is asked for what nobody would see.
+        console::Flush();
         if (console::OutputIsLost()) {
             break;
         }

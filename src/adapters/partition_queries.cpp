@@ -14,7 +14,7 @@ std::optional<Answer> Query(std::string identifier) {
         return std::nullopt;
     }
     Answer answer{};
-    query(&identifier, &answer);
+    CallLibrary(query, &identifier, &answer);
     return answer;
 }
 

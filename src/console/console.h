@@ -1,8 +1,11 @@
 // The one way out and in: everything the program shows and reads passes through here.
 //
-// Wide and narrow output share one pending line, so whatever was printed first comes out first. A
-// line end writes the line, as one write; a prompt without a line end is written before the program
-// waits for input. In every text "\n" is the end of a line, whatever the system's own line end is.
+// Wide and narrow output are pending together, so whatever was printed first comes out first. On a
+// terminal a line end writes the line, as one write; to a file or a pipe lines are written in
+// blocks. All that is pending, a prompt without a line end as well, is written before the program
+// waits for input or for the management library (mgmt/library.h), and at its end, so that what was
+// printed is seen meanwhile and is not lost with the process. In every text "\n" is the end of a
+// line, whatever the system's own line end is.
 // On a terminal (a console on Windows) every other control character but the tab is shown as '?':
 // names come from the fabric, and must not clear the administrator's screen. A "\n" in a name ends
 // a line there as well; nobody can tell it from one of a message. Files and pipes get what was
@@ -57,15 +60,18 @@ void Print(std::wstring_view text);
 // must not be spread over two calls.
 void PrintNarrow(std::string_view bytes);
 
-// Ends the line and writes it.
+// Prints narrow text, each byte as the character of its number, like wide text otherwise.
+void PrintWidened(std::string_view bytes);
+
+// Ends the line. On a terminal it is written.
 void EndLine();
 
 // Prints the text and ends the line.
 void PrintLine(std::wstring_view text);
 void PrintNarrowLine(std::string_view bytes);
 
-// Writes whatever is pending. To be called before the program ends; the reading functions do it by
-// themselves.
+// Writes whatever is pending. To be called before the program ends, does something that takes long
+// or may end the process, and writes to standard error; the reading functions do it by themselves.
 void Flush();
 
 // The reading functions throw OutputLost if output is lost, and read nothing then.

@@ -16,16 +16,18 @@ void WritePending(State& state) {
     state.pendingBytes.clear();
 }
 
-// Bytes that the code page cannot make sense of are widened one by one.
-std::wstring Widen(std::string_view bytes, unsigned codePage) {
-    if (auto text = platform::DecodeText(bytes, codePage)) {
-        return *std::move(text);
-    }
+std::wstring WidenEach(std::string_view bytes) {
     std::wstring text;
     for (const char byte : bytes) {
         text += static_cast<wchar_t>(static_cast<unsigned char>(byte));
     }
     return text;
+}
+
+// Bytes that the code page cannot make sense of are widened one by one.
+std::wstring Widen(std::string_view bytes, unsigned codePage) {
+    auto text = platform::DecodeText(bytes, codePage);
+    return text ? *std::move(text) : WidenEach(bytes);
 }
 
 // Keeps what the open line shows for a device that is told of questions.
@@ -40,7 +42,7 @@ void AppendRaw(State& state, std::wstring_view text) {
     if (state.device.writeText) {
         state.pendingText += text;
     } else {
-        state.pendingBytes += platform::EncodeText(text, state.device.codePage);
+        platform::AppendEncoded(text, state.device.codePage, state.pendingBytes);
     }
 }
 
@@ -66,20 +68,33 @@ void AppendPending(State& state, std::string_view bytes) {
     }
 }
 
+void AppendWidened(State& state, std::string_view bytes) {
+    const Device& device = state.device;
+    const bool asItIs = !device.writeText && !device.isTerminal && !device.asked;
+    if (asItIs && platform::IsAscii(bytes)) {
+        state.pendingBytes += bytes;
+    } else {
+        AppendPending(state, WidenEach(bytes));
+    }
+}
+
 void FinishLine(State& state) {
     PrintControlSequence(state, state.device.lineEnd);
-    WritePending(state);
+    if (state.pendingBytes.size() + state.pendingText.size() >= state.device.blockSize) {
+        WritePending(state);
+    }
     state.openLine.clear();
 }
 
-template <typename View>
-void PrintLines(View text) {
+// Calls append(state, line) for the text of each line.
+template <typename View, typename Append>
+void PrintLines(View text, Append append) {
     State& state = Current();
     while (!text.empty() && !state.outputIsLost) {
         const std::size_t end = text.find('\n');
         const View line = text.substr(0, end);
         if (!line.empty()) {
-            AppendPending(state, line);
+            append(state, line);
         }
         if (end == View::npos) {
             return;
@@ -114,11 +129,15 @@ void RequireOutput() {
 }
 
 void Print(std::wstring_view text) {
-    PrintLines(text);
+    PrintLines(text, [](State& state, std::wstring_view line) { AppendPending(state, line); });
 }
 
 void PrintNarrow(std::string_view bytes) {
-    PrintLines(bytes);
+    PrintLines(bytes, [](State& state, std::string_view line) { AppendPending(state, line); });
+}
+
+void PrintWidened(std::string_view bytes) {
+    PrintLines(bytes, AppendWidened);
 }
 
 void EndLine() {

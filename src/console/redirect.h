@@ -28,6 +28,9 @@ struct Device {
     bool isTerminal = false;
     // What a "\n" becomes.
     std::string lineEnd = "\n";
+    // Lines are kept until so many bytes (characters, with writeText) of them are pending, and then
+    // written at once. With 0 each line is written as it ends.
+    std::size_t blockSize = 0;
     // Puts at most `size` bytes into the buffer and returns how many; 0 is the end of input.
     std::function<std::size_t(char* buffer, std::size_t size)> readBytes;
     // Told before readBytes waits for input: what the open line shows, the prompt, and whether the

@@ -11,6 +11,9 @@ namespace {
 
 State* redirected = nullptr;
 
+// What a pipe holds on most systems.
+constexpr std::size_t OutputBlock = std::size_t{64} << 10U;
+
 }  // namespace
 
 Device StandardDevice() {
@@ -22,6 +25,7 @@ Device StandardDevice() {
     device.codePage = platform::OutputCodePage();
     device.isTerminal = platform::StandardOutputIsTerminal();
     device.lineEnd = platform::OutputLineEnd();
+    device.blockSize = device.isTerminal ? 0 : OutputBlock;
     device.readBytes = platform::ReadStandardInput;
     device.keysFromTerminal = platform::StandardInputIsTerminal();
     return device;

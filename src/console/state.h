@@ -21,8 +21,8 @@ struct State {
 
     Device device;
 
-    // The line that was printed and not yet written: as text where the device takes text, as bytes
-    // otherwise.
+    // What was printed and not yet written, a line or a block of them: as text where the device
+    // takes text, as bytes otherwise.
     std::wstring pendingText;
     std::string pendingBytes;
     // What the line shows that was printed last and not ended, where the device is told of

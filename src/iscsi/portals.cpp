@@ -13,7 +13,6 @@
 #include "mgmt/operation.h"
 #include "mgmt/record_secrets.h"
 #include "mgmt/rule_lines.h"
-#include "mgmt/text.h"
 #include "tavroapi/iscsi_storage_records.h"
 
 namespace tavro {
@@ -29,7 +28,10 @@ void ShowPortals(const std::list<tavroapi::PortalEntry>& portals) {
     ShowMessage(MessageId::PortalListColumns);
     console::PrintLine(Rule54);
     console::ShowEach(portals, [](const tavroapi::PortalEntry& portal) {
-        console::PrintLine(ToWide(portal.address) + L" : \t" + ToWide(portal.port));
+        console::PrintWidened(portal.address);
+        console::PrintWidened(" : \t");
+        console::PrintWidened(portal.port);
+        console::EndLine();
     });
     if (portals.empty()) {
         ShowNotice(MessageId::NoPortals);

@@ -47,14 +47,14 @@ void ShowTargets(const std::string& mac, MessageId title, MessageId failure) {
     console::PrintLine(Rule96);
     ShowMessage(MessageId::TargetListColumns);
     console::PrintLine(Rule96);
-    constexpr std::wstring_view Gap = L"   \t";
+    constexpr std::string_view Gap = "   \t";
     console::ShowEach(targets, [&](const TargetRecord& target) {
-        std::wstring line = ToWide(target.connectionState);
-        line += Gap;
-        line += ToWide(target.discovery);
-        line += Gap;
-        line += ToWide(target.name);
-        console::PrintLine(line);
+        console::PrintWidened(target.connectionState);
+        console::PrintWidened(Gap);
+        console::PrintWidened(target.discovery);
+        console::PrintWidened(Gap);
+        console::PrintWidened(target.name);
+        console::EndLine();
     });
     if (targets.empty()) {
         ShowNotice(MessageId::NoTargets);

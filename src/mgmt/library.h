@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
+#include "console/console.h"
 #include "platform/shared_library.h"
 #include "tavroapi/entry_points.h"
 
@@ -33,6 +35,15 @@ void UseLibrary(LibrarySource source);
 template <class Entry>
 typename Entry::Function* ResolveEntryPoint() {
     return reinterpret_cast<typename Entry::Function*>(ManagementLibrary().find(Entry::Name));
+}
+
+// Calls an entry point, which must be there, when all that was printed is written: the call may
+// take long, and the library may end the process. All entry points are called through this but the
+// one that tells a message's text, which stands between any two lines.
+template <class Function, class... Arguments>
+std::uint32_t CallLibrary(Function* entry, Arguments... arguments) {
+    console::Flush();
+    return entry(arguments...);
 }
 
 }  // namespace tavro

@@ -65,7 +65,7 @@ void ShowLastError() {
         return;
     }
     tavroapi::ErrorRecord error;
-    getLastError(&error);
+    CallLibrary(getLastError, &error);
     PrintUnlessEmpty(L"\nError Details\n\nMessage: ", error.message, L"\n");
     PrintUnlessEmpty(L"Details: [", error.details, L"]\n");
     PrintUnlessEmpty(L"Action: ", error.action, L"\n");

@@ -14,7 +14,7 @@ CallOutcome DoOperation(tavroapi::OperationCode code, const std::string& request
     }
     std::string requestText = request;
     const std::uint32_t status =
-        entry(static_cast<std::uint32_t>(code), &requestText, input, output);
+        CallLibrary(entry, static_cast<std::uint32_t>(code), &requestText, input, output);
     if (statusUse == StatusUse::Store) {
         LastStatus = status;
     }

@@ -30,7 +30,7 @@ CallOutcome CallEntryPoint(Function* entry, Arguments... arguments) {
     if (entry == nullptr) {
         return CallOutcome::NotResolved;
     }
-    LastStatus = entry(arguments...);
+    LastStatus = CallLibrary(entry, arguments...);
     return LastStatus == 0 ? CallOutcome::Done : CallOutcome::Failed;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <utility>
 
 #include "platform/code_page.h"
 
@@ -71,39 +70,61 @@ void AppendUtf8(char32_t character, std::string& bytes) {
     }
 }
 
-// The text's bytes, and whether each of its characters is among them: '?' stands for those that
-// `append` refuses.
-struct Encoded {
-    std::string bytes;
-    bool isExact = true;
-};
-
-template <typename Append>
-Encoded EncodeWith(std::wstring_view text, Append append) {
-    Encoded encoded;
-    encoded.bytes.reserve(text.size());
-    while (!text.empty()) {
-        const char32_t character = TakeCharacter(text);
-        if (character < 0x80) {
-            encoded.bytes += static_cast<char>(character);
-        } else if (character == NoCharacter || !append(character, encoded.bytes)) {
-            encoded.bytes += '?';
-            encoded.isExact = false;
+// How many ASCII characters stand together at the front. Several at a time.
+std::size_t CountAscii(std::wstring_view text) {
+    constexpr std::size_t Several = 16;
+    std::size_t count = 0;
+    for (; text.size() - count >= Several; count += Several) {
+        char32_t bits = 0;
+        for (const wchar_t unit : text.substr(count, Several)) {
+            bits |= UnitValue(unit);
+        }
+        if (bits >= 0x80) {
+            break;
         }
     }
-    return encoded;
+    while (count < text.size() && UnitValue(text[count]) < 0x80) {
+        ++count;
+    }
+    return count;
 }
 
-Encoded Encode(std::wstring_view text, unsigned codePage) {
+// Appends the ASCII characters at the front of the text, and takes them off it.
+void TakeAscii(std::wstring_view& text, std::string& bytes) {
+    const std::size_t count = CountAscii(text);
+    const std::size_t former = bytes.size();
+    bytes.resize(former + count);
+    std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(count),
+                   bytes.begin() + static_cast<std::ptrdiff_t>(former),
+                   [](wchar_t unit) { return static_cast<char>(unit); });
+    text.remove_prefix(count);
+}
+
+// Appends the text's bytes. False when not each of its characters is among them: '?' stands for
+// those that `append` refuses.
+template <typename Append>
+bool EncodeWith(std::wstring_view text, std::string& bytes, Append append) {
+    bool isExact = true;
+    for (TakeAscii(text, bytes); !text.empty(); TakeAscii(text, bytes)) {
+        const char32_t character = TakeCharacter(text);
+        if (character == NoCharacter || !append(character, bytes)) {
+            bytes += '?';
+            isExact = false;
+        }
+    }
+    return isExact;
+}
+
+bool Encode(std::wstring_view text, unsigned codePage, std::string& bytes) {
     if (codePage == Utf8CodePage) {
-        return EncodeWith(text, [](char32_t character, std::string& bytes) {
-            AppendUtf8(character, bytes);
+        return EncodeWith(text, bytes, [](char32_t character, std::string& encoded) {
+            AppendUtf8(character, encoded);
             return true;
         });
     }
     CodePageEncoder encoder(codePage);
-    return EncodeWith(text, [&encoder](char32_t character, std::string& bytes) {
-        return encoder.Append(character, bytes);
+    return EncodeWith(text, bytes, [&encoder](char32_t character, std::string& encoded) {
+        return encoder.Append(character, encoded);
     });
 }
 
@@ -158,16 +179,28 @@ bool TakeAscii(std::string_view& bytes, std::wstring& text) {
 
 }  // namespace
 
+void AppendEncoded(std::wstring_view text, unsigned codePage, std::string& bytes) {
+    Encode(text, codePage, bytes);
+}
+
 std::string EncodeText(std::wstring_view text, unsigned codePage) {
-    return Encode(text, codePage).bytes;
+    std::string bytes;
+    bytes.reserve(text.size());
+    Encode(text, codePage, bytes);
+    return bytes;
 }
 
 std::optional<std::string> EncodeExactly(std::wstring_view text, unsigned codePage) {
-    Encoded encoded = Encode(text, codePage);
-    if (!encoded.isExact) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    if (!Encode(text, codePage, bytes)) {
         return std::nullopt;
     }
-    return std::move(encoded.bytes);
+    return bytes;
+}
+
+bool IsAscii(std::string_view bytes) {
+    return CountAscii(bytes) == bytes.size();
 }
 
 std::optional<char32_t> TakeUtf8(std::string_view& bytes) {

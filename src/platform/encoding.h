@@ -25,6 +25,13 @@ std::string EncodeText(std::wstring_view text, unsigned codePage);
 // The same, but nothing where EncodeText would put a '?' in the place of something else.
 std::optional<std::string> EncodeExactly(std::wstring_view text, unsigned codePage);
 
+// Appends what EncodeText makes of the text.
+void AppendEncoded(std::wstring_view text, unsigned codePage, std::string& bytes);
+
+// Whether all bytes are ASCII, which is the same in every code page and as characters of the bytes'
+// numbers.
+bool IsAscii(std::string_view bytes);
+
 // The bytes as wide text. UTF-8: each malformed sequence becomes one U+FFFD, so it never fails.
 // SystemCodePage: on Windows the conversion with precomposed characters; elsewhere by the locale
 // that setlocale set: "C" and "POSIX" read each byte as the Latin-1 character of that number. In

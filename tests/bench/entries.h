@@ -1,4 +1,5 @@
-// The portals and targets that are listed, and how large a list is.
+// What the library of the benchmarks knows: long lists of portals and targets, and a host of one
+// adapter.
 #pragma once
 
 #include <cstdlib>
@@ -34,6 +35,24 @@ inline std::string TargetState() {
 inline std::string TargetDiscovery() {
     return "SendTargets";
 }
+
+inline constexpr const char* HostName = "bench-host";
+inline constexpr const char* AdapterName = "Tavro CNA 4610K";
+inline constexpr const char* PortNames[] = {"Port 1", "Port 2"};
+
+// The functions of each port, the even numbers first, as they are listed.
+struct Function {
+    const char* protocol;
+    unsigned number;
+    const char* address;
+    const char* key;
+};
+inline constexpr Function Functions[] = {
+    {"Ethernet", 0, "00-00-00-00", "02-00-5E-10-00-00"},
+    {"iSCSI", 2, "00-00-00-02", "02-00-5E-10-00-02"},
+    {"FCoE", 4, "00-00-00-04", "20-00-02-00-5E-10-00-04"},
+};
+inline constexpr const char* SecondText = "000000000000";
 
 inline std::wstring MessageText(unsigned id) {
     return L"#" + std::to_wstring(id);

@@ -1,6 +1,10 @@
-// A management library that knows nothing but long lists, so that what is measured is the program.
+// A management library that only hands out records, so that what is measured is the program.
+#include <iterator>
+#include <string_view>
+
 #include "entries.h"
 #include "tavroapi/exported_functions.h"
+#include "tavroapi/inventory_records.h"
 #include "tavroapi/iscsi_storage_records.h"
 
 namespace {
@@ -22,6 +26,14 @@ void FillTargets(std::list<tavroapi::TargetRecord>& targets) {
     }
 }
 
+std::uint32_t TypeOf(const bench::Function& function) {
+    const std::string_view protocol = function.protocol;
+    if (protocol == "Ethernet") {
+        return tavroapi::EthernetFunction;
+    }
+    return protocol == "FCoE" ? tavroapi::FcoeFunction : tavroapi::IscsiFunction;
+}
+
 }  // namespace
 
 extern "C" {
@@ -34,11 +46,26 @@ std::uint32_t TAVROAPI_Uninitialize() {
     return 0;
 }
 
-std::uint32_t TAVROAPI_GetHostName(std::string*) {
+std::uint32_t TAVROAPI_GetHostName(std::string* name) {
+    *name = bench::HostName;
     return 0;
 }
 
-std::uint32_t TAVROAPI_GetDiscoveredAdapters(std::list<tavroapi::AdapterRecord>*) {
+std::uint32_t TAVROAPI_GetDiscoveredAdapters(std::list<tavroapi::AdapterRecord>* adapters) {
+    tavroapi::AdapterRecord& adapter = adapters->emplace_back();
+    adapter.name = bench::AdapterName;
+    adapter.number = 1;
+    adapter.portNames.assign(std::begin(bench::PortNames), std::end(bench::PortNames));
+    return 0;
+}
+
+std::uint32_t TAVROAPI_GetPortWWNs(std::string*, std::string*,
+                                   std::list<tavroapi::FunctionAddress>* addresses,
+                                   std::list<tavroapi::FunctionIdentity>* identities) {
+    for (const bench::Function& function : bench::Functions) {
+        addresses->push_back({function.key, function.address, function.number});
+        identities->push_back({function.key, TypeOf(function), bench::SecondText});
+    }
     return 0;
 }
 
@@ -54,6 +81,9 @@ std::uint32_t TAVROAPI_DoOperation(std::uint32_t operation, std::string*, void*,
             return 0;
         case tavroapi::OperationCode::ListTargets:
             FillTargets(*static_cast<std::list<tavroapi::TargetRecord>*>(output));
+            return 0;
+        case tavroapi::OperationCode::ReadAdapterState:
+            *static_cast<std::wstring*>(output) = L"1";
             return 0;
         default:
             return 1;

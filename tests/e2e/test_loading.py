@@ -1,6 +1,7 @@
 """Which library is loaded, what is said when there is none, and the debug log."""
 
 import os
+import subprocess
 
 import pytest
 
@@ -70,6 +71,16 @@ def test_the_place_that_was_tried_is_named(sandbox):
     place = sandbox.binaries / LIBRARY
     assert sandbox.run([]).errors.decode() == (
         f"tavrocli: cannot load {place}: cannot open shared object file: No such file or directory\n")
+
+
+@pytest.mark.platforms("native", "sanitize")
+@pytest.mark.parametrize("name", ["tavrocli", "tavro.dll", "tavrohost"])
+def test_no_file_has_a_run_path(sandbox, name):
+    """The dynamic linker would look there for each library, before the first instruction of the program."""
+    entries = subprocess.run(["readelf", "--dynamic", "--wide", sandbox.platform.folder / "bin" / name],
+                             capture_output=True, text=True, check=True).stdout
+    assert "(NEEDED)" in entries
+    assert "(RPATH)" not in entries and "(RUNPATH)" not in entries
 
 
 @pytest.mark.platforms("native", "sanitize")

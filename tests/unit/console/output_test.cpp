@@ -152,6 +152,78 @@ TEST(ConsoleOutput, LostOutputIsNotTriedAgain) {
     EXPECT_EQ(tries, 1U);
 }
 
+Device InBlocksOf(std::size_t size, Device device) {
+    device.blockSize = size;
+    return device;
+}
+
+TEST(ConsoleOutputInBlocks, LinesAreKeptUntilABlockIsFull) {
+    Recording recording;
+    Redirect redirect(InBlocksOf(6, recording.ToBytes()));
+    PrintLine(L"a");
+    PrintNarrowLine("b");
+    EXPECT_THAT(recording.writes, IsEmpty());
+    PrintLine(L"c\nd");
+    EXPECT_THAT(recording.writes, ElementsAre("a\nb\nc\n"));
+    PrintLine(L"longer than a block");
+    EXPECT_THAT(recording.writes, ElementsAre("a\nb\nc\n", "d\nlonger than a block\n"));
+}
+
+TEST(ConsoleOutputInBlocks, AFlushAndAQuestionWriteWhatIsThere) {
+    Recording recording;
+    recording.input = {"answer\n"};
+    Redirect redirect(InBlocksOf(100, recording.ToBytes()));
+    Print(L"a\nb");
+    Flush();
+    EXPECT_THAT(recording.writes, ElementsAre("a\nb"));
+    Print(L"c\nprompt : ");
+    EXPECT_EQ(ReadLine(), "answer");
+    EXPECT_THAT(recording.writesBeforeRead, ElementsAre("a\nb", "c\nprompt : "));
+}
+
+TEST(ConsoleOutputInBlocks, TextIsKeptLikeBytes) {
+    Recording recording;
+    Redirect redirect(InBlocksOf(4, recording.ToText(platform::Utf8CodePage, "\r\n")));
+    PrintLine(L"a");
+    EXPECT_THAT(recording.textWrites, IsEmpty());
+    PrintNarrowLine("b");
+    EXPECT_THAT(recording.textWrites, ElementsAre(L"a\r\nb\r\n"));
+}
+
+TEST(ConsoleOutputInBlocks, OutputIsLostWithTheBlockThatCannotBeWritten) {
+    Recording recording;
+    recording.writesLeft = 0;
+    Redirect redirect(InBlocksOf(4, recording.ToBytes()));
+    PrintLine(L"a");
+    EXPECT_FALSE(OutputIsLost());
+    PrintLine(L"b");
+    EXPECT_TRUE(OutputIsLost());
+}
+
+TEST(ConsoleOutput, WidenedBytesAreTheCharactersOfTheirNumbers) {
+    Recording utf8;
+    {
+        Redirect redirect(utf8.ToBytes());
+        PrintWidened("plain\tASCII\x1B");
+        PrintWidened("\n\xE9t\xE9 ");
+        Print(L"\u00E9");
+        EndLine();
+    }
+    EXPECT_THAT(utf8.writes, ElementsAre("plain\tASCII\x1B\n", "\xC3\xA9t\xC3\xA9 \xC3\xA9\n"));
+    Recording codePage;
+    {
+        Redirect redirect(codePage.ToBytes(1252));
+        PrintWidened("\xE9t\xE9\n");
+    }
+    EXPECT_THAT(codePage.writes, ElementsAre("\xE9t\xE9\n"));
+    Recording text;
+    {
+        Redirect redirect(text.ToText(platform::Utf8CodePage, "\r\n"));
+        PrintWidened("\xE9\n");
+    }
+    EXPECT_THAT(text.textWrites, ElementsAre(L"\u00E9\r\n"));
+}
+
 TEST(ConsoleOutput, ReadingWithLostOutputIsRefusedBeforeAnythingIsRead) {
     Recording recording;
     recording.input = {"answer\n"};
@@ -237,6 +309,14 @@ TEST(ConsoleOnATerminal, ControlCharactersOfATextAreQuestionMarks) {
     PrintNarrowLine("g\x1B[2J\th\r\xC2\x9Bi\x9Bj\x7F\xC2\xA0\xD0\x9F");
     EXPECT_THAT(recording.writes, ElementsAre("a?[2J\tb?c?d?\xC2\xA0\n", "e?f\n",
                                               "g?[2J\th??i?j?\xC2\xA0\xD0\x9F\n"));
+}
+
+TEST(ConsoleOnATerminal, ControlCharactersOfWidenedBytesAreQuestionMarks) {
+    Recording recording;
+    Redirect redirect(Terminal(recording.ToBytes()));
+    PrintWidened("a\x1B[2J\tb\x9B");
+    PrintWidened("\n");
+    EXPECT_THAT(recording.writes, ElementsAre("a?[2J\tb?\n"));
 }
 
 TEST(ConsoleOnATerminal, LineEndsAreTheConsolesOwn) {

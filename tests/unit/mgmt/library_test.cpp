@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "console/console.h"
+#include "console/redirect.h"
+
 namespace tavro {
 namespace {
 
@@ -26,6 +29,29 @@ TEST_F(LibraryTest, IsOneThatLiesBesideTheProgramUnlessAnotherIsNamed) {
     // None lies there.
     EXPECT_NE(ManagementLibrary().failureReason.find(L"tavro.dll: "), std::wstring::npos);
     EXPECT_EQ(ResolveEntryPoint<tavroapi::UninitializeEntry>(), nullptr);
+}
+
+// What had been written when the library was called.
+std::string writtenBefore;
+std::string written;
+
+std::uint32_t Initialized(std::uint32_t debugFlag, std::wstring*) {
+    writtenBefore = written;
+    return debugFlag;
+}
+
+TEST_F(LibraryTest, IsCalledWhenAllThatWasPrintedIsWritten) {
+    console::Device device;
+    device.writeBytes = [](std::string_view bytes) {
+        written += bytes;
+        return true;
+    };
+    device.blockSize = 1000;
+    const console::Redirect redirect(device);
+    console::Print(L"line\nopen");
+    std::wstring locale;
+    EXPECT_EQ(CallLibrary(&Initialized, std::uint32_t{1}, &locale), 1U);
+    EXPECT_EQ(writtenBefore, "line\nopen");
 }
 
 TEST_F(LibraryTest, IsLookedUpInTheOneInUseAtEachCall) {

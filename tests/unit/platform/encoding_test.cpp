@@ -44,6 +44,39 @@ TEST(EncodeText, Utf8OfEveryLength) {
     EXPECT_EQ(EncodeText(L"日本語", Utf8CodePage), "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E");
 }
 
+// ASCII is taken several characters at a time.
+TEST(EncodeText, OneCharacterBeyondAsciiAnywhereInAText) {
+    for (std::size_t length = 1; length <= 40; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            const std::wstring before(place, L'a');
+            const std::wstring after(length - place - 1, L'z');
+            EXPECT_EQ(EncodeText(before + L"\u0080" + after, Utf8CodePage),
+                      std::string(place, 'a') + "\xC2\x80" + std::string(after.size(), 'z'));
+        }
+    }
+}
+
+TEST(AppendEncoded, TheBytesStandBehindWhatWasThere) {
+    std::string bytes = "before ";
+    AppendEncoded(L"\u00E9 after", Utf8CodePage, bytes);
+    EXPECT_EQ(bytes, "before \xC3\xA9 after");
+    AppendEncoded(L"", Utf8CodePage, bytes);
+    EXPECT_EQ(bytes, "before \xC3\xA9 after");
+}
+
+TEST(IsAscii, OneOtherByteAnywhereIsFound) {
+    EXPECT_TRUE(IsAscii(""));
+    for (std::size_t length = 1; length <= 20; ++length) {
+        std::string bytes(length, '\x7F');
+        EXPECT_TRUE(IsAscii(bytes));
+        for (std::size_t place = 0; place < length; ++place) {
+            bytes[place] = '\x80';
+            EXPECT_FALSE(IsAscii(bytes)) << length << ' ' << place;
+            bytes[place] = '\x7F';
+        }
+    }
+}
+
 TEST(EncodeText, HalvesOfSurrogatePairsBecomeOneQuestionMarkEach) {
     const std::wstring text = L"a" + LoneHalf(0xD83D) + L"b" + LoneHalf(0xDE00) + L"c";
     for (const unsigned codePage : {Japanese, Chinese, WestEuropean, Utf8CodePage}) {
