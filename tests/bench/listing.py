@@ -1,10 +1,11 @@
-"""Measures the program beside programs that only do what it cannot do without. The argument is the folder of them all;
-both of a pair must write the same bytes. With "--short" behind it this is only tried once, with short lists.
+"""Measures the program beside programs that only do what it cannot do without. The argument is the folder of them
+all; all programs of a row must write the same bytes. With "--short" behind it this is only tried once, with short
+lists.
 
 The start and end: instructions of "-showadapter", counted by callgrind, beside a program that loads the same library
-and writes the same bytes. Many lines: processor time that many portals and targets take to a pipe, beside a program that
-writes the same bytes in blocks of 64 KiB, of entries that it has the same library tell ("asking"), or of its own ("plain").
-"""
+and writes the same bytes. Many lines: processor time that many portals and targets take to a pipe, beside a program
+that writes the same bytes in blocks of 64 KiB, of entries that it has the same library tell ("asking"), or of its own
+("plain")."""
 
 import os
 import pathlib
@@ -67,7 +68,8 @@ def run_once(command, count, folder):
 
 def compare_listings(programs, counts, runs):
     """The best of several runs of each program, taken in turn so that all meet the same conditions."""
-    print(f"{'list':8} {'entries':>7} {'program':>12} {'asking':>12} {'ratio':>6} {'plain':>12} {'ratio':>6}   processor time")
+    print(f"{'list':8} {'entries':>7} {'program':>12} {'asking':>12} {'ratio':>6} {'plain':>12} {'ratio':>6}"
+          "   processor time")
     for what, keyword in (("portals", "-portal"), ("targets", "-target")):
         commands = [
             [str(programs / "tavrocli"), "-iscsi", MAC, keyword, "-listall"],
