@@ -4,6 +4,7 @@ torn at any time, and no lock is left."""
 import dataclasses
 import json
 import random
+import stat
 import threading
 import time
 
@@ -156,7 +157,13 @@ def check_the_trace(sandbox, team):
     assert done >= sum(writer.acknowledged for writer in team)
 
 
-def stress(sandbox, chance, writers, changes):
+@pytest.fixture
+def stress(sandbox, chance, record_property):
+    """stress(writers, changes): all of it; the report holds the figures."""
+    return lambda writers, changes: stress_in(sandbox, chance, writers, changes, record_property)
+
+
+def stress_in(sandbox, chance, writers, changes, record_property):
     team = write_together(sandbox, writers, changes, chance.random())
     assert sum(writer.acknowledged for writer in team) > writers * changes // 2
     if writers * changes >= 100:
@@ -164,21 +171,27 @@ def stress(sandbox, chance, writers, changes):
     check_what_is_left(sandbox, team)
     check_the_trace(sandbox, team)
     assert check_that_no_lock_is_left(sandbox) < SOON
+    for figure in ("acknowledged", "killed"):
+        record_property(figure, sum(getattr(writer, figure) for writer in team))
+    unfinished = list(sandbox.folder.glob("host.json.*.new"))
+    record_property("new files left", len(unfinished))
+    if not sandbox.platform.is_windows:
+        assert {stat.S_IMODE(path.stat().st_mode) for path in unfinished} <= {0o600}
 
 
 @pytest.mark.platforms("native")
-def test_writers_that_are_killed(sandbox, chance, scaled):
-    stress(sandbox, chance, 20, scaled(200))
+def test_writers_that_are_killed(stress, scaled):
+    stress(20, scaled(200))
 
 
 @pytest.mark.platforms("sanitize")
-def test_writers_that_are_killed_with_sanitizers(sandbox, chance, scaled):
-    stress(sandbox, chance, 8, scaled(30))
+def test_writers_that_are_killed_with_sanitizers(stress, scaled):
+    stress(8, scaled(30))
 
 
 @pytest.mark.platforms("windows")
-def test_writers_that_are_killed_under_wine(sandbox, chance, scaled):
-    stress(sandbox, chance, 8, scaled(30))
+def test_writers_that_are_killed_under_wine(stress, scaled):
+    stress(8, scaled(30))
 
 
 @pytest.mark.platforms("native")
