@@ -4,7 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <string>
-#include <utility>
+#include <string_view>
 
 #include "library/text/text.h"
 
@@ -27,18 +27,26 @@ std::string TimeText() {
     return {text.data(), static_cast<std::size_t>(length)};
 }
 
-// One line whatever the text holds.
-std::string OneLine(std::string text) {
-    for (char& character : text) {
-        if (static_cast<unsigned char>(character) < 0x20 || character == 0x7F) {
-            character = '.';
-        }
+// One line whatever the UTF-8 text holds; nothing in it acts on a terminal. The control characters
+// from U+0080 to U+009F have two bytes.
+std::string OneLine(std::string_view text) {
+    std::string line;
+    line.reserve(text.size());
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        const auto byteAt = [&text](std::size_t at) {
+            return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
+        };
+        const bool isLong =
+            byteAt(place) == 0xC2 && byteAt(place + 1) >= 0x80 && byteAt(place + 1) < 0xA0;
+        const bool isControl = isLong || byteAt(place) < 0x20 || byteAt(place) == 0x7F;
+        line += isControl ? '.' : text[place];
+        place += isLong ? 1 : 0;
     }
-    return text;
+    return line;
 }
 
-std::string Quoted(std::string text) {
-    return '"' + OneLine(std::move(text)) + '"';
+std::string Quoted(const std::string& text) {
+    return '"' + OneLine(text) + '"';
 }
 
 std::string Described(const Call& call) {

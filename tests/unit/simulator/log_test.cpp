@@ -152,16 +152,17 @@ TEST_F(LogTest, AFailureHasItsMessageAndDetails) {
     session_.Initialize(1, &EnglishLocale);
     std::string name;
     session_.GetHostName(&name);
-    const std::string odd = "a\nb\x7F\x1F\xE9 \xC3\xA9";
+    const std::string odd = "a\nb\x7F\x1F\xE9 \xC3\xA9\xC2\x80\xC2\x9F\xC2\xA0";
     session_.GetAdapterType(&odd, &name);
     std::uint32_t state = 0;
     session_.GetPartitionState(nullptr, &state);
     EXPECT_THAT(
         LinesWithoutTime(),
-        ElementsAre(testing::_, "GetHostName: status 3, \"No.answer.\" [\"state \xE6\x97\xA5.4\"]",
-                    // A byte that is not UTF-8 stands as U+F700 and the byte.
-                    "GetAdapterType request \"a.b..\xEF\x9F\xA9 \xC3\xA9\": status 4, \"Gone.\"",
-                    "GetPartitionState: status 5"));
+        ElementsAre(
+            testing::_, "GetHostName: status 3, \"No.answer.\" [\"state \xE6\x97\xA5.4\"]",
+            // A byte that is not UTF-8 stands as U+F700 and the byte.
+            "GetAdapterType request \"a.b..\xEF\x9F\xA9 \xC3\xA9..\xC2\xA0\": status 4, \"Gone.\"",
+            "GetPartitionState: status 5"));
 }
 
 TEST_F(LogTest, TheFirstLineTellsWhatIsSimulated) {
