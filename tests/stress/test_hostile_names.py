@@ -80,7 +80,8 @@ def cases_with_texts():
     all_cases = cases.load_all()
     asking = [keywords(case) for case in all_cases if case.steps[0].questions]
     return [case for case in all_cases
-            if not any(words <= keywords(case) for words in asking) and PLATFORMS["native"] in case.platforms and case.has_library and case.without is None
+            if not any(words <= keywords(case) for words in asking)
+            and PLATFORMS["native"] in case.platforms and case.has_library and case.without is None
             and case.steps[0].output is not None and not case.steps[0].typed and case.steps[0].script
             and texts_of(case.steps[0].script)]
 
