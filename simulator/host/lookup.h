@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <set>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -92,5 +93,9 @@ template <class AnyHost>
 Located<AnyHost> FindFunction(AnyHost& host, std::string_view identifier) {
     return FindFunctionWith<Function>(host, identifier);
 }
+
+// The FCIDs of the host's ports, physical and virtual ones, and of the targets in its fabric, in
+// capitals.
+std::set<std::string> FcidsInUse(const Host& host);
 
 }  // namespace tavrosim

@@ -129,13 +129,7 @@ std::string InterfaceNameFor(const Host& host) {
 std::string FcidFor(const Host& host) {
     constexpr std::uint64_t First = 0x010000;
     constexpr std::uint64_t Step = 0x100;  // leaves room for a function's virtual ports
-    std::set<std::string> taken;
-    ForEachFunction(host, [&](const Function& function) {
-        if (function.fcoe) {
-            taken.insert(Capitals(function.fcoe->fcid));
-        }
-    });
-    return FirstFree(taken,
+    return FirstFree(FcidsInUse(host),
                      [](std::uint64_t count) { return HexOf(First + Step * count, FcidDigits); });
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <list>
+#include <set>
+#include <string>
 
 #include "simulator/host/numerals.h"
 #include "simulator/model/families.h"
@@ -42,9 +44,9 @@ bool IsInUse(const Host& host, const std::string& portWwn) {
     return false;
 }
 
-// The fabric gives a virtual port the first address after the function's that none of the
-// function's other virtual ports has; empty when all are taken.
-std::string FreeFcid(const FcoePart& part) {
+// The fabric gives a virtual port the first address after the function's that is not taken; empty
+// when all are.
+std::string FreeFcid(const FcoePart& part, const std::set<std::string>& taken) {
     constexpr std::uint32_t AddressesPerFunction = 255;
     constexpr std::uint32_t HighestFcid = 0xFFFFFF;
     std::uint32_t own = 0;
@@ -52,8 +54,7 @@ std::string FreeFcid(const FcoePart& part) {
     for (std::uint32_t next = own + 1; next <= std::min(own + AddressesPerFunction, HighestFcid);
          ++next) {
         std::string fcid = HexOf(next, part.fcid.size());
-        if (std::none_of(part.virtualPorts.begin(), part.virtualPorts.end(),
-                         [&](const VirtualPort& port) { return port.fcid == fcid; })) {
+        if (!taken.contains(fcid)) {
             return fcid;
         }
     }
@@ -93,6 +94,7 @@ Outcome ListVirtualPorts(const Viewed<FcoePart>& at,
 Outcome CreateVirtualPorts(const Edited<FcoePart>& at,
                            const std::list<VirtualPortRequest>& wanted) {
     FcoePart& part = at.part;
+    std::set<std::string> taken = FcidsInUse(at.host);
     for (const VirtualPortRequest& each : wanted) {
         if (NormalIdentifier(each.portWwn).size() != WwnDigits) {
             return Refused(Status::InvalidWwn, L"The WWN is not valid.",
@@ -103,13 +105,14 @@ Outcome CreateVirtualPorts(const Edited<FcoePart>& at,
             return Refused(Status::WwnInUse, L"The WWN is in use on this host.",
                            L"Choose another WWN.", L"port WWN " + Quoted(each.portWwn));
         }
-        const std::string fcid = FreeFcid(part);
+        const std::string fcid = FreeFcid(part, taken);
         if (fcid.empty()) {
             return Refused(Status::NoFcidLeft,
                            L"The fabric has no address left for another virtual port.",
                            L"Remove superfluous virtual ports.");
         }
         part.virtualPorts.push_back({each.portWwn, part.nodeWwn, fcid});
+        taken.insert(fcid);
     }
     return Done();
 }

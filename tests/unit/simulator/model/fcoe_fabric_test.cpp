@@ -110,6 +110,24 @@ TEST_F(VirtualPorts, GetTheNextFreeAddressAndTheFunctionsNode) {
     EXPECT_EQ(Part().virtualPorts.at(1).nodeWwn, "20:00:02:00:5E:10:00:04");
 }
 
+TEST_F(VirtualPorts, GetNoAddressOfAnotherPortOfTheHostOrOfATarget) {
+    Function other;
+    other.fcoe.emplace().portWwn = "10:00:02:00:5E:10:00:05";
+    other.fcoe->fcid = "010401";
+    other.fcoe->virtualPorts = {{"20:01:02:00:5E:10:00:05", {}, "01040a"}};
+    host.adapters.front().ports.front().functions.push_back(other);
+    host.fcoeFabric.targets = {NewTarget("50:00:02:00:5E:40:00:01")};
+    host.fcoeFabric.targets.front().fcid = "010403";
+    Part().fcid = "010400";
+    ASSERT_TRUE(Create("20:02:02:00:5E:10:00:04").IsDone());
+    ASSERT_TRUE(Create("20:03:02:00:5E:10:00:04").IsDone());
+    EXPECT_EQ(Part().virtualPorts.at(0).fcid, "010402");
+    EXPECT_EQ(Part().virtualPorts.at(1).fcid, "010404");
+    Part().fcid = "010409";
+    ASSERT_TRUE(Create("20:04:02:00:5E:10:00:04").IsDone());
+    EXPECT_EQ(Part().virtualPorts.at(2).fcid, "01040B");
+}
+
 TEST_F(VirtualPorts, AreRefusedWithReasons) {
     const Outcome invalid = Create("02-00-5E-10-00-04");
     EXPECT_EQ(invalid.status, static_cast<std::uint32_t>(Status::InvalidWwn));
