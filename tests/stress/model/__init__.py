@@ -1,0 +1,1 @@
+"""A second, simple model of what the commands that change a host promise, made of dictionaries and lists."""
