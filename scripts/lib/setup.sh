@@ -19,7 +19,7 @@ manualPackages=(pandoc)
 testPackages=("${nativePackages[@]}" "${unitTestPackages[@]}" "${windowsPackages[@]}"
     "${packingPackages[@]}" "${formatPackages[@]}" "${manualPackages[@]}" mandoc clang clang-tidy libclang-rt-14-dev
     ansible-core ethtool git hunspell hunspell-en-us iproute2 libbenchmark-dev libpugixml-dev lintian lld locales openssh-server
-    pycodestyle pylint python3 python3-jsonpatch python3-jsonschema python3-pexpect python3-pytest python3-pytest-xdist python3-pyte
+    pycodestyle pylint python3 python3-clang-14 python3-jsonpatch python3-jsonschema python3-pexpect python3-pytest python3-pytest-xdist python3-pyte
     python3-yaml strace tgt wine wine64 yamllint zsh)
 
 say() { printf '%s\n' "$*" >&2; }
