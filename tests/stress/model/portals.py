@@ -1,6 +1,7 @@
 """The target portals that a port's initiator knows."""
 
 from model.addresses import NO_ISCSI
+from model.host import portal_of
 from model.outcome import Outcome
 from model.words import DEFAULT_PORT, is_ip, is_port_number, read_login
 
@@ -79,14 +80,20 @@ def remove_portal(host, words, keyboard):
 
 
 def stays_without(host, function, target, portal):
-    """Whether a target is known without the portal; it tells another one from now on where it told that one."""
+    """Whether a target is known without a portal; it tells another one from now on where it told that one."""
     if target["discovery"] == "Static" or target["portal"] != portal:
         return True
-    others = [where(item) for item in function["portals"] if host.answers_at(target["name"], where(item))]
-    others += [session["portal"] for session in sessions_with(function, target["name"])]
-    if others:
-        target["portal"] = dict(others[0])
-    return bool(others)
+    ways = ways_to(host, function, target["name"])
+    if ways:
+        target["portal"] = dict(ways[0])
+    return bool(ways)
+
+
+def ways_to(host, function, name):
+    """Where a target is reached: its portals that are known, in its order, and then those of its sessions."""
+    known = [where(portal) for portal in function["portals"]]
+    own = [portal_of(portal) for portal in host.network.get(name, {"portals": []})["portals"]]
+    return [portal for portal in own if portal in known] + [item["portal"] for item in sessions_with(function, name)]
 
 
 def list_portals(host, words, keyboard):

@@ -137,7 +137,7 @@ def make_login(chance, host):
     portals = [list(portal_of(portal).values()) for portal in target["portals"]]
     if not portals and chance.random() < 0.8:  # nothing answers for it
         return make_portal_add(chance, host)
-    words = chance.choice(portals) if portals and chance.random() < 0.8 else portal_words(chance, host, function)
+    words = chance.choice(portals) if portals and chance.random() < 0.9 else portal_words(chance, host, function)
     chap = target.get("chap", {})
     if len(words) > 1:
         wanted, any_ones = options_for(chance, chap), one_method(option_words(chance, words, 1))
@@ -160,14 +160,16 @@ def one_method(words):
 
 
 def make_lines(chance, words, chap):
-    """What is typed for CHAP: the names and secrets that are wanted, or others, and secrets that are refused."""
+    """What is typed for CHAP: what is wanted, at times a wrong name or secret, and secrets that are refused."""
+    sides = [side for word in words
+             for side in {"-onewaychap": ["target"], "-mutualchap": ["target", "initiator"]}.get(word, [])]
+    wrong = chance.randrange(2 * len(sides)) if sides and chance.random() < 0.3 else None
     lines = []
-    for word in words:
-        for side in {"-onewaychap": ["target"], "-mutualchap": ["target", "initiator"]}.get(word, []):
-            lines.append(mostly(chance, [chap.get(f"{side}Name", "vault")], ["", "nobody"]))
-            if chance.random() < 0.1:
-                lines.append(chance.choice(["", "eleven-char", "seventeen-letters"]))
-            lines.append(mostly(chance, [chap.get(f"{side}Secret", SECRETS[0])], SECRETS))
+    for place, side in enumerate(sides):
+        lines.append(chap.get(f"{side}Name", "vault") if wrong != 2 * place else chance.choice(["", "nobody"]))
+        if chance.random() < 0.1:
+            lines.append(chance.choice(["", "eleven-char", "seventeen-letters"]))
+        lines.append(chap.get(f"{side}Secret", SECRETS[0]) if wrong != 2 * place + 1 else chance.choice(SECRETS))
     return lines
 
 
@@ -237,7 +239,7 @@ def make_nonsense(chance, host):
 # By the kind of function that it needs: what makes a command up, and how often.
 MAKERS = [
     ("iscsi", make_iscsi_tcp_ip, 4), ("ethernet", make_ethernet_tcp_ip, 5), ("iscsi", make_portal_add, 4),
-    ("iscsi", make_portal_remove, 4), ("iscsi", make_login, 8), ("iscsi", make_logout, 4), ("iscsi", make_target_remove, 2),
+    ("iscsi", make_portal_remove, 4), ("iscsi", make_login, 12), ("iscsi", make_logout, 4), ("iscsi", make_target_remove, 2),
     ("fcoe", make_virtual_ports, 4), ("fcoe", make_virtual_port_deletion, 3), ("fcoe", make_fip, 1),
     ("iscsi", make_initiator, 1), ("ethernet", make_restart, 1), ("", make_nonsense, 0.3),
 ]

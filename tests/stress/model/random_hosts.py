@@ -131,9 +131,9 @@ def make_portals(chance, highest):
 
 def make_target(chance, name):
     target = {"name": name, "alias": chance.choice(["", "Disks"]), "portals": make_portals(chance, 3)}
-    if chance.random() < 0.5:
+    if chance.random() < 0.6:
         target["chap"] = {"targetName": "vault", "targetSecret": chance.choice(SECRETS)}
-        if chance.random() < 0.5:
+        if chance.random() < 0.6:
             target["chap"].update(initiatorName="host", initiatorSecret=chance.choice(SECRETS))
     return target
 

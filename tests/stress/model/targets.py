@@ -2,7 +2,7 @@
 
 from model.addresses import NO_ISCSI
 from model.outcome import Outcome
-from model.portals import portal_through, sessions_with, where
+from model.portals import portal_through, sessions_with, stays_without, where
 from model.words import DEFAULT_PORT, is_ip, is_port_number, is_session_list, read_login, sessions_of
 
 UNKNOWN_TARGET = "The initiator does not know this target."
@@ -132,10 +132,9 @@ def log_out(host, words, keyboard):
 
 
 def forget_unreached(host, function, name):
-    """Without a session a target is known by its name, or by a known portal."""
-    target = known_target(function, name)
-    is_needed = sessions_with(function, name) or not target or target["discovery"] == "Static"
-    if not is_needed and not any(host.answers_at(name, where(portal)) for portal in function["portals"]):
+    """A target whose portal was removed needs another way: a known portal, or a session that is left."""
+    target, known = known_target(function, name), map(where, function["portals"])
+    if target and target["portal"] not in known and not stays_without(host, function, target, target["portal"]):
         function["targets"].remove(target)
 
 
