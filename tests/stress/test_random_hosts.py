@@ -16,6 +16,7 @@ from model.host import Host, read_state
 from model.outcome import FILLER, first_difference, prints
 from model.random_commands import make_step
 from model.random_hosts import make_host
+from program import DEFAULT_LOCALE
 
 # How many sequences are in each of ten parts, and how many steps in each. Of a share of the parts that share of their
 # sequences is run: with a tenth, a hundredth.
@@ -81,7 +82,7 @@ class Play:
     def print_lines(self, arguments, typed=(), is_traced=False):
         self.sandbox.trace.unlink(missing_ok=True)
         trace = {"TAVROSIM_TRACE_OUTPUTS": "1"} if is_traced else {"TAVROSIM_TRACE": None}
-        keys = "".join(f"{line}\n" for line in (*typed, *SPARE_ANSWERS)).encode()
+        keys = self.sandbox.platform.encode("".join(f"{line}\n" for line in (*typed, *SPARE_ANSWERS)), DEFAULT_LOCALE)
         result = run_within(self.sandbox, self.sandbox.command(arguments), keys, env=trace)
         if (result.exit_code, result.errors) != (0, b""):
             raise Difference(f"exit code {result.exit_code}, standard error {result.errors!r}")
