@@ -2,7 +2,7 @@
 # about one thing, so its sources can do without equal names. What a forgotten include breaks is still found: the
 # preset "native" compiles each source of the program, the libraries and the simulator by itself, and
 # scripts/lib/check_includes.py has those that no build compiles so read each by itself, but tests. What the platform's
-# headers define as macros stays with those who include them.
+# headers define as macros stays within the platform folders, which are compiled with no others.
 option(TAVRO_BUILD_BY_FOLDER "Compile the sources of a folder as one" OFF)
 
 # As the option says.
@@ -32,12 +32,10 @@ function(tavro_compile_by_folder target)
         if(DEFINED group_of_${folder})
             set(group ${group_of_${folder}})
         endif()
-        if(folder MATCHES "/platform$")
-            set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-        else()
-            set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
-        endif()
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
     endforeach()
+    # A source counts as a header here, whose types must not have members of unnamed namespaces.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
     set_target_properties(${target} PROPERTIES
         UNITY_BUILD ON
         UNITY_BUILD_MODE GROUP
