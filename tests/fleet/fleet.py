@@ -151,7 +151,7 @@ class Fleet:
         path = self.folder / "inventory.json"
         common = {
             "ansible_connection": "local",
-            "ansible_python_interpreter": "/usr/bin/python3",
+            "ansible_python_interpreter": str(TESTS / "python_with_ansible"),
             "fleet_tavrohost": str(self._program),  # The collection's own playbooks take it from there.
         }
         hosts = {host.name: {**common, **host.variables()} for host in self.hosts}
