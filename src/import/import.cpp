@@ -6,6 +6,7 @@
 
 #include "adapters/inventory.h"
 #include "cli/invocation.h"
+#include "console/console.h"
 #include "import/import_keys.h"
 #include "mgmt/message.h"
 #include "mgmt/record_secrets.h"
@@ -21,6 +22,10 @@ using xml::XmlNode;
 namespace {
 
 constexpr const wchar_t* FileName = L"cnadiscovery.xml";
+
+// A document takes up to nine bytes of memory for each of the file (a target that was saved takes
+// half a kilobyte), so that no file can take all that the host has.
+constexpr std::uint64_t MostBytes = 64U << 20U;
 
 // What the summary tells.
 struct Summary {
@@ -170,8 +175,8 @@ void ShowSummary(const Summary& summary) {
 
 // Applies the saved iSCSI configuration "cnadiscovery.xml" of the current directory to the host:
 // the initiator, then the TCP/IP settings, portals and target logins of each port that the host
-// has. A file that is missing or malformed changes nothing and is passed over in silence. A failed
-// operation is reported and the import goes on; a summary ends it.
+// has. A file that is missing or malformed changes nothing and is passed over in silence; one that is
+// too large is told. A failed operation is reported and the import goes on; a summary ends it.
 void ImportConfiguration(const Invocation& invocation) {
     if (ReadHostName(invocation.cache) != CallOutcome::Done) {
         return;
@@ -182,7 +187,11 @@ void ImportConfiguration(const Invocation& invocation) {
     }
     platform::ForbidCrashDumps();
     xml::XmlResults results;
-    const XmlNode top = xml::ParseXmlFile(FileName, results);
+    const XmlNode top = xml::ParseXmlFile(FileName, results, MostBytes);
+    if (results.error == static_cast<std::uint32_t>(xml::XmlError::FileTooLarge)) {
+        console::PrintLine(std::wstring(FileName) + L" has more than " + std::to_wstring(MostBytes) +
+                           L" bytes. Nothing was imported.");
+    }
     if (top.IsEmpty()) {
         return;
     }

@@ -8,7 +8,7 @@
 
 namespace tavro::platform {
 
-FileContents ReadWholeFile(const std::wstring& path) {
+FileContents ReadWholeFile(const std::wstring& path, std::uint64_t most) {
     RegularFile file = RegularFile::OpenForReading(path);
     if (!file.IsOpen()) {
         return {FileReadStatus::CannotOpen, {}};
@@ -19,6 +19,9 @@ FileContents ReadWholeFile(const std::wstring& path) {
     }
     if (*size == 0) {
         return {FileReadStatus::Empty, {}};
+    }
+    if (*size > most) {
+        return {FileReadStatus::TooLarge, {}};
     }
     FileContents contents{FileReadStatus::Done, {}};
     try {

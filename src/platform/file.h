@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -47,7 +48,9 @@ class RegularFile {
 };
 
 // What became of ReadWholeFile.
-enum class FileReadStatus { Done, CannotOpen, Empty, ReadFailed };
+enum class FileReadStatus { Done, CannotOpen, Empty, ReadFailed, TooLarge };
+
+constexpr auto AnySize = std::numeric_limits<std::uint64_t>::max();
 
 // The outcome of ReadWholeFile; `bytes` is empty unless the status is Done.
 struct FileContents {
@@ -56,8 +59,9 @@ struct FileContents {
 };
 
 // Reads the file in binary. CannotOpen: it cannot be opened for reading; Empty: it has no bytes;
-// ReadFailed: the system refused to read on or there is not enough memory for it. The bytes are in
-// one allocation that was never moved, so a caller that wipes `bytes` leaves no copy behind.
-FileContents ReadWholeFile(const std::wstring& path);
+// TooLarge: it has more than `most`, and nothing of it was read; ReadFailed: the system refused to
+// read on or there is not enough memory for it. The bytes are in one allocation that was never
+// moved, so a caller that wipes `bytes` leaves no copy behind.
+FileContents ReadWholeFile(const std::wstring& path, std::uint64_t most = AnySize);
 
 }  // namespace tavro::platform

@@ -18,6 +18,8 @@ enum class XmlError : std::uint32_t {
     FileNotRead = 15,
     // The document is too large for the machine.
     OutOfMemory = 16,
+    // The file has more bytes than its reader takes; none of them was read.
+    FileTooLarge = 17,
 
     // A character that no document may hold, or half a surrogate pair.
     InvalidCharacter = 100,

@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 #include "platform/encoding.h"
-#include "platform/file.h"
 #include "platform/wipe.h"
 #include "xml/parser.h"
 
@@ -70,8 +69,9 @@ XmlNode Refuse(XmlResults& results, XmlError error) {
 }
 
 // The text of the file; nothing after an error. The bytes are wiped on every way out.
-std::optional<std::wstring> ReadText(const std::wstring& path, XmlError& error) {
-    platform::FileContents file = platform::ReadWholeFile(path);
+std::optional<std::wstring> ReadText(const std::wstring& path, std::uint64_t mostBytes,
+                                     XmlError& error) {
+    platform::FileContents file = platform::ReadWholeFile(path, mostBytes);
     const platform::WipeAtEnd guard(file.bytes);
     switch (file.status) {
         case platform::FileReadStatus::CannotOpen:
@@ -79,6 +79,9 @@ std::optional<std::wstring> ReadText(const std::wstring& path, XmlError& error) 
             return std::nullopt;
         case platform::FileReadStatus::Empty:
             error = XmlError::EmptyFile;
+            return std::nullopt;
+        case platform::FileReadStatus::TooLarge:
+            error = XmlError::FileTooLarge;
             return std::nullopt;
         case platform::FileReadStatus::ReadFailed:
             error = XmlError::FileNotRead;
@@ -100,10 +103,11 @@ std::optional<std::wstring> DecodeXmlBytes(std::string_view bytes) {
     return text;
 }
 
-XmlNode ParseXmlFile(const std::wstring& path, XmlResults& results) noexcept {
+XmlNode ParseXmlFile(const std::wstring& path, XmlResults& results,
+                     std::uint64_t mostBytes) noexcept {
     try {
         XmlError error = XmlError::None;
-        std::optional<std::wstring> text = ReadText(path, error);
+        std::optional<std::wstring> text = ReadText(path, mostBytes, error);
         if (!text) {
             return Refuse(results, error);
         }

@@ -1,19 +1,23 @@
 // Reading an XML document from a file.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/file.h"
 #include "xml/error.h"
 #include "xml/node.h"
 
 namespace tavro::xml {
 
 // Reads the file and returns its document's top element, a handle that the caller releases (or lets
-// go out of scope); on failure the empty node. `results` is set in both cases. Never throws.
-// Documents are as ParseXmlText describes them.
-XmlNode ParseXmlFile(const std::wstring& path, XmlResults& results) noexcept;
+// go out of scope); on failure the empty node. `results` is set in both cases. A file of more than
+// `mostBytes` is refused before it is read. Never throws. Documents are as ParseXmlText describes
+// them.
+XmlNode ParseXmlFile(const std::wstring& path, XmlResults& results,
+                     std::uint64_t mostBytes = platform::AnySize) noexcept;
 
 // The wide text that a file's bytes stand for, up to its first zero, so a file that was saved with
 // the end of its text is read; nothing when the system cannot convert them. What the bytes hold

@@ -109,6 +109,19 @@ def test_in_the_place_of_the_import(sandbox, make_node):
     assert node.kind(path.stat().st_mode)
 
 
+def test_an_import_that_is_too_large(sandbox):
+    """A file that is too large by one byte is told, and one of the greatest size is read: here, as no document."""
+    most = 64 * 1024 * 1024
+    path = sandbox.work / IMPORT
+    path.touch()
+    for size, told in ((most + 1, f"{IMPORT} has more than {most} bytes. Nothing was imported.\n"), (most, "")):
+        os.truncate(path, size)
+        result = sandbox.run(["-import"])
+        assert (result.output, result.errors, result.exit_code) == (
+            sandbox.platform.encode(told, DEFAULT_LOCALE), b"", 0)
+        assert "DoOperation" not in [call["call"] for call in sandbox.calls()]
+
+
 @pytest.mark.platforms("native", "sanitize")
 def test_an_import_through_a_link(sandbox):
     """A link is followed whoever owns it: nothing is written there."""

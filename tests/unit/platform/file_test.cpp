@@ -65,6 +65,14 @@ TEST_F(FileTest, AnEmptyFileIsTold) {
     EXPECT_EQ(ReadWholeFile(Write(u8"empty", "")).status, FileReadStatus::Empty);
 }
 
+TEST_F(FileTest, NothingIsReadOfAFileThatIsTooLarge) {
+    const std::wstring path = Write(u8"five", "12345");
+    EXPECT_EQ(ReadWholeFile(path, 5).bytes, "12345");
+    const FileContents contents = ReadWholeFile(path, 4);
+    EXPECT_EQ(contents.status, FileReadStatus::TooLarge);
+    EXPECT_EQ(contents.bytes, "");
+}
+
 TEST_F(FileTest, AMissingFileCannotBeOpened) {
     const FileContents contents = ReadWholeFile(PathOf(L"missing"));
     EXPECT_EQ(contents.status, FileReadStatus::CannotOpen);

@@ -102,6 +102,14 @@ TEST(XmlFile, ThatIsEmptyHasItsOwnCode) {
     EXPECT_TRUE(parsed.top.Child(0).IsEmpty());
 }
 
+TEST(XmlFile, ThatIsTooLargeHasItsOwnCode) {
+    const TestFile file("<a/>");
+    XmlResults results;
+    EXPECT_EQ(ParseXmlFile(file.Path(), results, 4).Name(), L"a");
+    EXPECT_TRUE(ParseXmlFile(file.Path(), results, 3).IsEmpty());
+    EXPECT_EQ(Describe(results), "17 at 0:0");
+}
+
 TEST(XmlFile, ResultsAreClearedBySuccess) {
     const TestFile file("<a/>");
     XmlResults results{99, 99, 99};
