@@ -23,8 +23,8 @@ namespace {
 
 constexpr const wchar_t* FileName = L"cnadiscovery.xml";
 
-// A document takes up to nine bytes of memory for each of the file (a target that was saved takes
-// half a kilobyte), so that no file can take all that the host has.
+// A document takes several bytes of memory for each of the file, and a file must not take all that
+// the host has. A target that was saved takes half a kilobyte.
 constexpr std::uint64_t MostBytes = 64U << 20U;
 
 // What the summary tells.
