@@ -175,8 +175,8 @@ void ShowSummary(const Summary& summary) {
 
 // Applies the saved iSCSI configuration "cnadiscovery.xml" of the current directory to the host:
 // the initiator, then the TCP/IP settings, portals and target logins of each port that the host
-// has. A file that is missing or malformed changes nothing and is passed over in silence; one that is
-// too large is told. A failed operation is reported and the import goes on; a summary ends it.
+// has. A file that is missing or malformed changes nothing and is passed over in silence; one that
+// is too large is told. A failed operation is reported and the import goes on; a summary ends it.
 void ImportConfiguration(const Invocation& invocation) {
     if (ReadHostName(invocation.cache) != CallOutcome::Done) {
         return;
@@ -189,8 +189,8 @@ void ImportConfiguration(const Invocation& invocation) {
     xml::XmlResults results;
     const XmlNode top = xml::ParseXmlFile(FileName, results, MostBytes);
     if (results.error == static_cast<std::uint32_t>(xml::XmlError::FileTooLarge)) {
-        console::PrintLine(std::wstring(FileName) + L" has more than " + std::to_wstring(MostBytes) +
-                           L" bytes. Nothing was imported.");
+        console::PrintLine(std::wstring(FileName) + L" has more than " +
+                           std::to_wstring(MostBytes) + L" bytes. Nothing was imported.");
     }
     if (top.IsEmpty()) {
         return;
