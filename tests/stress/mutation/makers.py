@@ -90,8 +90,8 @@ class Maker:
 
     def is_written(self, cursor):
         """Whether the cursor's text stands in this file. That of what a macro makes is the macro's name."""
-        start, end = cursor.extent.start, cursor.extent.end
-        return start.file is not None and start.file.name == self.path and start.offset < end.offset
+        start = cursor.extent.start
+        return start.file is not None and start.file.name == self.path and bool(self.tokens_of(cursor.extent))
 
     def visit(self, cursor, parent, grandparent):
         kind = cursor.kind
@@ -133,7 +133,7 @@ class Maker:
             opening = max(i for i, word in enumerate(words) if word.spelling == "while") + 1
         else:
             opening = 1
-        if words[opening].spelling != "(":  # if constexpr
+        if words[0].spelling != keyword or words[opening].spelling != "(":  # a macro; if constexpr
             return
         parts, depth, first = [], 0, opening + 1
         for i in range(opening, len(words)):

@@ -47,6 +47,8 @@ class Lines:
 
     def next(self, seconds):
         """The next line, None at the end. Raises Stuck when none comes in that time."""
+        if seconds < 0:
+            raise Stuck()
         end = time.monotonic() + seconds
         while b"\n" not in self.pending:
             if not select.select([self.descriptor], [], [], max(0, end - time.monotonic()))[0]:
@@ -89,16 +91,18 @@ class UnitTests:
         process = subprocess.Popen(
             sandboxed(self.folder, "env", "-C", "/tmp", program, f"--gtest_flagfile={filters}", "--gtest_fail_fast"),
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        running, told = "the start", Lines(process.stdout.fileno())
+        running, told, end = "the start", Lines(process.stdout.fileno()), time.monotonic() + TEST_SECONDS
         try:
             while True:
-                line = told.next(TEST_SECONDS + 3 * seconds_of(running))
+                line = told.next(end - time.monotonic())
                 if line is None:
                     break
                 failed, started = FAILED.match(line), STARTED.match(line)
                 if failed:
                     return failed[1]
-                running = started[1] if started else running
+                if started:
+                    running = started[1]
+                    end = time.monotonic() + TEST_SECONDS + 3 * seconds_of(running)
             return f"{running} (a crash)" if process.wait() != 0 else None
         except Stuck:
             return f"{running} (no end)"
