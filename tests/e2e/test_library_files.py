@@ -2,12 +2,14 @@
 with the reason."""
 
 import os
+import re
 import resource
 import signal
+import subprocess
 
 import pytest
 
-from program import finish
+from program import TIME_LIMIT, finish
 from test_files import NODES
 
 VARIABLES = ("TAVROSIM_HOST", "TAVROSIM_SCRIPT", "TAVROSIM_TRACE")
@@ -101,3 +103,26 @@ def test_a_full_disk_leaves_no_half_line(sandbox):
     left = sandbox.trace.read_bytes()
     assert lines[0] + lines[1] == left[:len(lines[0] + lines[1])]
     assert left.endswith(b"\n") and set(left.splitlines(keepends=True)) <= set(lines)
+
+
+@pytest.mark.platforms("native")
+def test_a_change_is_on_the_disk_under_its_name_before_it_is_told(sandbox):
+    """After a power failure the host is the former one or the new one, and the new one once the command has ended: what
+    is written is synchronised before it gets the file's name, and the name, with its folder, after that."""
+    sandbox.write_script(None)
+    trace = sandbox.folder / "strace"
+    command = ["strace", "-f", "-y", "-e", "trace=fsync,rename", "-o", trace,
+               *sandbox.command(["-iscsi", "-isns", "-add", "192.0.2.7"])]
+    subprocess.run(command, cwd=sandbox.work, env=sandbox.environment(), stdin=subprocess.DEVNULL,
+                   stdout=subprocess.DEVNULL, check=True, timeout=TIME_LIMIT)
+    assert "192.0.2.7" in sandbox.host.read_text(encoding="utf-8")
+    calls = re.findall(r"(fsync|rename)\((.*)\) += 0$", trace.read_text(encoding="utf-8"), re.MULTILINE)
+    renamed = next(i for i, (name, given) in enumerate(calls) if name == "rename" and given.endswith(f'"{sandbox.host}"'))
+    fresh = re.match(r'"(.*)", ', calls[renamed][1])[1]
+    assert ("fsync", fresh) in [(name, path_of(given)) for name, given in calls[:renamed]]
+    assert ("fsync", str(sandbox.host.parent)) in [(name, path_of(given)) for name, given in calls[renamed:]]
+
+
+def path_of(descriptor):
+    """What strace tells of a descriptor with "-y": 3</the/path>."""
+    return descriptor.partition("<")[2].rstrip(">")
