@@ -89,3 +89,42 @@ def test_a_change_that_is_taken_back_leaves_what_others_have_added(machine):
     assert "2001:db8:9::9" in screen
     assert sorted(one["local"] for one in told(machine, "-6")) == ["2001:db8::1", "2001:db8::7"]
     assert "2001:db8:5::/64" in str(routes(machine, "-6"))
+
+
+FORMER_IPV6 = """
+addr flush dev va scope global
+addr add 2001:db8::1/64 dev va nodad
+route replace default via 2001:db8::fe dev va
+"""
+CHANGE_IPV6 = ("-modifytcpip", "-ipv6", "-static", "0", "2001:db8::1", "64", "2001:db8::fd")
+
+
+def test_an_ipv6_gateway_whose_setting_is_not_answered_is_taken_back(machine):
+    """The address stays, so that the kernel takes no route away by itself."""
+    mac = machine.add_pair()
+    machine.wait_for_link_local("va")
+
+    def restore_ipv6():
+        subprocess.run(["ip", "-6", "-batch", "-"], input=FORMER_IPV6, check=True, text=True)
+        return told(machine, "-6"), routes(machine, "-6", "dev", "va")
+
+    command = [machine.programs / "tavrocli", "-ethernet", mac, *CHANGE_IPV6]
+    environment = machine.environment | {"ASAN_OPTIONS": "detect_leaks=0"}
+    former = restore_ipv6()
+    assert "were applied" in subprocess.run(command, env=environment, capture_output=True, check=False, text=True,
+                                            timeout=TIME_LIMIT).stdout
+    wanted = told(machine, "-6"), routes(machine, "-6", "dev", "va")
+    assert "2001:db8::fd" in str(wanted) and wanted != former
+    outcomes = set()
+    every = 1 if machine.programs.parent.name == "native" else 4
+    for step in range(1, STEPS, every):
+        assert restore_ipv6() == former
+        screen = subprocess.run(
+            ["strace", "-f", "-o", "/dev/null", "-e", "trace=recvmsg", "-e", f"inject=recvmsg:error=ENOMEM:when={step}",
+             *command], env=environment, capture_output=True, check=False, text=True, timeout=TIME_LIMIT).stdout
+        is_applied = "were applied" in screen
+        assert (told(machine, "-6"), routes(machine, "-6", "dev", "va")) == (wanted if is_applied else former), (step, screen)
+        outcomes.add(is_applied)
+        if is_applied:
+            break
+    assert outcomes == {False, True}
