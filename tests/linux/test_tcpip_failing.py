@@ -100,7 +100,7 @@ CHANGE_IPV6 = ("-modifytcpip", "-ipv6", "-static", "0", "2001:db8::1", "64", "20
 
 
 def test_an_ipv6_gateway_whose_setting_is_not_answered_is_taken_back(machine):
-    """The address stays, so that the kernel takes no route away by itself."""
+    """The address stays, so that the kernel takes no route away by itself. What was not answered is told."""
     mac = machine.add_pair()
     machine.wait_for_link_local("va")
 
@@ -115,7 +115,7 @@ def test_an_ipv6_gateway_whose_setting_is_not_answered_is_taken_back(machine):
                                             timeout=TIME_LIMIT).stdout
     wanted = told(machine, "-6"), routes(machine, "-6", "dev", "va")
     assert "2001:db8::fd" in str(wanted) and wanted != former
-    outcomes = set()
+    outcomes, screens = set(), ""
     every = 1 if machine.programs.parent.name == "native" else 4
     for step in range(1, STEPS, every):
         assert restore_ipv6() == former
@@ -125,6 +125,9 @@ def test_an_ipv6_gateway_whose_setting_is_not_answered_is_taken_back(machine):
         is_applied = "were applied" in screen
         assert (told(machine, "-6"), routes(machine, "-6", "dev", "va")) == (wanted if is_applied else former), (step, screen)
         outcomes.add(is_applied)
+        screens += screen
         if is_applied:
             break
     assert outcomes == {False, True}
+    for unanswered in ("addresses of va", "routes of va", "default routes"):
+        assert f"reading the {unanswered}: Cannot allocate memory" in screens
