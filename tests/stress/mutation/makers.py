@@ -117,7 +117,7 @@ class Maker:
         elif kind == CursorKind.RETURN_STMT:
             self.negate_answer(cursor)
         if parent is not None and parent.kind == CursorKind.COMPOUND_STMT:
-            self.delete_statement(cursor, parent, grandparent)
+            self.delete_statement(cursor, grandparent)
 
     # The changes
 
@@ -225,7 +225,7 @@ class Maker:
         if quote and not prefix.endswith(b"R"):
             self.replace(token.extent, "text", prefix + (b'""' if inner != b'"' else b'"x"'))
 
-    def delete_statement(self, cursor, block, owner):
+    def delete_statement(self, cursor, owner):
         if cursor.kind not in STATEMENTS_TO_DELETE:
             return
         if cursor.kind == CursorKind.RETURN_STMT:

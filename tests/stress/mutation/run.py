@@ -1,7 +1,9 @@
 """The mutation run: changes the sources in small ways, one at a time, and finds those changes that no test notices."""
 
 import argparse
+import dataclasses
 import fcntl
+import hashlib
 import json
 import pathlib
 import random
@@ -64,12 +66,23 @@ class Folder:
         return None
 
     def made_of(self, file):
+        """Kept from run to run, since clang takes seconds for a source."""
         path = self.tree.place / file
+        source = path.read_bytes()
+        content = hashlib.sha256(source + pathlib.Path(makers.__file__).read_bytes()).hexdigest()
+        kept = self.tree.place.parent / "mutants" / f"{file.replace('/', '-')}-{content[:16]}.json"
+        if kept.exists():
+            return [makers.Mutant(**{**each, "replacement": each["replacement"].encode()})
+                    for each in json.loads(kept.read_text(encoding="utf-8"))]
         try:
-            return makers.mutants_of(str(path), path.read_bytes(), self.tree.arguments_for(file))
+            made = makers.mutants_of(str(path), source, self.tree.arguments_for(file))
         except makers.Unreadable as error:
             say(f"{file} is left out: {error}")
             return []
+        kept.parent.mkdir(exist_ok=True)
+        kept.write_text(json.dumps([{**dataclasses.asdict(each), "replacement": each.replacement.decode()}
+                                    for each in made]), encoding="utf-8")
+        return made
 
 
 def lines_of_code(path):
