@@ -259,9 +259,9 @@ def table_row(name, row):
 
 
 def served_suites(tree, folder):
-    """The end-to-end tests, and those of the library for Linux hosts; both natively."""
+    """The end-to-end tests, and those of the library for Linux hosts."""
     return {
-        "end to end": suites.ServedTests(tree.place, folder, [], ["--platform=native", "tests/e2e"]),
+        "end to end": suites.ServedTests(tree.place, folder, [], ["--platform=native", "--platform=sanitize", "tests/e2e"]),
         "linux host": suites.ServedTests(tree.place, folder, [tree.place / "tests/linux/in_namespace"],
                                          ["-k", "native", "--ignore=tests/linux/test_fleet.py", "tests/linux"]),
     }
