@@ -22,9 +22,16 @@ def pytest_addoption(parser):
 
 
 def pytest_configure(config):
-    """A process of pytest-xdist gets the seed with the options of the one that started it."""
-    if config.option.seed is None:
+    if hasattr(config, "workerinput"):
+        config.option.seed = config.workerinput["seed"]
+    elif config.option.seed is None:
         config.option.seed = random.SystemRandom().randrange(1 << 32)
+
+
+@pytest.hookimpl(optionalhook=True)
+def pytest_configure_node(node):
+    """A process of pytest-xdist gets the seed of the one that starts it; of the options, only those that were typed."""
+    node.workerinput["seed"] = node.config.option.seed
 
 
 def pytest_report_header(config):
