@@ -74,7 +74,9 @@ void PrintNarrowLine(std::string_view bytes);
 // or may end the process, and writes to standard error; the reading functions do it by themselves.
 void Flush();
 
-// The reading functions throw OutputLost if output is lost, and read nothing then.
+// The reading functions throw OutputLost if output is lost, and read nothing then. They also do
+// when they have met the end of input a thousand times without a word in between: a question
+// without end that nobody sees.
 
 // Reads a line: the bytes up to the next line end, without the line end and without one CR before
 // it. The end of input ends a line too, so that at the end of input every line is empty.

@@ -7,6 +7,17 @@
 namespace tavro::console {
 namespace {
 
+// More than any dialogue that ends meets without a word in between.
+constexpr int MostUnseenEnds = 1000;
+
+// Without a message text a question shows nothing, so that no write tells whether anybody is there.
+// At the end of input nobody answers it either.
+void NoteEnd(State& state) {
+    if (++state.unseenEnds > MostUnseenEnds) {
+        throw OutputLost();
+    }
+}
+
 // Makes sure that a byte is in the buffer; false at the end of input.
 bool Fill(State& state) {
     if (state.position < state.filled) {
@@ -23,6 +34,9 @@ bool Fill(State& state) {
         state.position = 0;
         state.filled = state.device.readBytes(state.input.data(), state.input.size());
         state.atEnd = state.filled == 0;
+        if (state.atEnd) {
+            NoteEnd(state);
+        }
     }
     return !state.atEnd;
 }

@@ -12,6 +12,7 @@ void WritePending(State& state) {
     const bool written = state.device.writeText ? state.device.writeText(state.pendingText)
                                                 : state.device.writeBytes(state.pendingBytes);
     state.outputIsLost = !written;
+    state.unseenEnds = 0;
     state.pendingText.clear();
     state.pendingBytes.clear();
 }

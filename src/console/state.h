@@ -37,6 +37,8 @@ struct State {
     std::size_t filled = 0;
     // The device reported the end of input and nobody has met it yet.
     bool atEnd = false;
+    // How often the end of input was met since something was written.
+    int unseenEnds = 0;
     // The last key was a CR: an LF right after it belongs to it.
     bool swallowLineFeed = false;
     // The keys of a secret are being read.

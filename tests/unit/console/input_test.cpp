@@ -33,6 +33,25 @@ TEST(ReadLine, TheEndOfInputReadsAsEmptyLinesForEver) {
     EXPECT_EQ(ReadLine(), "");
 }
 
+TEST(ReadLine, AQuestionWithoutEndThatShowsNothingIsGivenUp) {
+    MemoryConsole console("");
+    EXPECT_THROW(
+        {
+            for (int i = 0; i < 2000; ++i) {
+                ReadLine();
+            }
+        },
+        OutputLost);
+}
+
+TEST(ReadLine, AQuestionWithoutEndThatIsShownIsAskedForEver) {
+    MemoryConsole console("");
+    for (int i = 0; i < 2000; ++i) {
+        Print(L"?");
+        EXPECT_EQ(ReadLine(), "");
+    }
+}
+
 TEST(ReadLine, TheEndOfInputEndsALineLikeALineEnd) {
     MemoryConsole console("last\r");
     EXPECT_EQ(ReadLine(), "last");
