@@ -2,19 +2,19 @@
 // is told by the environment:
 //   MISBEHAVING_CALLS   a file, to which the name of each entry point called is added as a line
 //   MISBEHAVING_THROW   "Entry=type ..."; these entry points throw or end in worse ways, see
-//   `Throw` MISBEHAVING_FAIL    "Entry ..."; these entry points return status 1 MISBEHAVING_COUNTS
-//   "sent received"; what the iSCSI ping writes into its request and its result
+//                       `Misbehave`
+//   MISBEHAVING_FAIL    "Entry ..."; these entry points return status 1
+//   MISBEHAVING_COUNTS  "sent received"; what the iSCSI ping writes into its request and its result
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <new>
 #include <optional>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <thread>
 
+#include "exceptions.h"
 #include "tavroapi/entry_points.h"
 #include "tavroapi/iscsi_records.h"
 
@@ -25,18 +25,6 @@
 #endif
 
 namespace {
-
-struct OwnType {
-    std::string text = "nobody knows how to read this";
-};
-
-struct OwnException : std::exception {
-    const char* what() const noexcept override { return "an exception of the library's own"; }
-};
-
-struct Speechless : std::exception {
-    const char* what() const noexcept override { return nullptr; }
-};
 
 std::string Variable(const char* name) {
     const char* const value = std::getenv(name);
@@ -56,25 +44,8 @@ std::optional<std::string> ValueIn(const std::string& list, const std::string& n
     return std::nullopt;
 }
 
-void Throw(const std::string& type, const std::string& entry) {
-    if (type == "exception") {
-        throw std::runtime_error("thrown by " + entry);
-    }
-    if (type == "lines") {
-        throw std::runtime_error("thrown\r\nby\n" + entry + "\n");
-    }
-    if (type == "silent") {
-        throw std::runtime_error("");
-    }
-    if (type == "memory") {
-        throw std::bad_alloc();
-    }
-    if (type == "derived") {
-        throw OwnException();
-    }
-    if (type == "speechless") {
-        throw Speechless();
-    }
+// Ends in a way that is no exception, or throws.
+void Misbehave(const std::string& type, const std::string& entry) {
     if (type == "crash") {
         std::abort();
     }
@@ -84,19 +55,13 @@ void Throw(const std::string& type, const std::string& entry) {
     if (type == "sleep" || type == "stubborn") {
         std::this_thread::sleep_for(std::chrono::minutes(5));
     }
-    if (type == "int") {
-        throw 42;
-    }
-    if (type == "pointer") {
-        throw "a text";
-    }
-    throw OwnType();
+    misbehaving::Throw(type, entry);
 }
 
 std::uint32_t Called(const std::string& entry) {
     std::ofstream(Variable("MISBEHAVING_CALLS"), std::ios::app) << entry << '\n';
     if (const auto type = ValueIn(Variable("MISBEHAVING_THROW"), entry)) {
-        Throw(*type, entry);
+        Misbehave(*type, entry);
     }
     return ValueIn(Variable("MISBEHAVING_FAIL"), entry) ? 1 : 0;
 }

@@ -5,6 +5,8 @@ import random
 
 import pytest
 
+from damaged_runs import commands
+
 pytest_plugins = ["platforms", "wine_retry"]
 
 
@@ -43,6 +45,13 @@ def pytest_terminal_summary(terminalreporter):
     terminalreporter.write_line(pytest_report_header(terminalreporter.config))
 
 
+def pytest_generate_tests(metafunc):
+    """A test with an argument `case_command` runs for each command of the cases."""
+    if "case_command" in metafunc.fixturenames:
+        names = commands()
+        metafunc.parametrize("case_command", names, ids=[name.replace(" ", "") or "none" for name in names])
+
+
 def group_of(item):
     """What the share is taken of: one test function on one platform."""
     platform = getattr(item, "callspec", None) and item.callspec.params.get("platform")
@@ -73,3 +82,10 @@ def chance(request):
 def scaled(request):
     """scaled(count): how many of so many rounds are made by a test that is one piece; at least one."""
     return lambda count: math.ceil(count * request.config.option.share)
+
+
+@pytest.fixture
+def part_of(chance, request):
+    """part_of(things): those of them that belong to the share, for a test that does much the same with each; each does with
+    the same likelihood."""
+    return lambda things: [thing for thing in things if chance.random() < request.config.option.share]
