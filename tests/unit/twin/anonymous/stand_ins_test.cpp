@@ -142,6 +142,24 @@ TEST(StandIns, NameAnAdapterAndAPortAsTheListingDoes) {
     EXPECT_EQ(told[1]["port"], told[0]["output"][0][1][0]);
 }
 
+// A function is told by the name of its interface, its iSCSI name, or its identifier.
+TEST(StandIns, OfWhatAFunctionIsToldByFollowItsForm) {
+    Json functions = Json::object();
+    functions["call"] = "GetPortWWNs";
+    functions["adapter"] = "CNA";
+    functions["port"] = "Port";
+    functions["status"] = 0;
+    functions["output"] =
+        Json::array({Json::array(),
+                     Json::array({Json::array({"00-90-FA-1B-2C-3D", 1, "eth0"}),
+                                  Json::array({"00-90-FA-1B-2C-3E", 1, "iqn.1999-01.com.mars:a"}),
+                                  Json::array({"00-90-FA-1B-2C-3F", 1, "00-90-FA-1B-2C-3F"})})});
+    const Json told = tavrohost::WithStandIns(Json::array({functions}))[0]["output"][1];
+    EXPECT_EQ(told[0][2], "interface-1");
+    EXPECT_EQ(told[1][2], "iqn.2001-04.com.example:name-1");
+    EXPECT_EQ(told[2][2], told[2][0]);
+}
+
 // An answer to a listing of iSNS servers.
 Json IsnsAnswer(const Json& servers) {
     Json answer = Json::object();
