@@ -21,7 +21,7 @@ from program import DEFAULT_LOCALE
 # How many sequences are in each of ten parts, and how many steps in each. Of a share of the parts that share of their
 # sequences is run: with a tenth, a hundredth.
 PARTS, LENGTHS = range(10), {"native": (200, 30), "sanitize": (10, 30), "windows": (5, 10)}
-MOST_LISTINGS = 60  # at the end of a sequence
+LAST_LISTINGS = 2  # of all things at the end of a sequence, for each of its steps
 MOST_REPLAYS = 150  # while the shortest sequence that differs is searched for
 SPARE_ANSWERS = [FILLER] * 12
 # The listing commands of a function, by its kind.
@@ -71,8 +71,8 @@ class Play:
     def reason_of(self, expected, lines):
         """Why a command was refused: the one of the expected reasons that was told, on the screen or in the trace."""
         if not expected.traced:
-            told = [line.removeprefix("Message: ") for line in lines]
-            return next((line for line in told if line in expected.refusals), lines[-1] if lines else "")
+            told = [line.removeprefix("Message: ").partition(" : ")[0] for line in lines]
+            return next((line for line in told if line in expected.refusals), "")
         calls = [call for call in self.sandbox.calls() if call.get("operation") == expected.traced]
         messages = [call.get("error", {}).get("message", "nothing") for call in calls]
         if len(messages) != 1 or messages[0] not in expected.refusals:
@@ -159,7 +159,7 @@ def play(sandbox, file, count, chance, figures):
             game.run(steps[-1])
             game.read_back(game.touched(steps[-1], chance))
         everything = game.everything()
-        game.read_back(chance.sample(everything, min(len(everything), MOST_LISTINGS)))
+        game.read_back(chance.sample(everything, min(len(everything), LAST_LISTINGS * count)))
     except Difference as difference:
         return steps, str(difference)
     return steps, None
