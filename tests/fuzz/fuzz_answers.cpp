@@ -11,7 +11,6 @@
 #include "fuzz/played_run.h"
 #include "fuzz/require.h"
 #include "library/json/json.h"
-#include "simulator/host/host_file.h"
 #include "twin/answers/answer_book.h"
 #include "twin/answers/answering.h"
 #include "twin/exit_status.h"
@@ -79,7 +78,7 @@ void Answer(const std::vector<std::string>& command, const Json& document) {
             {.messageIn = tavro_fuzz::MessageIn,
              .trouble = [&](const std::string& sentence) { troubles.push_back(sentence); }});
     };
-    tavrosim::Host host = tavrosim::DefaultHost();
+    tavrosim::Host host = tavro_fuzz::BuiltInHost();
     const auto result = tavro_fuzz::Play(run, host);
     Require(troubles.size() <= 1);
     for (const std::string& trouble : troubles) {

@@ -11,7 +11,6 @@
 #include "fuzz/mutation.h"
 #include "fuzz/played_run.h"
 #include "fuzz/require.h"
-#include "simulator/host/host_file.h"
 #include "unit/twin/random_host.h"
 
 namespace {
@@ -19,7 +18,7 @@ namespace {
 // The built-in host, one in the restricted state, and some with anything that a host may hold.
 std::vector<tavrosim::Host> MakeHosts() {
     constexpr std::uint32_t RandomHosts = 6;
-    std::vector<tavrosim::Host> hosts(2, tavrosim::DefaultHost());
+    std::vector<tavrosim::Host> hosts(2, tavro_fuzz::BuiltInHost());
     for (tavrosim::Adapter& adapter : hosts.back().adapters) {
         adapter.state = "6";
     }

@@ -1,6 +1,7 @@
 // Feeds arbitrary texts to the reader of host files. What it reads is written and read again
 // without a difference, before and after the restart of that host; whoever collects all that is
 // wrong finds first what refuses the file.
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <vector>
 
@@ -12,6 +13,8 @@
 #include "simulator/host/restart.h"
 
 namespace {
+
+using tavrolib::Json;
 
 std::optional<tavrosim::Host> Read(std::string_view text) {
     std::vector<tavrolib::ShapeError> found;
@@ -28,6 +31,13 @@ std::optional<tavrosim::Host> Read(std::string_view text) {
     }
 }
 
+// What was captured is written back as it was read.
+void RequireCapturedKept(std::string_view text, const tavrosim::Host& host) {
+    const Json read = tavrolib::ParseJson(text);
+    const Json written = tavrolib::ParseJson(tavrosim::TextFromHost(host));
+    Require(read.value("captured", Json()) == written.value("captured", Json()));
+}
+
 }  // namespace
 
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
@@ -36,8 +46,10 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::optional<tavrosim::Host> host = Read(BytesOf(data, size));
+    const std::string_view text = BytesOf(data, size);
+    std::optional<tavrosim::Host> host = Read(text);
     if (host) {
+        RequireCapturedKept(text, *host);
         tavro_fuzz::RequireFile(*host);
         tavrosim::Restart(*host);
         tavro_fuzz::RequireFile(*host);

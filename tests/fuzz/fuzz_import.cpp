@@ -16,7 +16,6 @@
 #include "library/messages/catalogue.h"
 #include "library/text/text.h"
 #include "mgmt/message_id.h"
-#include "simulator/host/host_file.h"
 #include "tavroapi/operation_code.h"
 #include "xml/file.h"
 #include "xml/parser.h"
@@ -144,7 +143,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool isDocument = !Parsed(bytes).IsEmpty();
     const tavro_fuzz::InOwnFolder inFolder;
     WriteFile(bytes);
-    tavrosim::Host host = tavrosim::DefaultHost();
+    tavrosim::Host host = tavro_fuzz::BuiltInHost();
     const PlayedResult result = tavro_fuzz::Play({.arguments = {"-import"}}, host);
     Require(result.failure.empty());
     if (isDocument) {

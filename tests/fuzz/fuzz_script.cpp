@@ -14,7 +14,6 @@
 #include "library/calls/call.h"
 #include "library/json/json.h"
 #include "library/text/text.h"
-#include "simulator/host/host_file.h"
 #include "simulator/script/script.h"
 
 namespace {
@@ -163,7 +162,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         {"-npar", "02-00-5E-10-00-00", "-set"}};
     for (const auto& command : commands) {
         Script fresh = Script::FromText(text);
-        tavrosim::Host host = tavrosim::DefaultHost();
+        tavrosim::Host host = tavro_fuzz::BuiltInHost();
         tavro_fuzz::Play({.arguments = command, .typed = "1\ny\n2\n", .script = &fresh}, host);
     }
     return 0;

@@ -139,7 +139,7 @@ def runs():
     for number, command in enumerate(COMMANDS):
         typed = ['1', 'y', '2', 'n', 'secret-of-12', '3', '10', '', 'y'][number % 3:]
         lines = ['a' + word for word in command] + ['t' + word for word in typed]
-        lines += [[], ['mt'], ['c......f', 'h1'], ['c.....m.m', 'mb'], ['h3', 'c.......x']][number % 5]
+        lines += [[], ['mt'], ['c....f', 'h1'], ['c....m.m', 'mb'], ['c....x']][number % 5]
         yield '-'.join(word.strip('-') for word in command if word not in (ETHERNET, ISCSI, FCOE))[:40], lines
 
 

@@ -377,6 +377,11 @@ PlayedResult Play(const PlayedRun& run, tavrosim::Host& host) {
     return std::move(played.result);
 }
 
+const tavrosim::Host& BuiltInHost() {
+    static const tavrosim::Host Host = tavrosim::DefaultHost();
+    return Host;
+}
+
 void RequireFile(const tavrosim::Host& host) {
     const std::string text = tavrosim::TextFromHost(host);
     Require(tavrosim::TextFromHost(tavrosim::HostFromText(text)) == text);

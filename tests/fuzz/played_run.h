@@ -54,6 +54,9 @@ struct PlayedResult {
 // question, and on a terminal no control character acts but those of the program.
 PlayedResult Play(const PlayedRun& run, tavrosim::Host& host);
 
+// The built-in host, read once.
+const tavrosim::Host& BuiltInHost();
+
 // Requires that the host can be written and read again without a difference.
 void RequireFile(const tavrosim::Host& host);
 
