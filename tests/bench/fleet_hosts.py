@@ -73,6 +73,8 @@ def main():
         for count in counts:
             (folder / str(count)).mkdir()
             fleet = Fleet(folder / str(count), folder, count, program=TAVROHOST)
+            for host in fleet.hosts:
+                host.more["ansible_python_interpreter"] = "/usr/bin/python3"
             taken = {}
             for run in range(runs):
                 for name, task in measures(run).items():

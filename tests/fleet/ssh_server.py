@@ -70,7 +70,8 @@ class SshServer:
             "StrictHostKeyChecking": "yes", "UpdateHostKeys": "no", "IdentitiesOnly": "yes", "IdentityAgent": "none",
             "ControlMaster": "no", "ControlPath": "none"}
         return {
-            "ansible_connection": "ssh", "ansible_host": ADDRESS, "ansible_port": self.port,
+            "ansible_connection": "ssh", "ansible_python_interpreter": "/usr/bin/python3",
+            "ansible_host": ADDRESS, "ansible_port": self.port,
             "ansible_user": getpass.getuser(), "ansible_ssh_private_key_file": str(self.folder / "user_key"),
             "ansible_ssh_args": " ".join(["-F none", *(f"-o {name}={value}" for name, value in options.items())]),
             "ansible_ssh_use_tty": False}
