@@ -31,6 +31,14 @@ def are_readings(operations):
     return bool(operations) and all(name.startswith(("Read", "List")) for name in operations)
 
 
+def assert_was_as_wanted(task, host, called, *plays):
+    """The task found nothing to change on the host in any of the plays, and the operations called for were readings."""
+    for play in plays:
+        result = play.result(host, task)
+        assert not result["failed"] and not result["changed"] and not result["commands"]
+    assert are_readings(called)
+
+
 @dataclasses.dataclass
 class SimulatedHost:
     """A host of the inventory: a folder with its host file, the trace of its library, and Ansible's files."""

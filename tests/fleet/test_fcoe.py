@@ -5,7 +5,7 @@ import json
 
 import pytest
 
-from fleet import DEFAULT_HOST, are_readings
+from fleet import DEFAULT_HOST, are_readings, assert_was_as_wanted
 
 # Functions of their own, so that no task changes what another one is rehearsed on.
 FIRST = "10:00:02:00:5E:10:00:04"
@@ -176,7 +176,4 @@ def test_a_host_that_refuses_fails_with_its_own_reason(plays, task):
 
 @pytest.mark.parametrize("task", OF_ALL_HOSTS)
 def test_a_host_that_is_as_wanted_is_only_read(plays, task):
-    for play in (plays.rehearsed, plays.done):
-        result = play.result(plays.same, task)
-        assert not result["failed"] and not result["changed"] and not result["commands"]
-    assert are_readings(plays.called)
+    assert_was_as_wanted(task, plays.same, plays.called, plays.rehearsed, plays.done)
